@@ -1,0 +1,153 @@
+#include "systeminfo/mac/ioRegistry.h"
+
+#include <QtGlobal>
+
+NORVEX_DEPRECATED_CALLS_BEGIN
+
+namespace norvex {
+namespace SystemInfo {
+namespace MacSysInfo {
+
+CFHolder<CFStringRef> makeKey(const char* key)
+{
+    return CFHolder<CFStringRef>(CFStringCreateWithCString(kCFAllocatorDefault, key, kCFStringEncodingUTF8));
+}
+
+std::optional<bool> PropertyValue::boolean() const
+{
+    const auto value = as<CFBooleanRef>(CFBooleanGetTypeID());
+    return value == nullptr ? std::nullopt : std::make_optional(CFBooleanGetValue(value) != 0);
+}
+
+namespace {
+
+template <typename Integer>
+std::optional<Integer> storedInteger(CFNumberRef number, CFNumberType storedType)
+{
+    Integer value = 0;
+    if (number == nullptr || CFNumberGetType(number) != storedType ||
+        !CFNumberGetValue(number, storedType, &value))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+std::optional<std::int32_t> PropertyValue::int32() const
+{
+    return storedInteger<std::int32_t>(number(), kCFNumberSInt32Type);
+}
+
+std::optional<std::int64_t> PropertyValue::int64() const
+{
+    return storedInteger<std::int64_t>(number(), kCFNumberSInt64Type);
+}
+
+PropertyValue valueIn(CFDictionaryRef dictionary, const char* key)
+{
+    const auto name = makeKey(key);
+    if (dictionary == nullptr || !name)
+        return PropertyValue();
+    const CFTypeRef value = CFDictionaryGetValue(dictionary, name.get());
+    return PropertyValue(value == nullptr ? nullptr : CFRetain(value));
+}
+
+QByteArray bytesOf(CFDataRef data)
+{
+    return QByteArray(reinterpret_cast<const char*>(CFDataGetBytePtr(data)), int(CFDataGetLength(data)));
+}
+
+QString fastString(CFStringRef string)
+{
+    return string == nullptr ? QString()
+                             : QString::fromUtf8(CFStringGetCStringPtr(string, kCFStringEncodingMacRoman));
+}
+
+CFHolder<CFDictionaryRef> IoEntry::properties() const
+{
+    CFMutableDictionaryRef dictionary = nullptr;
+    if (IORegistryEntryCreateCFProperties(get(), &dictionary, kCFAllocatorDefault, 0) != KERN_SUCCESS)
+        dictionary = nullptr;
+    return CFHolder<CFDictionaryRef>(dictionary);
+}
+
+PropertyValue IoEntry::property(const char* key) const
+{
+    const auto name = makeKey(key);
+    if (!name)
+        return PropertyValue();
+    return PropertyValue(IORegistryEntryCreateCFProperty(get(), name.get(), kCFAllocatorDefault, 0));
+}
+
+PropertyValue IoEntry::search(const char* key) const
+{
+    const auto name = makeKey(key);
+    if (!name)
+        return PropertyValue();
+    return PropertyValue(IORegistryEntrySearchCFProperty(get(), kIOServicePlane, name.get(), nullptr,
+                                                         kIORegistryIterateRecursively));
+}
+
+IoEntry IoEntry::parent() const
+{
+    io_registry_entry_t parent = 0;
+    if (IORegistryEntryGetParentEntry(get(), kIOServicePlane, &parent) != KERN_SUCCESS)
+        parent = 0;
+    return IoEntry(parent);
+}
+
+bool IoEntry::conformsTo(const char* className) const
+{
+    return IOObjectConformsTo(get(), className) != 0;
+}
+
+CFHolder<CFStringRef> IoEntry::className() const
+{
+    return CFHolder<CFStringRef>(IOObjectCopyClass(get()));
+}
+
+IoIterator servicesOfClass(const char* className)
+{
+    const CFMutableDictionaryRef matching = IOServiceMatching(className);
+    if (matching == nullptr) {
+        qWarning("IOServiceMatching for %s failed", className);
+        return IoIterator();
+    }
+    io_iterator_t iterator = 0;
+    const kern_return_t result = IOServiceGetMatchingServices(kIOMasterPortDefault, matching, &iterator);
+    if (result != KERN_SUCCESS) {
+        qWarning("IOServiceGetMatchingServices returned %d\n", result);
+        return IoIterator();
+    }
+    return IoIterator(iterator);
+}
+
+IoEntry firstServiceOfClass(const char* className)
+{
+    return IoEntry(IOServiceGetMatchingService(kIOMasterPortDefault, IOServiceMatching(className)));
+}
+
+int openServiceIterator(const char* className, unsigned int* iterator)
+{
+    mach_port_t port = MACH_PORT_NULL;
+    kern_return_t result = IOMasterPort(MACH_PORT_NULL, &port);
+    if (result != KERN_SUCCESS) {
+        qWarning("IOMasterPort returned %d\n", result);
+        return result;
+    }
+    const CFMutableDictionaryRef matching = IOServiceMatching(className);
+    if (matching == nullptr) {
+        qWarning("IOServiceMatching returned a NULL dictionary.\n");
+        return KERN_FAILURE;
+    }
+    result = IOServiceGetMatchingServices(port, matching, iterator);
+    if (result != KERN_SUCCESS)
+        qWarning("IOServiceGetMatchingServices returned %d\n", result);
+    return result;
+}
+
+} // namespace MacSysInfo
+} // namespace SystemInfo
+} // namespace norvex
+
+NORVEX_DEPRECATED_CALLS_END

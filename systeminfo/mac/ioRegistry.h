@@ -1,0 +1,157 @@
+#pragma once
+
+/// @file
+/// A typed view of the I/O registry and of CoreFoundation values in which everything is owned from the moment
+/// it is obtained: no section releases anything, and a value of another kind is simply absent.
+
+#include "systeminfo/mac/systemInterfaces.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+namespace norvex {
+namespace SystemInfo {
+namespace MacSysInfo {
+
+/// Owns a reference to a CoreFoundation object, or none.
+template <typename Ref>
+class CFHolder
+{
+public:
+    CFHolder() = default;
+    /// Takes over a reference, as the Create and Copy functions give it; null for none.
+    explicit CFHolder(Ref object) : object_(object) {}
+    CFHolder(CFHolder&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    CFHolder& operator=(CFHolder other) noexcept
+    {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    ~CFHolder()
+    {
+        if (object_ != nullptr)
+            CFRelease(object_);
+    }
+
+    Ref get() const { return object_; }
+    /// Gives the reference to a call that consumes it.
+    Ref take() { return std::exchange(object_, nullptr); }
+    explicit operator bool() const { return object_ != nullptr; }
+
+private:
+    Ref object_ = nullptr;
+};
+
+/// A property key as the registry takes it; null when it cannot be made.
+CFHolder<CFStringRef> makeKey(const char* key);
+
+/// A value of a property, or none. Each reading gives it when it is of that kind only.
+class PropertyValue
+{
+public:
+    PropertyValue() = default;
+    /// Takes over a reference; null for none.
+    explicit PropertyValue(CFTypeRef value) : value_(value) {}
+
+    bool isPresent() const { return bool(value_); }
+    CFStringRef string() const { return as<CFStringRef>(CFStringGetTypeID()); }
+    CFNumberRef number() const { return as<CFNumberRef>(CFNumberGetTypeID()); }
+    CFDataRef data() const { return as<CFDataRef>(CFDataGetTypeID()); }
+    CFDictionaryRef dictionary() const { return as<CFDictionaryRef>(CFDictionaryGetTypeID()); }
+    std::optional<bool> boolean() const;
+    /// A number that is stored as a signed 32-bit integer and can be read.
+    std::optional<std::int32_t> int32() const;
+    /// A number that is stored as a signed 64-bit integer and can be read.
+    std::optional<std::int64_t> int64() const;
+
+private:
+    template <typename Ref>
+    Ref as(CFTypeID type) const
+    {
+        return value_ && CFGetTypeID(value_.get()) == type ? static_cast<Ref>(value_.get()) : nullptr;
+    }
+
+    CFHolder<CFTypeRef> value_;
+};
+
+/// The value of a key in a dictionary; none for a null dictionary.
+PropertyValue valueIn(CFDictionaryRef dictionary, const char* key);
+
+/// The bytes of a data value.
+QByteArray bytesOf(CFDataRef data);
+
+/// A string by its direct C string, which only some strings have: empty without one, and for null.
+QString fastString(CFStringRef string);
+
+/// Owns the handle of a registry entry, or none.
+class IoObject
+{
+public:
+    IoObject() = default;
+    /// Takes over a handle; 0 for none.
+    explicit IoObject(io_object_t handle) : handle_(handle) {}
+    IoObject(IoObject&& other) noexcept : handle_(std::exchange(other.handle_, io_object_t(0))) {}
+    IoObject& operator=(IoObject other) noexcept
+    {
+        std::swap(handle_, other.handle_);
+        return *this;
+    }
+    ~IoObject()
+    {
+        if (handle_ != 0)
+            IOObjectRelease(handle_);
+    }
+
+    io_object_t get() const { return handle_; }
+    explicit operator bool() const { return handle_ != 0; }
+
+private:
+    io_object_t handle_ = 0;
+};
+
+/// An entry of the registry, or none.
+class IoEntry : public IoObject
+{
+public:
+    using IoObject::IoObject;
+
+    /// All its own properties; null when they cannot be fetched.
+    CFHolder<CFDictionaryRef> properties() const;
+    /// One of its own properties.
+    PropertyValue property(const char* key) const;
+    /// The first value of a key on the entry or, searched depth first, on the entries below it.
+    PropertyValue search(const char* key) const;
+    IoEntry parent() const;
+    bool conformsTo(const char* className) const;
+    /// The name of its class; null when there is none.
+    CFHolder<CFStringRef> className() const;
+};
+
+/// An iterator over entries; one that could not be opened is at its end.
+class IoIterator : public IoObject
+{
+public:
+    using IoObject::IoObject;
+
+    /// The next entry, none at the end.
+    IoEntry next() { return IoEntry(get() == 0 ? io_object_t(0) : IOIteratorNext(get())); }
+};
+
+/// The entries of a class. When they cannot be listed: a warning, and no iterator.
+IoIterator servicesOfClass(const char* className);
+
+/// The first entry of a class, none without one.
+IoEntry firstServiceOfClass(const char* className);
+
+/// Opens an iterator over the entries of a class, by way of the registry's main port.
+/// @param iterator receives the handle on success
+/// @return 0, or the code of the call that failed, after a warning
+int openServiceIterator(const char* className, unsigned int* iterator);
+
+} // namespace MacSysInfo
+} // namespace SystemInfo
+} // namespace norvex

@@ -1,0 +1,77 @@
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/systemQueries.h"
+
+#include <limits>
+
+namespace norvex {
+namespace SystemInfo {
+namespace MacSysInfo {
+
+namespace {
+
+// Widens with the sign, as the system's own signed sizes have always been printed.
+QString sizeText(std::int64_t bytes)
+{
+    return memorySizeConvertUserFriendly(static_cast<unsigned long long>(bytes));
+}
+
+std::optional<QString> size(OSType selector)
+{
+    const auto bytes = gestaltValue(selector);
+    return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
+}
+
+// A size that does not fit the value is told in megabytes by another selector.
+std::optional<QString> physicalSize(OSType selector)
+{
+    constexpr int bytesPerMegabyteShift = 20;
+    const auto bytes = gestaltValue(selector);
+    if (!bytes || *bytes != std::numeric_limits<std::int32_t>::max())
+        return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
+    const std::int64_t megabytes = gestaltValue(gestaltSelector("ramm")).value_or(0);
+    return sizeText(megabytes * (std::int64_t(1) << bytesPerMegabyteShift));
+}
+
+std::optional<QString> parity(OSType selector)
+{
+    const auto attributes = gestaltValue(selector);
+    if (!attributes)
+        return std::nullopt;
+    return (*attributes & 1) != 0 ? QStringLiteral("'Parity enabled' ") : QString();
+}
+
+std::optional<QString> number(OSType selector)
+{
+    const auto value = gestaltValue(selector);
+    return value ? std::make_optional(QString::number(*value)) : std::nullopt;
+}
+
+const struct
+{
+    const char* label;
+    OSType selector;
+    std::optional<QString> (*text)(OSType selector);
+} lines[] = {
+    {"Logical RAM size: ", gestaltSelector("lram"), size},
+    {"Physical RAM size: ", gestaltSelector("ram "), physicalSize},
+    {"Low memory area size: ", gestaltSelector("lmem"), size},
+    {"Logical Page Size: ", gestaltSelector("pgsz"), size},
+    {"Memory Parity: ", gestaltSelector("prty"), parity},
+    {"MMU type: ", gestaltSelector("mmu "), number},
+};
+
+} // namespace
+
+QString memoryInfo()
+{
+    QString section;
+    for (const auto& line : lines) {
+        if (const auto text = line.text(line.selector))
+            section += QLatin1String(line.label) + *text + sNewLine;
+    }
+    return section;
+}
+
+} // namespace MacSysInfo
+} // namespace SystemInfo
+} // namespace norvex

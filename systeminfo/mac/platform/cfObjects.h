@@ -1,0 +1,216 @@
+#pragma once
+
+/// @file
+/// The objects behind CoreFoundation's references, and their making. What is made here belongs to its
+/// ObjectRef; only references that callers obtain through the C interface enter the live counts.
+
+#include "systeminfo/mac/platform/coreFoundation.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace norvex {
+
+enum class ObjectKind : std::uint8_t
+{
+    String,
+    Number,
+    Boolean,
+    Data,
+    Dictionary,
+    Array,
+    Url
+};
+
+/// What every object begins with.
+class Object
+{
+public:
+    /// Calls on the object that fail by order of a recording.
+    enum Fault : std::uint8_t
+    {
+        NumberGetValue = 1,
+        StringGetCStringPtr = 2,
+        StringGetCString = 4
+    };
+
+    explicit Object(ObjectKind kind) : kind_(kind) {}
+    Object(const Object&) = delete;
+    Object& operator=(const Object&) = delete;
+
+    ObjectKind kind() const { return kind_; }
+    bool hasFault(Fault fault) const { return (faults_ & fault) != 0; }
+    void addFaults(unsigned faults) { faults_ = std::uint8_t(faults_ | faults); }
+
+    void retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
+    /// Gives one reference back; true when it was the last and the object has to go.
+    bool release() const { return references_.fetch_sub(1, std::memory_order_acq_rel) == 1; }
+
+private:
+    mutable std::atomic<std::int32_t> references_{1};
+    const ObjectKind kind_;
+    std::uint8_t faults_ = 0;
+};
+
+/// Gives a reference back and destroys the object with the last one; null is ignored.
+void releaseReference(CFTypeRef object);
+
+inline const Object* objectOf(CFTypeRef object)
+{
+    return static_cast<const Object*>(object);
+}
+
+/// An owning reference inside the layer.
+template <typename Ref>
+class ObjectRef
+{
+public:
+    ObjectRef() = default;
+    /// Takes the reference over.
+    explicit ObjectRef(Ref object) : object_(object) {}
+    ObjectRef(const ObjectRef& other) : object_(other.object_)
+    {
+        if (object_ != nullptr)
+            objectOf(object_)->retain();
+    }
+    ObjectRef(ObjectRef&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    ObjectRef& operator=(ObjectRef other) noexcept
+    {
+        std::swap(object_, other.object_);
+        return *this;
+    }
+    template <typename Other>
+    ObjectRef(ObjectRef<Other> other) : object_(other.take()) // NOLINT: a value is any kind of object
+    {}
+    ~ObjectRef() { releaseReference(object_); }
+
+    Ref get() const { return object_; }
+    Ref take() { return std::exchange(object_, nullptr); }
+    explicit operator bool() const { return object_ != nullptr; }
+
+private:
+    Ref object_ = nullptr;
+};
+
+using ValueRef = ObjectRef<CFTypeRef>;
+
+ObjectRef<CFStringRef> makeString(std::string_view utf8);
+/// An integer of a stored type kCFNumberSInt8Type to kCFNumberSInt64Type; taken modulo the type's size.
+ObjectRef<CFNumberRef> makeInteger(CFNumberType type, std::int64_t value);
+ObjectRef<CFNumberRef> makeReal(double value);
+ObjectRef<CFBooleanRef> makeBoolean(bool value);
+ObjectRef<CFDataRef> makeData(std::string_view bytes);
+ObjectRef<CFArrayRef> makeArray(std::vector<ValueRef> values);
+
+/// A dictionary under construction: set() replaces the value of a key that is already there.
+class DictionaryBuilder
+{
+public:
+    DictionaryBuilder();
+    DictionaryBuilder& set(ObjectRef<CFStringRef> key, ValueRef value);
+    DictionaryBuilder& set(std::string_view key, ValueRef value)
+    {
+        return set(makeString(key), std::move(value));
+    }
+    ObjectRef<CFDictionaryRef> finish();
+
+private:
+    std::size_t placeOf(CFStringRef key);
+
+    ObjectRef<CFMutableDictionaryRef> dictionary_;
+    std::unordered_map<std::string_view, std::size_t> index_; ///< of large dictionaries only
+};
+
+/// Enters a reference that is handed to a caller into the live counts. Returns its argument.
+template <typename Ref>
+Ref handOut(Ref object);
+/// A further reference to an object of the layer for a caller.
+template <typename Ref>
+Ref handOutShared(Ref object)
+{
+    if (object != nullptr)
+        objectOf(object)->retain();
+    return handOut(object);
+}
+void countReference(const Object* object, int change);
+
+template <typename Ref>
+Ref handOut(Ref object)
+{
+    if (object != nullptr)
+        countReference(objectOf(object), 1);
+    return object;
+}
+
+} // namespace norvex
+
+struct __CFString : norvex::Object
+{
+    explicit __CFString(std::string_view text);
+
+    std::string utf8;
+    std::uint32_t hash;
+    bool isAscii;
+};
+
+struct __CFNumber : norvex::Object
+{
+    __CFNumber(CFNumberType storedType, std::int64_t value)
+        : Object(norvex::ObjectKind::Number), type(storedType), integer(value)
+    {}
+    explicit __CFNumber(double value)
+        : Object(norvex::ObjectKind::Number), type(kCFNumberFloat64Type), real(value)
+    {}
+
+    CFNumberType type;
+    std::int64_t integer = 0;
+    double real = 0;
+};
+
+struct __CFBoolean : norvex::Object
+{
+    explicit __CFBoolean(bool on) : Object(norvex::ObjectKind::Boolean), value(on) {}
+
+    bool value;
+};
+
+struct __CFData : norvex::Object
+{
+    explicit __CFData(std::string_view content) : Object(norvex::ObjectKind::Data), bytes(content) {}
+
+    std::string bytes;
+};
+
+struct __CFArray : norvex::Object
+{
+    __CFArray() : Object(norvex::ObjectKind::Array) {}
+
+    std::vector<norvex::ValueRef> values;
+};
+
+struct __CFDictionary : norvex::Object
+{
+    struct Item
+    {
+        norvex::ObjectRef<CFStringRef> key;
+        norvex::ValueRef value;
+    };
+
+    __CFDictionary() : Object(norvex::ObjectKind::Dictionary) {}
+    /// The value of a key, null when it is absent. Stays the dictionary's.
+    CFTypeRef value(CFStringRef key) const;
+
+    std::vector<Item> items;
+};
+
+struct __CFURL : norvex::Object
+{
+    explicit __CFURL(std::string_view content) : Object(norvex::ObjectKind::Url), text(content) {}
+
+    std::string text;
+};

@@ -1,0 +1,188 @@
+#include "systeminfo/mac/platform/handles.h"
+
+#include "systeminfo/mac/platform/norvexPlatform.h"
+
+#include <mutex>
+#include <utility>
+#include <variant>
+
+namespace norvex {
+
+EntryIterator::EntryIterator(RegistryPtr registry, std::string_view className)
+    : overChildren_(false), registry_(std::move(registry))
+{
+    if (registry_ != nullptr) {
+        chains_ = registry_->chainsWith(className);
+        end_ = registry_->size();
+    }
+}
+
+EntryIterator::EntryIterator(const EntryPlace& parent)
+    : overChildren_(true), registry_(parent.registry), position_(parent.index + 1), end_(parent.entry().end)
+{}
+
+std::optional<EntryPlace> EntryIterator::next()
+{
+    if (overChildren_) {
+        if (position_ >= end_)
+            return std::nullopt;
+        const std::uint32_t found = std::exchange(position_, registry_->entry(position_).end);
+        return EntryPlace{registry_, found};
+    }
+    while (position_ < end_) {
+        const std::uint32_t candidate = position_++;
+        if (chains_[registry_->entry(candidate).classes])
+            return EntryPlace{registry_, candidate};
+    }
+    return std::nullopt;
+}
+
+namespace {
+
+struct Handle
+{
+    std::variant<std::monostate, EntryPlace, EntryIterator> object;
+    std::uint32_t references = 0;
+    std::uint8_t generation = 0;
+};
+
+// A handle is its place in the table plus one, with the place's generation above: a handle that was released
+// is known as such until its place was used 255 times more.
+constexpr unsigned placeBits = 24;
+constexpr std::uint32_t placeMask = (1u << placeBits) - 1;
+
+class HandleTable
+{
+public:
+    static HandleTable& instance()
+    {
+        static HandleTable table;
+        return table;
+    }
+
+    template <typename T>
+    io_object_t open(T object)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (free_.empty()) {
+            if (handles_.size() == placeMask)
+                return IO_OBJECT_NULL;
+            free_.reserve(handles_.size() + 1); // closing a handle must not have to allocate
+            handles_.emplace_back();
+            free_.push_back(std::uint32_t(handles_.size() - 1));
+        }
+        const std::uint32_t place = free_.back();
+        free_.pop_back();
+        handles_[place].object = std::move(object);
+        handles_[place].references = 1;
+        return ((std::uint32_t(handles_[place].generation) << placeBits) | place) + 1;
+    }
+
+    /// Runs an action on a live handle under the lock; false when it is not alive.
+    template <typename Action>
+    bool with(io_object_t handle, Action action)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        Handle* found = find(handle);
+        if (found != nullptr)
+            action(*found);
+        return found != nullptr;
+    }
+
+    bool release(io_object_t handle)
+    {
+        decltype(Handle::object) dying; // destroyed after the lock: it may be the last owner of its registry
+        return with(handle, [&](Handle& found) {
+            if (--found.references > 0)
+                return;
+            std::swap(found.object, dying);
+            ++found.generation;
+            free_.push_back(std::uint32_t(&found - handles_.data()));
+        });
+    }
+
+    LiveCounts counts()
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        LiveCounts result;
+        for (const Handle& handle : handles_) {
+            result.entries += std::holds_alternative<EntryPlace>(handle.object) ? handle.references : 0;
+            result.iterators += std::holds_alternative<EntryIterator>(handle.object) ? handle.references : 0;
+        }
+        return result;
+    }
+
+private:
+    Handle* find(io_object_t handle)
+    {
+        const std::uint32_t place = (handle - 1) & placeMask;
+        if (handle == IO_OBJECT_NULL || place >= handles_.size())
+            return nullptr;
+        Handle& candidate = handles_[place];
+        const bool isAlive = candidate.references > 0 && candidate.generation == (handle - 1) >> placeBits;
+        return isAlive ? &candidate : nullptr;
+    }
+
+    std::mutex mutex_;
+    std::vector<Handle> handles_;
+    std::vector<std::uint32_t> free_;
+};
+
+} // namespace
+
+io_object_t openHandle(EntryPlace place)
+{
+    return HandleTable::instance().open(std::move(place));
+}
+
+io_object_t openHandle(EntryIterator iterator)
+{
+    return HandleTable::instance().open(std::move(iterator));
+}
+
+std::optional<EntryPlace> placeOf(io_object_t handle)
+{
+    std::optional<EntryPlace> place;
+    HandleTable::instance().with(handle, [&](const Handle& found) {
+        if (const auto* entry = std::get_if<EntryPlace>(&found.object))
+            place = *entry;
+    });
+    return place;
+}
+
+std::optional<EntryPlace> nextPlace(io_object_t iterator)
+{
+    std::optional<EntryPlace> place;
+    HandleTable::instance().with(iterator, [&](Handle& found) {
+        if (auto* entries = std::get_if<EntryIterator>(&found.object))
+            place = entries->next();
+    });
+    return place;
+}
+
+bool retainHandle(io_object_t handle)
+{
+    return HandleTable::instance().with(handle, [](Handle& found) { ++found.references; });
+}
+
+bool releaseHandle(io_object_t handle)
+{
+    return HandleTable::instance().release(handle);
+}
+
+LiveCounts liveHandleCounts()
+{
+    return HandleTable::instance().counts();
+}
+
+unsigned int nextObject(unsigned int iterator)
+{
+    return IOIteratorNext(iterator);
+}
+
+void releaseObject(unsigned int object)
+{
+    IOObjectRelease(object);
+}
+
+} // namespace norvex

@@ -1,0 +1,140 @@
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/propertyLines.h"
+
+namespace norvex {
+namespace SystemInfo {
+namespace MacSysInfo {
+
+namespace {
+
+enum class Where
+{
+    Own,                   // in the device's own properties
+    Below,                 // on the device, or on an entry below it
+    DeviceCharacteristics, // inside the dictionary of that name, which is found below
+    ParentProtocol         // inside the parent's "Protocol Characteristics"
+};
+
+using Kind = PropertyKind;
+
+struct DeviceLine
+{
+    const char* label;
+    const char* key;
+    Where where;
+    Kind kind;
+};
+
+const DeviceLine sataLines[] = {
+    {"  Model:         ", "Model", Where::Own, Kind::String},
+    {"  BSD Name:      ", "BSD Name", Where::Below, Kind::String},
+    {"  Size:          ", "Size", Where::Below, Kind::Size},
+    {"  Revision:      ", "Revision", Where::Own, Kind::String},
+    {"  Serial Number: ", "Serial Number", Where::Own, Kind::String},
+    {"  NCQ:           ", "NCQ", Where::Own, Kind::YesNo},
+    {"  Queue Depth:   ", "Queue Depth", Where::Own, Kind::Int32},
+    {"  Medium Type:   ", "Medium Type", Where::DeviceCharacteristics, Kind::String},
+    {"  AHCI Port Number:          ", "AHCI Port Number", Where::ParentProtocol, Kind::Int32},
+    {"  Physical interconnect:     ", "Physical Interconnect", Where::ParentProtocol, Kind::String},
+    {"  Physical interconnect Loc: ", "Physical Interconnect Location", Where::ParentProtocol, Kind::String},
+    {"  Port Speed:                ", "Port Speed", Where::ParentProtocol, Kind::String},
+};
+
+const DeviceLine atapiLines[] = {
+    {"  Model:                     ", "Model", Where::Own, Kind::String},
+    {"  Revision:                  ", "Revision", Where::Own, Kind::String},
+    {"  Serial Number:             ", "Serial Number", Where::Own, Kind::String},
+    {"  Physical Interconnect:     ", "Physical Interconnect", Where::Own, Kind::String},
+    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Where::Own, Kind::String},
+};
+
+const DeviceLine nvmeLines[] = {
+    {"  Model:                     ", "Model Number", Where::Own, Kind::String},
+    {"  Firmware Revision:         ", "Firmware Revision", Where::Own, Kind::String},
+    {"  Serial Number:             ", "Serial Number", Where::Own, Kind::String},
+    {"  Physical Interconnect:     ", "Physical Interconnect", Where::Own, Kind::String},
+    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Where::Own, Kind::String},
+    {"  BSD Name:                  ", "BSD Name", Where::Below, Kind::String},
+    {"  Size:                      ", "Size", Where::Below, Kind::Size},
+    {"  Removable:                 ", "Removable", Where::Below, Kind::YesNo},
+    {"  Ejectable:                 ", "Ejectable", Where::Below, Kind::YesNo},
+};
+
+// A device with the places where its values are found; the parent is fetched when the first line asks for it.
+class StorageDevice
+{
+public:
+    StorageDevice(IoEntry entry, CFHolder<CFDictionaryRef> properties)
+        : entry_(std::move(entry)), properties_(std::move(properties))
+    {}
+
+    PropertyValue value(Where where, const char* key)
+    {
+        switch (where) {
+        case Where::Own:
+            return valueIn(properties_.get(), key);
+        case Where::Below:
+            return entry_.search(key);
+        case Where::DeviceCharacteristics:
+            return valueIn(entry_.search("Device Characteristics").dictionary(), key);
+        case Where::ParentProtocol:
+            return valueIn(parentProtocol().dictionary(), key);
+        }
+        return PropertyValue();
+    }
+
+private:
+    const PropertyValue& parentProtocol()
+    {
+        if (!hasAskedParent_) {
+            hasAskedParent_ = true;
+            if (const IoEntry parent = entry_.parent())
+                parentProtocol_ = valueIn(parent.properties().get(), "Protocol Characteristics");
+        }
+        return parentProtocol_;
+    }
+
+    IoEntry entry_;
+    CFHolder<CFDictionaryRef> properties_;
+    PropertyValue parentProtocol_;
+    bool hasAskedParent_ = false;
+};
+
+template <typename Table>
+QString storageSection(const char* heading, const char* className, const Table& lines)
+{
+    QString section = QLatin1String(heading) + sNewLine;
+    IoIterator devices = servicesOfClass(className);
+    int number = 1;
+    while (IoEntry entry = devices.next()) {
+        CFHolder<CFDictionaryRef> properties = entry.properties();
+        if (!properties)
+            continue;
+        section += QStringLiteral("#%1").arg(number++) + sNewLine;
+        StorageDevice device(std::move(entry), std::move(properties));
+        for (const DeviceLine& line : lines)
+            appendLine(section, line.label, propertyText(device.value(line.where, line.key), line.kind));
+    }
+    return section;
+}
+
+} // namespace
+
+QString ioKitSataDiskDevices()
+{
+    return storageSection("AHCI disk (from IOKit)", "AppleAHCIDiskDriver", sataLines);
+}
+
+QString ioKitSerialAtapiDevices()
+{
+    return storageSection("AHCI Serial ATAPI (from IOKit)", "IOAHCISerialATAPI", atapiLines);
+}
+
+QString ioKitNVMExpressDevices()
+{
+    return storageSection("NVMEXpress devices (from IOKit)", "IONVMeController", nvmeLines);
+}
+
+} // namespace MacSysInfo
+} // namespace SystemInfo
+} // namespace norvex

@@ -1,0 +1,33 @@
+#pragma once
+
+/// @file
+/// The system interfaces that the Macintosh section is written against: macOS's own headers on macOS,
+/// elsewhere the layer that stands in for them under the same names. The only place that tells the two apart.
+
+#if defined(__APPLE__)
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/CoreServices.h>
+#include <IOKit/IOKitLib.h>
+#include <dns_sd.h>
+#include <sys/mount.h>
+#include <sys/param.h>
+#include <sys/sysctl.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#else
+
+#include "systeminfo/mac/platform/coreFoundation.h"
+#include "systeminfo/mac/platform/ioKit.h"
+#include "systeminfo/mac/platform/systemCalls.h"
+
+#include <sys/time.h>
+
+#endif
+
+// Several of these interfaces are deprecated on later systems without a successor on the oldest one
+// supported.
+#define NORVEX_DEPRECATED_CALLS_BEGIN                                                                        \
+    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wdeprecated-declarations\"")
+#define NORVEX_DEPRECATED_CALLS_END _Pragma("GCC diagnostic pop")

@@ -1,0 +1,102 @@
+#include "systeminfo/mac/hostQueries.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/systemInterfaces.h"
+
+#include <cerrno>
+#include <limits>
+
+namespace norvex {
+namespace SystemInfo {
+namespace MacSysInfo {
+
+namespace {
+
+using Count = unsigned long long;
+
+constexpr Count unknownCount = std::numeric_limits<std::uint64_t>::max();
+constexpr auto unknownBlockSize = std::numeric_limits<std::uint32_t>::max();
+
+QString caseText(int sensitivity)
+{
+    switch (sensitivity) {
+    case 0:
+        return QStringLiteral("not case sensitive");
+    case 1:
+        return QStringLiteral("case sensitive");
+    case 2:
+        return QStringLiteral("case preserving");
+    default:
+        return QStringLiteral("---");
+    }
+}
+
+QString nodesText(Count count)
+{
+    return count == unknownCount ? QStringLiteral("-") : QString::number(count);
+}
+
+QString line(const char* label, const QString& value)
+{
+    return QLatin1String(label) + value + sNewLine;
+}
+
+QString sizeLine(const char* label, Count blocks, Count blockSize)
+{
+    return blocks == unknownCount ? QString() : line(label, diskSizeConvertUserFriendly(blocks * blockSize));
+}
+
+QString volumeLines(const QString& path, const FileSystemRecord& info)
+{
+    QString text = line("  Mount to:         ", QString::fromUtf8(info.f_mntonname)) +
+                   line("  Mount from:       ", QString::fromUtf8(info.f_mntfromname)) +
+                   line("  Type:             ", QString::fromUtf8(info.f_fstypename)) +
+                   line("  Case sensitivity: ", caseText(getFileSystemCaseSensitivity(path))) +
+                   line("  Block size:       ", QString::number(info.f_bsize)) +
+                   line("  Blocks total:     ", QString::number(Count(info.f_blocks))) +
+                   line("  Blocks free:      ", QString::number(Count(info.f_bfree))) +
+                   line("  Blocks avail:     ", QString::number(Count(info.f_bavail))) +
+                   line("  File nodes total: ", nodesText(info.f_files)) +
+                   line("  File nodes free:  ", nodesText(info.f_ffree));
+    if (info.f_bsize != unknownBlockSize) {
+        text += sizeLine("  Size:             ", info.f_blocks, info.f_bsize) +
+                sizeLine("  Free:             ", info.f_bfree, info.f_bsize) +
+                sizeLine("  Avail:            ", info.f_bavail, info.f_bsize);
+    }
+    return text;
+}
+
+} // namespace
+
+bool getFileSystemInfo(const QString& path, FileSystemRecord* info)
+{
+    return statfs(path.toUtf8().constData(), info) == 0;
+}
+
+int getFileSystemCaseSensitivity(const QString& path)
+{
+    const QByteArray name = path.toUtf8();
+    errno = 0;
+    const long isSensitive = pathconf(name.constData(), _PC_CASE_SENSITIVE);
+    if (isSensitive == -1)
+        return errno == EINVAL ? 1 : -1;
+    if (isSensitive != 0)
+        return 1;
+    return pathconf(name.constData(), _PC_CASE_PRESERVING) > 0 ? 2 : 0;
+}
+
+QString listFileSystemVolumesInfo()
+{
+    QString section = QLatin1String("Volumes") + sNewLine;
+    const QStringList paths = volumeEntries();
+    for (const QString& path : paths) {
+        FileSystemRecord info = {};
+        section += path + sNewLine;
+        if (getFileSystemInfo(path, &info))
+            section += volumeLines(path, info);
+    }
+    return section;
+}
+
+} // namespace MacSysInfo
+} // namespace SystemInfo
+} // namespace norvex
