@@ -128,29 +128,19 @@ constexpr const char* unknown = "unknown";
 const char* subTypeName(std::uint32_t type, std::int32_t subType, bool hasFamily)
 {
     switch (type) {
-    case 1:
-        return nameOf(subType, vaxSubTypes, unknown);
-    case 6:
-        return nameOf(subType, motorola68kSubTypes, unknown);
+    case 1: return nameOf(subType, vaxSubTypes, unknown);
+    case 6: return nameOf(subType, motorola68kSubTypes, unknown);
     case cpuTypeX86:
         return hasFamily ? nameOf(subType, x86SubTypes, unknown)
                          : nameOf(subType, classicX86SubTypes, unknown);
-    case 10:
-        return nameOf(subType, mc98000SubTypes, "unknwon");
-    case 11:
-        return nameOf(subType, hppaSubTypes, unknown);
-    case 12:
-        return nameOf(subType, armSubTypes, unknown);
-    case 13:
-        return nameOf(subType, mc88000SubTypes, unknown);
-    case 14:
-        return "< No known CPU sub types for SPARC >";
-    case 15:
-        return nameOf(subType, i860SubTypes, unknown);
-    case 18:
-        return nameOf(subType, powerPcSubTypes, unknown);
-    default:
-        return "unknown because of unknown cpuType";
+    case 10: return nameOf(subType, mc98000SubTypes, "unknwon");
+    case 11: return nameOf(subType, hppaSubTypes, unknown);
+    case 12: return nameOf(subType, armSubTypes, unknown);
+    case 13: return nameOf(subType, mc88000SubTypes, unknown);
+    case 14: return "< No known CPU sub types for SPARC >";
+    case 15: return nameOf(subType, i860SubTypes, unknown);
+    case 18: return nameOf(subType, powerPcSubTypes, unknown);
+    default: return "unknown because of unknown cpuType";
     }
 }
 

@@ -27,17 +27,13 @@ DriverValue driverValue(const char* key)
     const int code = getValueForKeyInPropertyList(ftdiPropertyList, key, buffer, bufferSize);
     const QString keyText = QString::fromLatin1(key);
     switch (code) {
-    case 0:
-        return {code, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};
-    case -1:
-        return {code, QStringLiteral("No driver installed.")};
-    case -2:
-        return {code, QStringLiteral("Key %1 not found").arg(keyText)};
+    case 0: return {code, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};
+    case -1: return {code, QStringLiteral("No driver installed.")};
+    case -2: return {code, QStringLiteral("Key %1 not found").arg(keyText)};
     case -3:
         return {code,
                 QStringLiteral("Buffer size %1 to small for value for key %2").arg(bufferSize).arg(keyText)};
-    default:
-        return {code, QStringLiteral("Unknown return code %1").arg(code)};
+    default: return {code, QStringLiteral("Unknown return code %1").arg(code)};
     }
 }
 

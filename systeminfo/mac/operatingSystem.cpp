@@ -52,14 +52,10 @@ QString bootTimeLine()
 QString architectureName(std::int32_t code)
 {
     switch (code) {
-    case 1:
-        return QStringLiteral("68k");
-    case 2:
-        return QStringLiteral("PowerPC");
-    case 10:
-        return QStringLiteral("Intel");
-    default:
-        return QStringLiteral("unknown (%1)").arg(code);
+    case 1: return QStringLiteral("68k");
+    case 2: return QStringLiteral("PowerPC");
+    case 10: return QStringLiteral("Intel");
+    default: return QStringLiteral("unknown (%1)").arg(code);
     }
 }
 

@@ -14,8 +14,7 @@ namespace SystemInfo {
 namespace MacSysInfo {
 
 /// What a property has to be, and how it prints. A value of another kind gives no line.
-enum class PropertyKind
-{
+enum class PropertyKind {
     String, ///< a string, as CFStringToQString gives it
     YesNo,  ///< a boolean
     Int32,  ///< a number stored as a signed 32-bit integer, in decimal

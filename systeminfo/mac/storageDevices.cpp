@@ -7,8 +7,7 @@ namespace MacSysInfo {
 
 namespace {
 
-enum class Where
-{
+enum class Where {
     Own,                   // in the device's own properties
     Below,                 // on the device, or on an entry below it
     DeviceCharacteristics, // inside the dictionary of that name, which is found below
@@ -71,14 +70,11 @@ public:
     PropertyValue value(Where where, const char* key)
     {
         switch (where) {
-        case Where::Own:
-            return valueIn(properties_.get(), key);
-        case Where::Below:
-            return entry_.search(key);
+        case Where::Own: return valueIn(properties_.get(), key);
+        case Where::Below: return entry_.search(key);
         case Where::DeviceCharacteristics:
             return valueIn(entry_.search("Device Characteristics").dictionary(), key);
-        case Where::ParentProtocol:
-            return valueIn(parentProtocol().dictionary(), key);
+        case Where::ParentProtocol: return valueIn(parentProtocol().dictionary(), key);
         }
         return PropertyValue();
     }

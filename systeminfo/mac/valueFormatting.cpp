@@ -60,11 +60,7 @@ const Tier diskSizes[] = {
     {0, 1, 1, 0, " Byte"},
 };
 
-enum class Rounding
-{
-    Down,
-    HalfUp
-};
+enum class Rounding { Down, HalfUp };
 
 /// No step of the computation overflows: remainders are below 2^30 and powers of ten at most 1000.
 template <std::size_t count>

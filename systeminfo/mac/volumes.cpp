@@ -19,14 +19,10 @@ constexpr auto unknownBlockSize = std::numeric_limits<std::uint32_t>::max();
 QString caseText(int sensitivity)
 {
     switch (sensitivity) {
-    case 0:
-        return QStringLiteral("not case sensitive");
-    case 1:
-        return QStringLiteral("case sensitive");
-    case 2:
-        return QStringLiteral("case preserving");
-    default:
-        return QStringLiteral("---");
+    case 0: return QStringLiteral("not case sensitive");
+    case 1: return QStringLiteral("case sensitive");
+    case 2: return QStringLiteral("case preserving");
+    default: return QStringLiteral("---");
     }
 }
 

@@ -16,28 +16,14 @@
 
 namespace norvex {
 
-enum class ObjectKind : std::uint8_t
-{
-    String,
-    Number,
-    Boolean,
-    Data,
-    Dictionary,
-    Array,
-    Url
-};
+enum class ObjectKind : std::uint8_t { String, Number, Boolean, Data, Dictionary, Array, Url };
 
 /// What every object begins with.
 class Object
 {
 public:
     /// Calls on the object that fail by order of a recording.
-    enum Fault : std::uint8_t
-    {
-        NumberGetValue = 1,
-        StringGetCStringPtr = 2,
-        StringGetCString = 4
-    };
+    enum Fault : std::uint8_t { NumberGetValue = 1, StringGetCStringPtr = 2, StringGetCString = 4 };
 
     explicit Object(ObjectKind kind) : kind_(kind) {}
     Object(const Object&) = delete;

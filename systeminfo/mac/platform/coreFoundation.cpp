@@ -85,14 +85,10 @@ std::int64_t readInteger(CFNumberType type, const void* source)
         return std::int64_t(value);
     };
     switch (type) {
-    case kCFNumberSInt8Type:
-        return as(std::int8_t());
-    case kCFNumberSInt16Type:
-        return as(std::int16_t());
-    case kCFNumberSInt32Type:
-        return as(std::int32_t());
-    default:
-        return as(std::int64_t());
+    case kCFNumberSInt8Type: return as(std::int8_t());
+    case kCFNumberSInt16Type: return as(std::int16_t());
+    case kCFNumberSInt32Type: return as(std::int32_t());
+    default: return as(std::int64_t());
     }
 }
 
@@ -126,27 +122,13 @@ void releaseReference(CFTypeRef reference)
     if (reference == nullptr || !objectOf(reference)->release())
         return;
     switch (objectOf(reference)->kind()) {
-    case ObjectKind::String:
-        delete static_cast<CFStringRef>(reference);
-        break;
-    case ObjectKind::Number:
-        delete static_cast<CFNumberRef>(reference);
-        break;
-    case ObjectKind::Boolean:
-        delete static_cast<CFBooleanRef>(reference);
-        break;
-    case ObjectKind::Data:
-        delete static_cast<CFDataRef>(reference);
-        break;
-    case ObjectKind::Dictionary:
-        delete static_cast<CFDictionaryRef>(reference);
-        break;
-    case ObjectKind::Array:
-        delete static_cast<CFArrayRef>(reference);
-        break;
-    case ObjectKind::Url:
-        delete static_cast<CFURLRef>(reference);
-        break;
+    case ObjectKind::String: delete static_cast<CFStringRef>(reference); break;
+    case ObjectKind::Number: delete static_cast<CFNumberRef>(reference); break;
+    case ObjectKind::Boolean: delete static_cast<CFBooleanRef>(reference); break;
+    case ObjectKind::Data: delete static_cast<CFDataRef>(reference); break;
+    case ObjectKind::Dictionary: delete static_cast<CFDictionaryRef>(reference); break;
+    case ObjectKind::Array: delete static_cast<CFArrayRef>(reference); break;
+    case ObjectKind::Url: delete static_cast<CFURLRef>(reference); break;
     }
 }
 
@@ -361,18 +343,12 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePt
     if (callFails() || number->hasFault(Object::NumberGetValue))
         return false;
     switch (theType) {
-    case kCFNumberSInt8Type:
-        return storeInteger<std::int8_t>(*number, valuePtr);
-    case kCFNumberSInt16Type:
-        return storeInteger<std::int16_t>(*number, valuePtr);
-    case kCFNumberSInt32Type:
-        return storeInteger<std::int32_t>(*number, valuePtr);
-    case kCFNumberSInt64Type:
-        return storeInteger<std::int64_t>(*number, valuePtr);
-    case kCFNumberFloat32Type:
-        return storeReal<float>(*number, valuePtr);
-    case kCFNumberFloat64Type:
-        return storeReal<double>(*number, valuePtr);
+    case kCFNumberSInt8Type: return storeInteger<std::int8_t>(*number, valuePtr);
+    case kCFNumberSInt16Type: return storeInteger<std::int16_t>(*number, valuePtr);
+    case kCFNumberSInt32Type: return storeInteger<std::int32_t>(*number, valuePtr);
+    case kCFNumberSInt64Type: return storeInteger<std::int64_t>(*number, valuePtr);
+    case kCFNumberFloat32Type: return storeReal<float>(*number, valuePtr);
+    case kCFNumberFloat64Type: return storeReal<double>(*number, valuePtr);
     }
     return false;
 }

@@ -33,15 +33,13 @@ typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFDictionary* CFMutableDictionaryRef;
 typedef const struct __CFURL* CFURLRef;
 
-enum : CFStringEncoding
-{
+enum : CFStringEncoding {
     kCFStringEncodingMacRoman = 0,
     kCFStringEncodingASCII = 0x0600,
     kCFStringEncodingUTF8 = 0x08000100
 };
 
-enum CFNumberType : CFIndex
-{
+enum CFNumberType : CFIndex {
     kCFNumberSInt8Type = 1,
     kCFNumberSInt16Type = 2,
     kCFNumberSInt32Type = 3,
@@ -50,22 +48,15 @@ enum CFNumberType : CFIndex
     kCFNumberFloat64Type = 6
 };
 
-enum CFComparisonResult : CFIndex
-{
+enum CFComparisonResult : CFIndex {
     kCFCompareLessThan = -1L,
     kCFCompareEqualTo = 0,
     kCFCompareGreaterThan = 1
 };
 
-enum CFStringCompareFlags : CFOptionFlags
-{
-    kCFCompareCaseInsensitive = 1
-};
+enum CFStringCompareFlags : CFOptionFlags { kCFCompareCaseInsensitive = 1 };
 
-enum CFURLPathStyle : CFIndex
-{
-    kCFURLPOSIXPathStyle = 0
-};
+enum CFURLPathStyle : CFIndex { kCFURLPOSIXPathStyle = 0 };
 
 extern "C" {
 

@@ -142,6 +142,17 @@ io_registry_entry_t IORegistryGetRootEntry(mach_port_t)
     return norvex::openHandle(EntryPlace{std::move(registry), 0});
 }
 
+kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::uint64_t* entryID)
+{
+    const auto place = placeOf(entry);
+    if (!place)
+        return badArgument;
+    if (callFails())
+        return generalError;
+    *entryID = std::uint64_t(place->index) + 1;
+    return success;
+}
+
 kern_return_t IORegistryEntryGetName(io_registry_entry_t entry, io_name_t name)
 {
     const auto place = placeOf(entry);

@@ -22,11 +22,7 @@ typedef UInt32 IOOptionBits;
 #define IO_OBJECT_NULL ((io_object_t)0)
 #define kIOServicePlane "IOService"
 
-enum : IOOptionBits
-{
-    kIORegistryIterateRecursively = 0x00000001,
-    kIORegistryIterateParents = 0x00000002
-};
+enum : IOOptionBits { kIORegistryIterateRecursively = 0x00000001, kIORegistryIterateParents = 0x00000002 };
 
 extern "C" {
 
@@ -49,6 +45,7 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t masterPort, CFDictionaryR
                                            io_iterator_t* existing);
 
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t masterPort);
+kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::uint64_t* entryID);
 kern_return_t IORegistryEntryGetName(io_registry_entry_t entry, io_name_t name);
 kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMutableDictionaryRef* properties,
                                                 CFAllocatorRef allocator, IOOptionBits options);

@@ -119,19 +119,7 @@ ValueRef dataValue(std::string_view text)
     return makeData(std::string_view(bytes.constData(), std::size_t(bytes.size())));
 }
 
-enum class Element
-{
-    Plist,
-    Dict,
-    Array,
-    Key,
-    String,
-    Integer,
-    Real,
-    Data,
-    True,
-    False
-};
+enum class Element { Plist, Dict, Array, Key, String, Integer, Real, Data, True, False };
 
 Element elementNamed(std::string_view name)
 {
@@ -303,30 +291,14 @@ private:
                 throw PlistError("a key without a value");
             handler_.endDictionary();
             break;
-        case Element::Array:
-            handler_.endArray();
-            break;
-        case Element::Key:
-            handler_.key(text_);
-            break;
-        case Element::String:
-            handler_.value(makeString(text_));
-            break;
-        case Element::Integer:
-            handler_.value(integerValue(text_, size_));
-            break;
-        case Element::Real:
-            handler_.value(realValue(text_));
-            break;
-        case Element::Data:
-            handler_.value(dataValue(text_));
-            break;
-        case Element::True:
-            handler_.value(makeBoolean(true));
-            break;
-        case Element::False:
-            handler_.value(makeBoolean(false));
-            break;
+        case Element::Array: handler_.endArray(); break;
+        case Element::Key: handler_.key(text_); break;
+        case Element::String: handler_.value(makeString(text_)); break;
+        case Element::Integer: handler_.value(integerValue(text_, size_)); break;
+        case Element::Real: handler_.value(realValue(text_)); break;
+        case Element::Data: handler_.value(dataValue(text_)); break;
+        case Element::True: handler_.value(makeBoolean(true)); break;
+        case Element::False: handler_.value(makeBoolean(false)); break;
         }
     }
 

@@ -15,8 +15,7 @@ namespace {
 constexpr std::size_t deepestNesting = 512; // of entries, and of values inside a property
 
 // Where in a recording an element stands: what its container is.
-enum class Place
-{
+enum class Place {
     Document,
     Top,
     Sysctl,
@@ -41,34 +40,18 @@ enum class Place
     Ignored // anything below a key that the format does not know
 };
 
-enum class Kind
-{
-    String,
-    Integer,
-    Real,
-    Boolean,
-    Data,
-    Dictionary,
-    Array
-};
+enum class Kind { String, Integer, Real, Boolean, Data, Dictionary, Array };
 
 const char* nameOf(Kind kind)
 {
     switch (kind) {
-    case Kind::String:
-        return "a string";
-    case Kind::Integer:
-        return "an integer";
-    case Kind::Real:
-        return "a real";
-    case Kind::Boolean:
-        return "a boolean";
-    case Kind::Data:
-        return "data";
-    case Kind::Dictionary:
-        return "a dictionary";
-    case Kind::Array:
-        return "an array";
+    case Kind::String: return "a string";
+    case Kind::Integer: return "an integer";
+    case Kind::Real: return "a real";
+    case Kind::Boolean: return "a boolean";
+    case Kind::Data: return "data";
+    case Kind::Dictionary: return "a dictionary";
+    case Kind::Array: return "an array";
     }
     return "";
 }
@@ -76,18 +59,12 @@ const char* nameOf(Kind kind)
 Kind kindOf(const ValueRef& value)
 {
     switch (objectOf(value.get())->kind()) {
-    case ObjectKind::String:
-        return Kind::String;
-    case ObjectKind::Boolean:
-        return Kind::Boolean;
-    case ObjectKind::Data:
-        return Kind::Data;
-    case ObjectKind::Dictionary:
-        return Kind::Dictionary;
-    case ObjectKind::Array:
-        return Kind::Array;
-    default:
-        break;
+    case ObjectKind::String: return Kind::String;
+    case ObjectKind::Boolean: return Kind::Boolean;
+    case ObjectKind::Data: return Kind::Data;
+    case ObjectKind::Dictionary: return Kind::Dictionary;
+    case ObjectKind::Array: return Kind::Array;
+    default: break;
     }
     const auto* const number = static_cast<CFNumberRef>(value.get());
     return number->type == kCFNumberFloat64Type ? Kind::Real : Kind::Integer;
@@ -451,56 +428,27 @@ private:
     void store(Place place, const std::string& key, const ValueRef& value)
     {
         switch (place) {
-        case Place::Top:
-            storeVersion(value);
-            break;
+        case Place::Top: storeVersion(value); break;
         case Place::Sysctl:
             recording_.sysctl[key] = key == "kern.boottime" ? boottimeBytes(value) : sysctlBytes(value);
             break;
-        case Place::Gestalt:
-            recording_.gestalt[key] = std::int32_t(integerOf(value));
-            break;
-        case Place::Entry:
-            openEntry().name = textOf(value);
-            break;
-        case Place::Classes:
-            openEntries_.back().classes.push_back(textOf(value));
-            break;
-        case Place::EntryFaults:
-            storeEntryFault(key, value);
-            break;
-        case Place::FaultKeys:
-            storeValueFault(textOf(value));
-            break;
-        case Place::Volume:
-            recording_.volumes.back().path = QByteArray::fromStdString(textOf(value));
-            break;
-        case Place::Statfs:
-            storeStatfs(*recording_.volumes.back().statfs, key, value);
-            break;
-        case Place::Pathconf:
-            storePathconf(recording_.volumes.back(), key, value);
-            break;
-        case Place::Files:
-            recording_.files.insert(textOf(value));
-            break;
-        case Place::Services:
-            storeService(key, value);
-            break;
+        case Place::Gestalt: recording_.gestalt[key] = std::int32_t(integerOf(value)); break;
+        case Place::Entry: openEntry().name = textOf(value); break;
+        case Place::Classes: openEntries_.back().classes.push_back(textOf(value)); break;
+        case Place::EntryFaults: storeEntryFault(key, value); break;
+        case Place::FaultKeys: storeValueFault(textOf(value)); break;
+        case Place::Volume: recording_.volumes.back().path = QByteArray::fromStdString(textOf(value)); break;
+        case Place::Statfs: storeStatfs(*recording_.volumes.back().statfs, key, value); break;
+        case Place::Pathconf: storePathconf(recording_.volumes.back(), key, value); break;
+        case Place::Files: recording_.files.insert(textOf(value)); break;
+        case Place::Services: storeService(key, value); break;
         case Place::UrlHandlers:
             recording_.urlHandlers[key] = QByteArray::fromStdString(textOf(value));
             break;
-        case Place::Faults:
-            recording_.faults.masterPort = std::int32_t(integerOf(value));
-            break;
-        case Place::MatchingFaults:
-            recording_.faults.matching.insert(textOf(value));
-            break;
-        case Place::ServicesFaults:
-            recording_.faults.services[key] = std::int32_t(integerOf(value));
-            break;
-        default:
-            break;
+        case Place::Faults: recording_.faults.masterPort = std::int32_t(integerOf(value)); break;
+        case Place::MatchingFaults: recording_.faults.matching.insert(textOf(value)); break;
+        case Place::ServicesFaults: recording_.faults.services[key] = std::int32_t(integerOf(value)); break;
+        default: break;
         }
     }
 

@@ -16,10 +16,7 @@ struct FSRef;
 
 #define kDNSServiceProperty_DaemonVersion "DaemonVersion"
 
-enum : LSRolesMask
-{
-    kLSRolesAll = 0xFFFFFFFF
-};
+enum : LSRolesMask { kLSRolesAll = 0xFFFFFFFF };
 
 extern "C" {
 
@@ -34,11 +31,7 @@ OSStatus LSGetApplicationForURL(CFURLRef inURL, LSRolesMask inRoleMask, FSRef* o
 namespace norvex {
 
 /// The names that `pathconf` has on macOS and the host's C library lacks.
-enum PathconfName : int
-{
-    _PC_CASE_SENSITIVE = 11,
-    _PC_CASE_PRESERVING = 12
-};
+enum PathconfName : int { _PC_CASE_SENSITIVE = 11, _PC_CASE_PRESERVING = 12 };
 
 // Overloads on the layer's own types, beside the functions of the host's C library.
 int statfs(const char* path, MacStatfs* record);

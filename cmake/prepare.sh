@@ -1,0 +1,94 @@
+# shellcheck shell=bash disable=SC2034
+# Sourced by run and test: what the project needs of Debian, and its release build. Nothing is printed on standard
+# output, and on standard error only what has to be known.
+
+sourceFolder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+buildFolder=$sourceFolder/build/release
+
+# One line a purpose; what a package needs itself is not listed.
+buildPackages=(
+  g++ cmake ninja-build pkg-config
+  qtbase5-dev libqt5opengl5-dev
+  libudev-dev libplist-dev libglib2.0-dev libexpat1-dev
+  libxcb1-dev
+)
+testPackages=(
+  xvfb xauth libgl1-mesa-dri
+  umockdev
+  dbus
+)
+
+say() {
+  printf '%s: %s\n' "${0##*/}" "$*" >&2
+}
+
+# Runs a command whose output matters only when it fails.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 </dev/null || status=$?
+  if [ $status != 0 ]; then
+    cat "$log" >&2
+    say "failed: $*"
+  fi
+  rm -f "$log"
+  return $status
+}
+
+asRoot() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  else
+    sudo "$@"
+  fi
+}
+
+# missingPackages NAME...: those that are not installed, one a line
+missingPackages() {
+  local installed name
+  installed=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "$@" 2>/dev/null || true)
+  for name in "$@"; do
+    case $'\n'$installed$'\n' in
+      *$'\n'"$name installed"$'\n'*) ;;
+      *) echo "$name" ;;
+    esac
+  done
+}
+
+# installPackages WHY NAME...: installs what is missing; sets newPackages
+installPackages() {
+  local why=$1
+  shift
+  newPackages=()
+  # Another system has other names for these; CMake tells what it does not find.
+  command -v dpkg-query >/dev/null || return 0
+  mapfile -t newPackages < <(missingPackages "$@")
+  [ ${#newPackages[@]} != 0 ] || return 0
+  if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
+    say "$why needs these Debian packages, which only root can install: ${newPackages[*]}"
+    return 1
+  fi
+  say "installing the Debian packages that $why needs: ${newPackages[*]}"
+  quietly asRoot apt-get update &&
+    quietly asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
+      -o DPkg::Lock::Timeout=300 "${newPackages[@]}"
+}
+
+# buildRelease TARGET: brings the release build up to date, for one caller at a time
+buildRelease() {
+  mkdir -p "$buildFolder"
+  if [ -t 2 ] && [ ! -e "$buildFolder/bin" ]; then
+    say 'building, which takes a minute or two the first time'
+  fi
+  (
+    flock 9
+    cd "$sourceFolder" || exit
+    local generator=()
+    [ -f "$buildFolder/CMakeCache.txt" ] || generator=(-G Ninja)
+    # A package that was not there when CMake looked for it is found only when it looks again.
+    if [ ! -f "$buildFolder/cmake_install.cmake" ] || [ ${#newPackages[@]} != 0 ]; then
+      quietly cmake --preset release "${generator[@]}"
+    fi
+    quietly cmake --build "$buildFolder" --parallel "$(nproc)" --target "$1"
+  ) 9>"$buildFolder/.lock"
+}

@@ -1,0 +1,19 @@
+#include "systeminfo/guiThread.h"
+
+#include <QApplication>
+#include <QThread>
+
+namespace norvex::SystemInfo::Internal {
+
+bool isBesideApplicationThread()
+{
+    const QCoreApplication* application = QCoreApplication::instance();
+    return application && application->thread() != QThread::currentThread();
+}
+
+bool mayUseWidgets()
+{
+    return qobject_cast<QApplication*>(QCoreApplication::instance()) && !isBesideApplicationThread();
+}
+
+} // namespace norvex::SystemInfo::Internal

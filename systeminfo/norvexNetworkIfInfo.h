@@ -1,0 +1,44 @@
+#pragma once
+
+/// @file
+/// The report's section on network interfaces.
+///
+/// All functions may be called on any thread, also without an application object.
+
+#include "norvexExport.h"
+
+#include <QString>
+
+QT_FORWARD_DECLARE_CLASS(QNetworkInterface)
+
+namespace norvex {
+namespace SystemInfo {
+namespace NetworkInfo {
+
+/// The line terminator of this section: one line feed. It is set when the library is loaded; nobody writes it
+/// afterwards, and no caller may.
+extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
+
+/// The network section: every interface that Qt sees, in Qt's order, with its name, hardware address, state
+/// and addresses.
+///
+/// @return the heading "Network Interfaces Info" and a block for each interface, opened by separatorNetIf();
+/// the
+///         heading alone when there is no interface. "Up" and "Down" tell whether the interface is switched
+///         on, not whether it has a link. An interface without a hardware address has nothing behind that
+///         label. No section separator stands at the end.
+///
+/// Source: QNetworkInterface::allInterfaces(). SystemInfo::extractAccessKeyValues() reads the names and
+/// hardware addresses back out of this text.
+NORVEX_SYSTEMINFO_EXPORT QString allInfos();
+
+/// The line that opens an interface's block: 55 underscores and sNewLine.
+NORVEX_SYSTEMINFO_EXPORT QString separatorNetIf();
+
+/// The name under which to show an interface to a user: its name(), unchanged; empty for an invalid
+/// interface.
+NORVEX_SYSTEMINFO_EXPORT QString ifUserFriendlyName(const QNetworkInterface& iface);
+
+} // namespace NetworkInfo
+} // namespace SystemInfo
+} // namespace norvex

@@ -1,0 +1,82 @@
+#pragma once
+
+/// @file
+/// What OpenGL offers on this machine, and the report's section on it.
+
+#include "norvexExport.h"
+
+#include <QObject>
+#include <QString>
+
+namespace norvex {
+namespace SystemInfo {
+
+/// The OpenGL versions that Qt's default context supports.
+struct COpenGLVersionInfo
+{
+    /// true while the record holds no probe result.
+    bool isNull = true;
+
+    /// The bits of QGLFormat::OpenGLVersionFlags; 0 when no version is known or no context can be made.
+    int versionFlags = 0;
+
+    /// Major number of the highest desktop version in the flags; -1 when they hold none.
+    int majorVersion = -1;
+
+    /// Minor number of that version; -1 when the flags hold none.
+    int minorVersion = -1;
+
+    /// Display name of the highest version, "OpenGL 2.1" for example; an OpenGL ES variant where the flags
+    /// hold no desktop version; "not recognized" where they hold neither. Empty while isNull.
+    QString versionName;
+};
+
+/// Finds out what OpenGL offers.
+///
+/// All functions belong on the application's GUI thread, after the QApplication exists. Where they cannot ask
+/// (no QApplication, or another thread) and where no OpenGL context can be made they answer as a machine
+/// without OpenGL; none of them fails or throws. A context that was current before a call is current again
+/// after it.
+class NORVEX_SYSTEMINFO_EXPORT CScanOpenGLInfo : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// An object without any state of its own.
+    /// @param parent the object that owns it; null for none
+    explicit CScanOpenGLInfo(QObject* parent = nullptr);
+    ~CScanOpenGLInfo() override;
+
+    /// Asks Qt now which versions its default context supports, or the current context if there is one
+    /// (QGLFormat::openGLVersionFlags()). It neither reads nor fills the cache.
+    ///
+    /// @return a record that is not null; flags 0 and "not recognized" where OpenGL cannot be used or asked.
+    static COpenGLVersionInfo GetOpenGLVersion();
+
+    /// The versions as the first call in this process found them: it asks like GetOpenGLVersion() and fills
+    /// versionInfoCache, later calls return a copy of it.
+    ///
+    /// A call without a QApplication returns what the cache holds, or the record of a machine without OpenGL
+    /// while it is empty; a call on another thread does not touch the cache and returns the latter. Neither
+    /// fills it, so that a later call on the GUI thread still asks. That no context can be made is a result,
+    /// and is kept.
+    ///
+    /// @return a record that is not null
+    static COpenGLVersionInfo GetOpenGLVersionCached();
+
+    /// Writes the report's OpenGL section: whether Qt has OpenGL and overlays, the versions of
+    /// GetOpenGLVersionCached(), and the driver's version, vendor, renderer and extensions from glGetString
+    /// in the context of a hidden QGLWidget that lives only during the call.
+    ///
+    /// @param[out] info receives the section; what it held is discarded. Without OpenGL the section ends
+    /// after
+    ///        the versions. A string that the driver does not give is empty.
+    void getInfo(QString& info);
+
+    /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and
+    /// leave the writing to GetOpenGLVersionCached().
+    static COpenGLVersionInfo versionInfoCache;
+};
+
+} // namespace SystemInfo
+} // namespace norvex

@@ -1,0 +1,1 @@
+#include "systeminfo/mac/platform/ioKit.h"

@@ -1,0 +1,172 @@
+#include "systeminfo/openGLVersions.h"
+#include "systeminfo/scanOpenGLInfo.h"
+
+#include <QApplication>
+#include <QOffscreenSurface>
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#include <QtTest>
+
+#include <future>
+
+using namespace norvex::SystemInfo;
+
+namespace {
+
+const QString withoutOpenGL = "#### QGLFormat #### \nhasOpenGL         0\nhasOpenGLOverlays 0\n"
+                              "openGLVersionFlags 0x0 not recognized\n";
+
+QString section()
+{
+    QString text = "what it held before";
+    CScanOpenGLInfo(nullptr).getInfo(text);
+    return text;
+}
+
+struct Answers
+{
+    QString section = ::section();
+    COpenGLVersionInfo cached = CScanOpenGLInfo::GetOpenGLVersionCached();
+    bool isCacheEmpty = CScanOpenGLInfo::versionInfoCache.isNull;
+};
+
+void verifyNothingAsked(const Answers& answers)
+{
+    QCOMPARE(answers.section, withoutOpenGL);
+    QVERIFY(!answers.cached.isNull && answers.cached.versionFlags == 0);
+    QVERIFY(answers.isCacheEmpty);
+}
+
+// A context of this test's own, current as long as it lives.
+struct OwnContext
+{
+    OwnContext()
+    {
+        surface.create();
+        isCurrent = context.create() && context.makeCurrent(&surface);
+    }
+    QString string(GLenum name)
+    {
+        return QString::fromLatin1(reinterpret_cast<const char*>(context.functions()->glGetString(name)));
+    }
+    QOffscreenSurface surface;
+    QOpenGLContext context;
+    bool isCurrent = false;
+};
+
+} // namespace
+
+// Runs with an X server, where it must find OpenGL, and on platforms without a display, where there is none.
+class OpenGLTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit OpenGLTest(const Answers& before) : beforeApplication_(before) {}
+
+private slots:
+    void withoutApplication() { verifyNothingAsked(beforeApplication_); }
+
+    void besideGuiThread()
+    {
+        verifyNothingAsked(std::async(std::launch::async, [] { return Answers(); }).get());
+    }
+
+    void versionTable_data()
+    {
+        QTest::addColumn<int>("flags");
+        QTest::addColumn<QString>("answer");
+        const auto row = [](int flags, const char* answer) { QTest::newRow(answer) << flags << answer; };
+        row(0, "not recognized, -1, -1");
+        row(0x100000, "not recognized, -1, -1");
+        row(0xff07f, "OpenGL 4.3, 4, 3");
+        row(0x7f000, "OpenGL 4.2, 4, 2");
+        row(0x20000, "OpenGL 4.1, 4, 1");
+        row(0x10000, "OpenGL 4.0, 4, 0");
+        row(0x8040, "OpenGL 3.3, 3, 3");
+        row(0x4000, "OpenGL 3.2, 3, 2");
+        row(0x2000, "OpenGL 3.1, 3, 1");
+        row(0x1fff, "OpenGL 3.0, 3, 0");
+        row(0x7f, "OpenGL 2.1, 2, 1");
+        row(0x20, "OpenGL 2.0, 2, 0");
+        row(0x1f, "OpenGL 1.5, 1, 5");
+        row(0xe, "OpenGL 1.4, 1, 4");
+        row(0x801, "OpenGL 1.1, 1, 1");
+        row(0xf80, "OpenGL ES 2.0, -1, -1");
+        row(0x300, "OpenGL ES Common 1.1, -1, -1");
+        row(0x480, "OpenGL ES Common 1.0, -1, -1");
+        row(0x500, "OpenGL ES Common Lite 1.1, -1, -1");
+        row(0x100, "OpenGL ES Common Lite 1.0, -1, -1");
+    }
+
+    void versionTable()
+    {
+        QFETCH(int, flags);
+        const COpenGLVersionInfo info = Internal::versionInfoFromFlags(flags);
+        QVERIFY(!info.isNull && info.versionFlags == flags);
+        const QString numbers = QString(", %1, %2").arg(info.majorVersion).arg(info.minorVersion);
+        QTEST(info.versionName + numbers, "answer");
+    }
+
+    void sectionOfThisMachine()
+    {
+        QSignalSpy lastWindowClosed(qApp, &QGuiApplication::lastWindowClosed);
+        const QString text = section();
+        QVERIFY(!CScanOpenGLInfo::versionInfoCache.isNull);
+        QVERIFY(!QOpenGLContext::currentContext());
+        if (!expectsOpenGL_) {
+            QCOMPARE(text, withoutOpenGL);
+            return;
+        }
+        const COpenGLVersionInfo version = CScanOpenGLInfo::GetOpenGLVersion();
+        QVERIFY(version.majorVersion >= 1);
+        OwnContext own;
+        const QString expected =
+            QString("#### QGLFormat #### \nhasOpenGL         1\nhasOpenGLOverlays 0\n"
+                    "openGLVersionFlags 0x%1 %2\n"
+                    "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n"
+                    "glGetString(GL_VERSION)  = %3\nglGetString(GL_VENDOR)   = %4\n"
+                    "glGetString(GL_RENDERER) = %5\nglGetString(GL_EXTENSIONS) = %6\n")
+                .arg(QString::number(version.versionFlags, 16), version.versionName, own.string(GL_VERSION),
+                     own.string(GL_VENDOR), own.string(GL_RENDERER), own.string(GL_EXTENSIONS));
+        QCOMPARE(text, expected);
+        QVERIFY(QApplication::topLevelWidgets().isEmpty());
+        QCoreApplication::processEvents();
+        QCOMPARE(lastWindowClosed.count(), 0);
+    }
+
+    void callersContextStays()
+    {
+        OwnContext own;
+        QCOMPARE(own.isCurrent, expectsOpenGL_);
+        QOpenGLContext* const current = QOpenGLContext::currentContext();
+        QCOMPARE(section().contains("hasOpenGL         1\n"), expectsOpenGL_);
+        QCOMPARE(QOpenGLContext::currentContext(), current);
+        QVERIFY(!current || current->surface() == &own.surface);
+    }
+
+    void cacheIsKept()
+    {
+        const int flags = CScanOpenGLInfo::GetOpenGLVersion().versionFlags;
+        QCOMPARE(CScanOpenGLInfo::GetOpenGLVersionCached().versionFlags, flags);
+        CScanOpenGLInfo::versionInfoCache.versionFlags = 0xabc;
+        CScanOpenGLInfo::versionInfoCache.versionName = "as the cache says";
+        QVERIFY(section().contains("openGLVersionFlags 0xabc as the cache says\n"));
+        QCOMPARE(CScanOpenGLInfo::GetOpenGLVersion().versionFlags, flags);
+        QCOMPARE(CScanOpenGLInfo::GetOpenGLVersionCached().versionFlags, 0xabc);
+    }
+
+private:
+    const Answers beforeApplication_;
+    const bool expectsOpenGL_ = qEnvironmentVariableIsSet("DISPLAY");
+};
+
+int main(int argc, char** argv)
+{
+    const Answers beforeApplication;
+    QApplication application(argc, argv);
+    OpenGLTest test(beforeApplication);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "openGLTest.moc"
