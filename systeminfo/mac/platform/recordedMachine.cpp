@@ -99,8 +99,9 @@ PropertyListAnswer RecordedMachine::propertyListString(const QByteArray& path,
     const auto file = recording_.propertyLists.find(path.toStdString());
     if (file == recording_.propertyLists.end())
         return {PropertyListAnswer::NoFile, {}};
-    CFTypeRef value = file->second.get();
-    for (const QByteArray& key : keyPath.split('.')) {
+    const QList<QByteArray> keys = propertyListKeys(keyPath);
+    CFTypeRef value = keys.isEmpty() ? nullptr : file->second.get();
+    for (const QByteArray& key : keys) {
         if (value == nullptr || objectOf(value)->kind() != ObjectKind::Dictionary)
             return {PropertyListAnswer::NoString, {}};
         value = static_cast<CFDictionaryRef>(value)->value(makeString(key.toStdString()).get());

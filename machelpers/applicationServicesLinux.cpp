@@ -1,0 +1,179 @@
+// GIO before Qt: it has a member that Qt makes a keyword.
+#include <gio/gdesktopappinfo.h>
+
+#include "machelpers/applicationServices.h"
+#include "machelpers/privilegedToolLinux.h"
+#include "systeminfo/mac/platform/caseSensitivity.h"
+#include "systeminfo/mac/platform/hostFiles.h"
+#include "systeminfo/mac/platform/machine.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+#include <array>
+#include <cerrno>
+
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <syslog.h>
+#include <unistd.h>
+
+namespace norvex {
+
+namespace {
+
+/// A process that has not ended; a thread's number is none.
+bool isRunningProcess(std::int32_t process)
+{
+    const auto status = HostFiles().contents("/proc/" + QByteArray::number(process) + "/status");
+    if (!status || valueOfKey(*status, "Tgid", ':') != QByteArray::number(process)) {
+        return false;
+    }
+    const QByteArray state = valueOfKey(*status, "State", ':').value_or(QByteArray());
+    return !state.startsWith('Z') && !state.startsWith('X');
+}
+
+/// The desktop file of an application that is installed, empty when there is none of this name.
+QByteArray desktopFilePath(const QByteArray& name)
+{
+    GDesktopAppInfo* application = g_desktop_app_info_new(name.constData());
+    if (!application) {
+        return QByteArray();
+    }
+    QByteArray path(g_desktop_app_info_get_filename(application));
+    g_object_unref(application);
+    return path;
+}
+
+class LinuxApplicationServices : public ApplicationServices
+{
+public:
+    /// 10.6.0, the level of the interfaces that these services provide.
+    std::int16_t gestalt(SystemVersionPart part, std::int32_t& value) override
+    {
+        value = part == SystemVersionPart::Major ? 10 : part == SystemVersionPart::Minor ? 6 : 0;
+        return 0;
+    }
+
+    PlatformObject createPool() override { return nullptr; }
+    void drainPool(PlatformObject) override {}
+
+    /// This user's processes of the executable file that this process runs.
+    std::vector<RunningApplication> runningInstances() override
+    {
+        std::vector<RunningApplication> instances;
+        struct stat self = {};
+        if (stat("/proc/self/exe", &self) != 0) {
+            return instances;
+        }
+        const QList<QByteArray> folders = HostFiles().matching("/proc/[0-9]*");
+        for (const QByteArray& folder : folders) {
+            struct stat owner = {};
+            struct stat executable = {};
+            if (stat(folder.constData(), &owner) == 0 && owner.st_uid == geteuid() &&
+                stat((folder + "/exe").constData(), &executable) == 0 && executable.st_dev == self.st_dev &&
+                executable.st_ino == self.st_ino) {
+                instances.push_back(RunningApplication(folder.mid(6).toUInt()));
+            }
+        }
+        return instances;
+    }
+
+    std::int32_t processIdentifier(RunningApplication application) override
+    {
+        return static_cast<std::int32_t>(application);
+    }
+
+    std::int32_t currentProcessIdentifier() override { return getpid(); }
+
+    bool activate(RunningApplication) override { return false; }
+
+    bool isApplicationRunning(std::int32_t processIdentifier) override
+    {
+        return processIdentifier > 0 && isRunningProcess(processIdentifier);
+    }
+
+    bool executableVolumeCaseSensitivity(int& value) override
+    {
+        const std::optional<LetterCase> letterCase = letterCaseOf("/proc/self/exe");
+        value = letterCase && letterCase->isSensitive ? 1 : 0;
+        return letterCase.has_value();
+    }
+
+    const char* applicationPath(const char* identifier) override
+    {
+        static thread_local QByteArray path;
+        const QByteArray name(identifier);
+        path = desktopFilePath(name);
+        if (path.isEmpty()) {
+            path = desktopFilePath(name + ".desktop");
+        }
+        return path.isEmpty() ? nullptr : path.constData();
+    }
+
+    bool fileExists(const char* path) override
+    {
+        return currentMachine()->propertyListString(path, propertyListNoKeyPath).outcome !=
+               PropertyListAnswer::NoFile;
+    }
+
+    bool propertyListString(const char* path, const char* keyPath, std::string& text) override
+    {
+        const PropertyListAnswer answer = currentMachine()->propertyListString(path, keyPath);
+        if (answer.outcome != PropertyListAnswer::Found) {
+            return false;
+        }
+        text = answer.text.constData(); // as a C string
+        return true;
+    }
+
+    /// Nobody is asked yet: pkexec does that when the tool is started.
+    std::int32_t createAuthorization(PlatformObject& authorization) override
+    {
+        authorization = this;
+        return geteuid() == 0 || privilegedLauncher() ? 0 : EACCES;
+    }
+
+    std::int32_t executeWithPrivileges(PlatformObject, const char* toolPath, char* const* arguments,
+                                       ToolUse use) override
+    {
+        const char* launcher = geteuid() == 0 ? nullptr : privilegedLauncher();
+        return startPrivilegedTool({launcher, toolPath, arguments, use});
+    }
+
+    void freeAuthorization(PlatformObject) override {}
+
+    // Linux slows no application down by itself, so there is nothing to keep away.
+    bool canBeginActivity() override { return false; }
+    bool canEndActivity() override { return false; }
+    PlatformObject beginActivity(const char*) override { return nullptr; }
+    void endActivity(PlatformObject) override {}
+    void retain(PlatformObject) override {}
+    void release(PlatformObject) override {}
+
+    double mainScreenScaleFactor() override
+    {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        return screen ? screen->devicePixelRatio() : 0.0;
+    }
+
+    void log(const char* message) override
+    {
+        syslog(LOG_USER | LOG_NOTICE, "%s", message);
+        // One call, so that lines of several threads do not mix. There is nowhere left to report its failure.
+        char lineEnd = '\n';
+        const std::array<iovec, 2> parts = {{{const_cast<char*>(message), qstrlen(message)}, {&lineEnd, 1}}};
+        const ssize_t written = writev(STDERR_FILENO, parts.data(), static_cast<int>(parts.size()));
+        static_cast<void>(written);
+    }
+};
+
+} // namespace
+
+ApplicationServices& platformApplicationServices()
+{
+    static LinuxApplicationServices services;
+    return services;
+}
+
+} // namespace norvex

@@ -1,0 +1,258 @@
+#include "machelpers/norvexMacHelpers.h"
+
+#include "machelpers/applicationServices.h"
+
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <sys/wait.h>
+
+struct objc_object* activityToken = nullptr;
+bool activityTokenAvailable = false;
+
+namespace {
+
+using norvex::ApplicationServices;
+using norvex::applicationServices;
+using norvex::PlatformObject;
+using norvex::RunningApplication;
+using norvex::SystemVersionPart;
+using norvex::ToolUse;
+
+/// What a call obtains from the platform lives until the end of this.
+class AutoreleasePool
+{
+public:
+    explicit AutoreleasePool(ApplicationServices& services)
+        : services_(services), pool_(services.createPool())
+    {}
+    AutoreleasePool(const AutoreleasePool&) = delete;
+    AutoreleasePool& operator=(const AutoreleasePool&) = delete;
+    ~AutoreleasePool() { services_.drainPool(pool_); }
+
+private:
+    ApplicationServices& services_;
+    PlatformObject pool_;
+};
+
+/// An authorization, freed with its rights.
+class Authorization
+{
+public:
+    explicit Authorization(ApplicationServices& services)
+        : services_(services), status_(services.createAuthorization(authorization_))
+    {}
+    Authorization(const Authorization&) = delete;
+    Authorization& operator=(const Authorization&) = delete;
+    ~Authorization()
+    {
+        if (authorization_) {
+            services_.freeAuthorization(authorization_);
+        }
+    }
+
+    bool isGranted() const { return status_ == 0; }
+    bool start(const char* toolPath, char* const* arguments, ToolUse use)
+    {
+        return services_.executeWithPrivileges(authorization_, toolPath, arguments, use) == 0;
+    }
+
+private:
+    ApplicationServices& services_;
+    PlatformObject authorization_ = nullptr;
+    std::int32_t status_;
+};
+
+/// The default action for ended children, so that they stay to be waited for. By sigaction, because signal()
+/// would lose the flags and the mask of the handler that is put back.
+class DefaultChildSignal
+{
+public:
+    DefaultChildSignal()
+    {
+        struct sigaction action = {};
+        action.sa_handler = SIG_DFL;
+        changed_ = sigaction(SIGCHLD, &action, &previous_) == 0;
+    }
+    DefaultChildSignal(const DefaultChildSignal&) = delete;
+    DefaultChildSignal& operator=(const DefaultChildSignal&) = delete;
+    ~DefaultChildSignal()
+    {
+        if (changed_) {
+            sigaction(SIGCHLD, &previous_, nullptr);
+        }
+    }
+
+private:
+    struct sigaction previous_ = {};
+    bool changed_ = false;
+};
+
+/// The interfaces used by the check functions came with 10.6. Each number has a bound of its own.
+bool isSystemRecentEnough(ApplicationServices& services)
+{
+    const auto number = [&services](SystemVersionPart part) {
+        std::int32_t value = 0;
+        return services.gestalt(part, value) == 0 ? value : 0;
+    };
+    const std::int32_t major = number(SystemVersionPart::Major);
+    const std::int32_t minor = number(SystemVersionPart::Minor);
+    number(SystemVersionPart::BugFix);
+    return major >= 10 && minor >= 6;
+}
+
+bool activateOtherInstance(ApplicationServices& services)
+{
+    const AutoreleasePool pool(services);
+    const std::vector<RunningApplication> instances = services.runningInstances();
+    if (instances.size() < 2) {
+        return false;
+    }
+    for (const RunningApplication instance : instances) {
+        if (services.processIdentifier(instance) != services.currentProcessIdentifier()) {
+            return services.activate(instance);
+        }
+    }
+    return false;
+}
+
+/// Waits for any child. A signal that a handler has taken does not count as its end.
+bool childEndsWithSuccess()
+{
+    int status = 0;
+    pid_t child = 0;
+    do {
+        child = wait(&status);
+    } while (child == -1 && errno == EINTR);
+    // A normal exit with code 0; the bit between the two, which tells of a core dump, is not looked at.
+    return child != -1 && (status & 0xff7f) == 0;
+}
+
+} // namespace
+
+bool checkIfApplicationIsAlreadyRunningThenActivate()
+{
+    ApplicationServices& services = applicationServices();
+    if (!isSystemRecentEnough(services) || !activateOtherInstance(services)) {
+        return false;
+    }
+    services.log("Activated other app =1");
+    return true;
+}
+
+bool checkIfProcessWithIdIsRunning(unsigned int processId)
+{
+    ApplicationServices& services = applicationServices();
+    if (!isSystemRecentEnough(services) || processId > static_cast<unsigned int>(INT_MAX)) {
+        return false;
+    }
+    const AutoreleasePool pool(services);
+    return services.isApplicationRunning(static_cast<std::int32_t>(processId));
+}
+
+bool checkVolumeCaseSensitiveForAppExecutableURL()
+{
+    ApplicationServices& services = applicationServices();
+    if (!isSystemRecentEnough(services)) {
+        return false;
+    }
+    const AutoreleasePool pool(services);
+    int value = 0;
+    return services.executableVolumeCaseSensitivity(value) && value == 1;
+}
+
+const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier)
+{
+    // No pool: the result lives in the caller's.
+    return bundleIdentifier ? applicationServices().applicationPath(bundleIdentifier) : nullptr;
+}
+
+int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
+{
+    ApplicationServices& services = applicationServices();
+    const AutoreleasePool pool(services);
+    if (!plistPath || !services.fileExists(plistPath)) {
+        return -1;
+    }
+    std::string value;
+    if (!keyPath || !services.propertyListString(plistPath, keyPath, value)) {
+        return -2;
+    }
+    if (!buffer || bufferSize < 1) {
+        return -3;
+    }
+    const auto size = static_cast<std::size_t>(bufferSize);
+    const bool fits = value.size() < size;
+    const std::size_t length = fits ? value.size() : size - 1;
+    std::memcpy(buffer, value.data(), length);
+    buffer[length] = '\0';
+    return fits ? 0 : -3;
+}
+
+bool executeWithAuthorization(const char* toolPath, char* const* arguments, bool waitForExit)
+{
+    static char* const noArguments[] = {nullptr};
+    if (!toolPath) {
+        return false;
+    }
+    Authorization authorization(applicationServices());
+    if (!authorization.isGranted()) {
+        return false;
+    }
+    if (!arguments) {
+        arguments = noArguments;
+    }
+    if (!waitForExit) {
+        return authorization.start(toolPath, arguments, ToolUse::Detached);
+    }
+    const DefaultChildSignal defaultChildSignal;
+    return authorization.start(toolPath, arguments, ToolUse::Awaited) && childEndsWithSuccess();
+}
+
+void disableAppNap(const char* reason)
+{
+    ApplicationServices& services = applicationServices();
+    const AutoreleasePool pool(services);
+    if (!services.canBeginActivity()) {
+        return;
+    }
+    enableAppNap();
+    const PlatformObject activity = services.beginActivity(reason ? reason : "");
+    if (activity) {
+        services.retain(activity);
+        activityToken = static_cast<struct objc_object*>(activity);
+        activityTokenAvailable = true;
+    }
+}
+
+void enableAppNap()
+{
+    ApplicationServices& services = applicationServices();
+    const AutoreleasePool pool(services);
+    if (!activityTokenAvailable || !services.canEndActivity()) {
+        return;
+    }
+    services.endActivity(activityToken);
+    services.release(activityToken);
+    activityTokenAvailable = false;
+}
+
+double macBackingScaleFactor()
+{
+    ApplicationServices& services = applicationServices();
+    const AutoreleasePool pool(services);
+    return services.mainScreenScaleFactor();
+}
+
+void macLog(const char* message)
+{
+    ApplicationServices& services = applicationServices();
+    const AutoreleasePool pool(services);
+    if (message) {
+        services.log(message);
+    }
+}

@@ -1,0 +1,79 @@
+#include "systeminfo/mac/platform/caseSensitivity.h"
+#include "systeminfo/mac/platform/hostFiles.h"
+#include "systeminfo/mac/platform/liveDevices.h"
+#include "systeminfo/mac/platform/liveKernel.h"
+#include "systeminfo/mac/platform/liveProcessor.h"
+#include "systeminfo/mac/platform/liveServices.h"
+#include "systeminfo/mac/platform/liveVolumes.h"
+#include "systeminfo/mac/platform/machine.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+
+namespace norvex {
+
+namespace {
+
+/// This host, looked at anew for each answer.
+class LiveMachine : public Machine
+{
+public:
+    std::optional<QByteArray> sysctl(const QByteArray& name) const override
+    {
+        const auto value = kernelSysctl(name, HostFiles());
+        return value ? value : processorSysctl(name, hostCpuid(), HostFiles());
+    }
+
+    std::optional<std::int32_t> gestalt(std::uint32_t selector) const override
+    {
+        return kernelGestalt(selector, HostFiles());
+    }
+
+    RegistryPtr registry(const QByteArray& className) const override { return liveRegistry(className); }
+    QByteArray superclassOf(const QByteArray& className) const override
+    {
+        return liveSuperclassOf(className);
+    }
+
+    QList<QByteArray> volumes() const override { return hostVolumes(); }
+    std::optional<MacStatfs> statfs(const QByteArray& path) const override { return hostStatfs(path); }
+
+    PathconfAnswer caseSensitive(const QByteArray& path) const override
+    {
+        const auto letterCase = letterCaseOf(path);
+        return letterCase ? PathconfAnswer{letterCase->isSensitive, 0} : PathconfAnswer{-1, ENOENT};
+    }
+
+    PathconfAnswer casePreserving(const QByteArray& path) const override
+    {
+        const auto letterCase = letterCaseOf(path);
+        return letterCase ? PathconfAnswer{letterCase->isPreserving, 0} : PathconfAnswer{-1, ENOENT};
+    }
+
+    bool deviceFileExists(const QByteArray& path) const override
+    {
+        struct stat64 status = {};
+        return ::stat64(path.constData(), &status) == 0;
+    }
+
+    PropertyListAnswer propertyListString(const QByteArray& path, const QByteArray& keyPath) const override
+    {
+        return propertyListFileString(path, keyPath);
+    }
+
+    DaemonAnswer daemonVersion() const override { return avahiVersion(); }
+    std::optional<QByteArray> urlHandler(const QByteArray& scheme) const override
+    {
+        return urlHandlerPath(scheme);
+    }
+};
+
+} // namespace
+
+std::shared_ptr<const Machine> liveMachine()
+{
+    static const std::shared_ptr<const Machine> machine = std::make_shared<LiveMachine>();
+    return machine;
+}
+
+} // namespace norvex

@@ -1,0 +1,227 @@
+#include "systeminfo/mac/platform/liveServices.h"
+
+#include <QtDBus>
+#include <QtTest>
+#include <csignal>
+#include <cstring>
+#include <future>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using namespace norvex;
+
+namespace {
+
+constexpr std::int32_t notRunning = -65563;
+
+/// Stands for the Avahi daemon on a bus of the test's own.
+class AvahiDouble : public QDBusVirtualObject
+{
+public:
+    QByteArray version; ///< what it answers; nothing at all while empty
+
+    QString introspect(const QString&) const override { return QString(); }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        if (!version.isEmpty())
+            connection.send(message.createReply(QString::fromUtf8(version)));
+        return true;
+    }
+};
+
+struct TimedAnswer
+{
+    DaemonAnswer answer;
+    qint64 milliseconds;
+};
+
+/// Asks on several threads without event loops at once, while this thread's loop serves the double.
+QList<TimedAnswer> ask(int threads = 1)
+{
+    std::vector<std::future<TimedAnswer>> questions;
+    questions.reserve(std::size_t(threads));
+    for (int thread = 0; thread < threads; ++thread) {
+        questions.push_back(std::async(std::launch::async, [] {
+            QElapsedTimer timer;
+            timer.start();
+            const DaemonAnswer answer = avahiVersion();
+            return TimedAnswer{answer, timer.elapsed()};
+        }));
+    }
+    QList<TimedAnswer> answers;
+    for (auto& question : questions) {
+        while (question.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+            QCoreApplication::processEvents();
+        answers.append(question.get());
+    }
+    return answers;
+}
+
+} // namespace
+
+class LiveServicesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void versionTexts_data();
+    void versionTexts();
+    void runningDaemon();
+    void noDaemon();
+    void stoppedBus();
+    void silentSocket();
+    void noBus();
+    void urlHandlers();
+    void cleanupTestCase();
+
+private:
+    void writeFile(const QString& name, const QByteArray& text) const;
+
+    QTemporaryDir folder_;
+    QString address_;
+    QProcess bus_;
+};
+
+void LiveServicesTest::writeFile(const QString& name, const QByteArray& text) const
+{
+    QFile file(folder_.filePath(name));
+    QVERIFY(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(text), qint64(text.size()));
+}
+
+void LiveServicesTest::initTestCase()
+{
+    const QByteArray folder = folder_.path().toUtf8();
+    // The bus could start a daemon, which would leave a file behind.
+    writeFile(QStringLiteral("services/org.freedesktop.Avahi.service"),
+              "[D-BUS Service]\nName=org.freedesktop.Avahi\nExec=/bin/sh -c \"touch " + folder +
+                  "/started\"\n");
+    writeFile(
+        QStringLiteral("bus.conf"),
+        "<busconfig><type>session</type><listen>unix:path=" + folder + "/bus</listen><servicedir>" + folder +
+            "/services</servicedir><policy context='default'><allow send_destination='*' eavesdrop='true'/>"
+            "<allow eavesdrop='true'/><allow own='*'/></policy></busconfig>");
+    writeFile(QStringLiteral("applications/mailer.desktop"),
+              "[Desktop Entry]\nType=Application\nName=Mailer\nExec=true %u\n");
+    writeFile(QStringLiteral("applications/mimeapps.list"),
+              "[Default Applications]\nx-scheme-handler/mailto=mailer.desktop\n");
+    for (const char* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_DIRS"})
+        qputenv(variable, folder);
+
+    bus_.start(QStringLiteral("dbus-daemon"),
+               {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
+    QVERIFY2(bus_.waitForReadyRead(), "dbus-daemon does not run");
+    // Addresses of other kinds and of nobody come first.
+    address_ = QString::fromUtf8(bus_.readLine().trimmed());
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "tcp:host=x;unix:path=/no/such%20bus;" + address_.toUtf8());
+}
+
+void LiveServicesTest::versionTexts_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::newRow("avahi 0.8") << 800;
+    QTest::newRow("avahi 0.6.32") << 632;
+    QTest::newRow("avahi 1.2.3-rc1") << 10203;
+    QTest::newRow("0.9") << 900;
+    QTest::newRow("avahi 8") << -1;
+    QTest::newRow("avahi 0.100") << -1;
+    QTest::newRow("avahi .8") << -1;
+    QTest::newRow("avahi") << -1;
+}
+
+void LiveServicesTest::versionTexts()
+{
+    const auto number = avahiVersionNumber(QTest::currentDataTag());
+    QTEST(number ? int(*number) : -1, "number");
+}
+
+void LiveServicesTest::runningDaemon()
+{
+    const QString name = QStringLiteral("double");
+    AvahiDouble avahi;
+    QDBusConnection connection = QDBusConnection::connectToBus(address_, name);
+    QVERIFY(connection.registerVirtualObject(QStringLiteral("/"), &avahi));
+    QVERIFY(connection.registerService(QStringLiteral("org.freedesktop.Avahi")));
+
+    avahi.version = "avahi 0.6.32";
+    for (const TimedAnswer& asked : ask(4)) {
+        QCOMPARE(asked.answer.error, 0);
+        QCOMPARE(asked.answer.version, 632u);
+    }
+    avahi.version = "no version";
+    QCOMPARE(ask().first().answer.error, notRunning);
+    avahi.version.clear();
+    const TimedAnswer hung = ask().first();
+    QCOMPARE(hung.answer.error, notRunning);
+    QVERIFY2(hung.milliseconds <= 250, QByteArray::number(hung.milliseconds).constData());
+    // Only the double's own connection is left: no question leaves one behind.
+    const QStringList names = connection.interface()->registeredServiceNames();
+    QCOMPARE(names.filter(QRegularExpression(QStringLiteral("^:"))), QStringList(connection.baseService()));
+    QDBusConnection::disconnectFromBus(name);
+}
+
+void LiveServicesTest::noDaemon()
+{
+    QCOMPARE(ask().first().answer.error, notRunning);
+    QVERIFY(!QFile::exists(folder_.filePath(QStringLiteral("started"))));
+}
+
+void LiveServicesTest::stoppedBus()
+{
+    ::kill(pid_t(bus_.processId()), SIGSTOP);
+    const TimedAnswer asked = ask().first();
+    ::kill(pid_t(bus_.processId()), SIGCONT);
+    QCOMPARE(asked.answer.error, notRunning);
+    QVERIFY2(asked.milliseconds <= 250, QByteArray::number(asked.milliseconds).constData());
+}
+
+void LiveServicesTest::silentSocket()
+{
+    // Nobody accepts, and there is room for one who waits: the second connection finds none.
+    const QByteArray path = folder_.filePath(QStringLiteral("silent")).toUtf8();
+    sockaddr_un name = {};
+    name.sun_family = AF_UNIX;
+    std::memcpy(name.sun_path, path.constData(), std::size_t(path.size()));
+    const int silent = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QVERIFY(::bind(silent, reinterpret_cast<const sockaddr*>(&name), sizeof name) == 0 &&
+            ::listen(silent, 0) == 0);
+    const QByteArray before = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=" + path);
+    const QList<TimedAnswer> answers = {ask().first(), ask().first()};
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", before);
+    ::close(silent);
+    for (const TimedAnswer& asked : answers) {
+        QCOMPARE(asked.answer.error, notRunning);
+        QVERIFY2(asked.milliseconds <= 250, QByteArray::number(asked.milliseconds).constData());
+    }
+}
+
+void LiveServicesTest::noBus()
+{
+    const QByteArray before = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/socket");
+    const TimedAnswer asked = ask().first();
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", before);
+    QCOMPARE(asked.answer.error, notRunning);
+    QVERIFY2(asked.milliseconds <= 50, QByteArray::number(asked.milliseconds).constData());
+}
+
+void LiveServicesTest::urlHandlers()
+{
+    const QByteArray expected = folder_.filePath(QStringLiteral("applications/mailer.desktop")).toUtf8();
+    QCOMPARE(urlHandlerPath("mailto").value_or("none"), expected);
+    QCOMPARE(urlHandlerPath("no-such-scheme").value_or("none"), QByteArray("none"));
+    QCOMPARE(urlHandlerPath("").value_or("none"), QByteArray("none"));
+}
+
+void LiveServicesTest::cleanupTestCase()
+{
+    bus_.terminate();
+    bus_.waitForFinished();
+}
+
+QTEST_GUILESS_MAIN(LiveServicesTest)
+#include "liveServicesTest.moc"

@@ -1,0 +1,430 @@
+// The helpers over the services of Linux: real processes, files and tools.
+
+#include "machelpers/applicationServices.h"
+#include "machelpers/norvexMacHelpers.h"
+#include "machelpers/privilegedToolLinux.h"
+#include "systeminfo/mac/platform/caseSensitivity.h"
+
+#include <QtTest>
+
+#include <climits>
+#include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#define SKIP_UNLESS_ROOT()                                                                                   \
+    if (geteuid() != 0)                                                                                      \
+    QSKIP("only root needs no authorisation")
+
+namespace {
+
+using namespace norvex;
+
+int endedChildren = 0;
+double scaleFactorBeforeApplication = -1;
+
+void noteChild(int)
+{
+    ++endedChildren;
+}
+
+/// What this program is when started as a launcher: it has seen the right person, or not, after a moment.
+int beLauncher(const QByteArray& name, char** command)
+{
+    QThread::msleep(50);
+    if (name.endsWith("126") || name.endsWith("127")) {
+        return name.right(3).toInt();
+    }
+    for (int descriptor = 3; descriptor < 64; ++descriptor) {
+        fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    }
+    execv(command[1], command + 1);
+    return 127;
+}
+
+QByteArray contentsOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+/// A binary property list of these objects, the first of which is the root. References have two bytes.
+QByteArray binaryList(const QList<QByteArray>& objects)
+{
+    const auto number = [](quint32 value) {
+        return QByteArray::fromHex(QByteArray::number(value, 16).rightJustified(8, '0'));
+    };
+    QByteArray list = "bplist00";
+    QByteArray offsets;
+    for (const QByteArray& object : objects) {
+        offsets += number(quint32(list.size()));
+        list += object;
+    }
+    const QByteArray zero(4, '\0');
+    return list + offsets + QByteArray(6, '\0') + "\x04\x02" + zero + number(quint32(objects.size())) + zero +
+           zero + zero + number(quint32(list.size()));
+}
+
+const QByteArray pair("\xd1\0\1\0\2", 5); ///< a dictionary of the second and third object
+
+class Arguments
+{
+public:
+    Arguments(std::initializer_list<QByteArray> texts) : texts_(texts)
+    {
+        for (QByteArray& text : texts_) {
+            pointers_.push_back(text.data());
+        }
+        pointers_.push_back(nullptr);
+    }
+    char* const* get() const { return pointers_.data(); }
+
+private:
+    std::vector<QByteArray> texts_;
+    std::vector<char*> pointers_;
+};
+
+} // namespace
+
+class MacHelpersLinuxTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir folder_;
+
+    QByteArray path(const char* name) { return QFile::encodeName(folder_.filePath(QLatin1String(name))); }
+
+    void write(const QByteArray& file, const QByteArray& contents)
+    {
+        QFile output(QFile::decodeName(file));
+        QVERIFY(output.open(QIODevice::WriteOnly) && output.write(contents) == contents.size());
+    }
+
+    /// The string of a property list with these contents, or the helper's code.
+    QByteArray lookUp(const QByteArray& contents, const char* keyPath = "k")
+    {
+        write(path("list.plist"), contents);
+        QByteArray buffer(64, '#');
+        const int code =
+            getValueForKeyInPropertyList(path("list.plist"), keyPath, buffer.data(), buffer.size());
+        return code == 0 ? QByteArray(buffer.constData()) : QByteArray::number(code);
+    }
+
+    bool runShell(const QByteArray& script, bool waits = true)
+    {
+        return executeWithAuthorization("/bin/sh", Arguments({"-c", script, path("out")}).get(), waits);
+    }
+
+private slots:
+    void init() { QFile::remove(folder_.filePath("out")); }
+
+    void exitStatus()
+    {
+        SKIP_UNLESS_ROOT();
+        QVERIFY(runShell("exit 0"));
+        QVERIFY(!runShell("exit 1"));
+        QVERIFY(!runShell("kill -KILL $$"));
+        QVERIFY(runShell("exit 1", false));
+        QCOMPARE(waitpid(-1, nullptr, __WALL), -1); // none leaves a child
+    }
+
+    void toolThatCannotStart()
+    {
+        SKIP_UNLESS_ROOT();
+        endedChildren = 0;
+        const auto previous = signal(SIGCHLD, noteChild);
+        QVERIFY(QDir::setCurrent(folder_.path()) && symlink("/bin/true", "tool") == 0);
+        for (const char* tool : {"/nonexistent/tool", "tool", "/tmp", "/etc/passwd"}) {
+            QVERIFY(!executeWithAuthorization(tool, nullptr, true));
+            QVERIFY(!executeWithAuthorization(tool, nullptr, false));
+        }
+        QVERIFY(signal(SIGCHLD, previous) == noteChild);
+        QCOMPARE(endedChildren, 0);
+        QCOMPARE(wait(nullptr), -1);
+    }
+
+    void whatReachesTheTool()
+    {
+        SKIP_UNLESS_ROOT();
+        const Arguments arguments({"-c", "out=$0; for a; do printf '[%s]' \"$a\"; done > $out", path("out"),
+                                   "a  b", "it's \"q\"", "", "\u00fc\u20ac", "$HOME *", "-n"});
+        QVERIFY(executeWithAuthorization("/bin/sh", arguments.get(), true));
+        QCOMPARE(contentsOf(folder_.filePath("out")),
+                 QByteArray("[a  b][it's \"q\"][][\u00fc\u20ac][$HOME *][-n]"));
+
+        const int low = open("/dev/null", O_RDONLY);
+        const int high = fcntl(low, F_DUPFD, 900);
+        const auto previous = signal(SIGPIPE, SIG_IGN);
+        const QByteArray script = "(echo /proc/$$/fd/*; grep -E 'Sig(Blk|Ign)' /proc/$$/status) > $0";
+        for (const bool waits : {true, false}) {
+            init();
+            QVERIFY(runShell(script, waits));
+            QTRY_VERIFY(contentsOf(folder_.filePath("out")).count('\n') == 3);
+            const QList<QByteArray> lines = contentsOf(folder_.filePath("out")).split('\n');
+            QCOMPARE(lines[0].count("/fd/"), 3);
+            QVERIFY(lines[0].endsWith("/fd/2"));
+            QCOMPARE(lines[1].mid(7).trimmed().toULongLong(nullptr, 16), 0ULL);
+            QCOMPARE(lines[2].mid(7).trimmed().toULongLong(nullptr, 16), 0ULL);
+        }
+        signal(SIGPIPE, previous);
+        close(low);
+        close(high);
+    }
+
+    void otherChildren()
+    {
+        SKIP_UNLESS_ROOT();
+        // An ignored SIGCHLD would have the system take the children away before anyone has waited for them.
+        const auto previous = signal(SIGCHLD, SIG_IGN);
+        QVERIFY(runShell("exit 0"));
+        QVERIFY(signal(SIGCHLD, previous) == SIG_IGN);
+
+        const pid_t other = fork();
+        if (other == 0) {
+            _exit(3);
+        }
+        siginfo_t information = {};
+        QCOMPARE(waitid(P_PID, id_t(other), &information, WEXITED | WNOWAIT), 0);
+        QVERIFY(!runShell("sleep 0.2")); // the other child's end decides
+        QVERIFY(wait(nullptr) > 0);      // and leaves the tool to the caller
+        QCOMPARE(wait(nullptr), -1);
+    }
+
+    void launcher_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<int>("detachedResult");
+        QTest::addColumn<int>("awaitedStatus");
+        QTest::newRow("cancelled") << QByteArray("launcher126") << QByteArray("exit 0") << EACCES << 126;
+        QTest::newRow("refused") << QByteArray("launcher127") << QByteArray("exit 0") << EACCES << 127;
+        QTest::newRow("allowed") << QByteArray("launcher") << QByteArray("echo ran > $0") << 0 << 0;
+        const QByteArray late = "sleep 0.3; echo ran > $0; exit 127";
+        QTest::newRow("fails") << QByteArray("launcher") << QByteArray("echo ran > $0; exit 5") << 0 << 5;
+        QTest::newRow("fails like a refusal, later") << QByteArray("launcher") << late << 0 << 127;
+    }
+
+    void launcher()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, script);
+        QFETCH(int, awaitedStatus);
+        QFile::link(QCoreApplication::applicationFilePath(), folder_.filePath(QString::fromLatin1(name)));
+        const QByteArray launcher = path(name.constData());
+        const Arguments arguments({"-c", script, path("out")});
+        PrivilegedTool tool = {launcher.constData(), "/bin/sh", arguments.get(), ToolUse::Detached};
+        QTEST(startPrivilegedTool(tool), "detachedResult");
+        QCOMPARE(waitpid(-1, nullptr, __WALL), -1);
+        if (script.contains("ran")) {
+            QTRY_COMPARE(contentsOf(folder_.filePath("out")), QByteArray("ran\n"));
+        }
+        tool.use = ToolUse::Awaited;
+        QCOMPARE(startPrivilegedTool(tool), 0);
+        int status = 0;
+        QVERIFY(wait(&status) > 0);
+        QVERIFY(WIFEXITED(status));
+        QCOMPARE(WEXITSTATUS(status), awaitedStatus);
+        tool.launcher = "/nonexistent/launcher";
+        QCOMPARE(startPrivilegedTool(tool), ENOENT);
+        tool.use = ToolUse::Detached;
+        QCOMPARE(startPrivilegedTool(tool), ENOENT);
+    }
+
+    void processes()
+    {
+        QVERIFY(checkIfProcessWithIdIsRunning(unsigned(getpid())));
+        QVERIFY(checkIfProcessWithIdIsRunning(1));
+        QVERIFY(!checkIfProcessWithIdIsRunning(0));
+        QVERIFY(!checkIfProcessWithIdIsRunning(unsigned(INT_MAX) + 1));
+        bool isProcess = true;
+        std::thread([&] { isProcess = checkIfProcessWithIdIsRunning(unsigned(syscall(SYS_gettid))); }).join();
+        QVERIFY(!isProcess);
+        const pid_t ended = fork();
+        if (ended == 0) {
+            _exit(0);
+        }
+        siginfo_t information = {};
+        QCOMPARE(waitid(P_PID, id_t(ended), &information, WEXITED | WNOWAIT), 0);
+        QVERIFY(!checkIfProcessWithIdIsRunning(unsigned(ended))); // not yet waited for
+        QCOMPARE(waitpid(ended, nullptr, 0), ended);
+    }
+
+    void instances()
+    {
+        const pid_t other = fork();
+        if (other == 0) {
+            pause();
+        }
+        QSet<int> found;
+        for (const RunningApplication instance : applicationServices().runningInstances()) {
+            found.insert(applicationServices().processIdentifier(instance));
+        }
+        QVERIFY(!checkIfApplicationIsAlreadyRunningThenActivate());
+        kill(other, SIGKILL);
+        QCOMPARE(waitpid(other, nullptr, 0), other);
+        QCOMPARE(found, QSet<int>({getpid(), other}));
+    }
+
+    void propertyLists()
+    {
+        const QByteArray binary = binaryList({pair, "\x51k", QByteArray("\x62\x20\xac\x00\xfc", 5)});
+        const QByteArray withZero = binaryList({pair, "\x51k", QByteArray("\x53\x61\x00\x62", 4)});
+        const QByteArray latin1 = contentsOf(NORVEX_TEST_DATA "/propertyLists/latin1.plist");
+        const QByteArray xml = contentsOf(NORVEX_TEST_DATA "/propertyLists/xml.plist");
+        QCOMPARE(lookUp(binary), QByteArray("\u20ac\u00fc"));
+        QCOMPARE(lookUp(withZero), QByteArray("a"));
+        QCOMPARE(lookUp(latin1), QByteArray("\u00fc"));
+        QCOMPARE(lookUp(xml), QByteArray("a <& ]]> \u00fc"));
+        QCOMPARE(lookUp(xml, "d.d.k"), QByteArray(""));
+        QCOMPARE(lookUp(xml, ""), QByteArray("empty key"));
+        for (const int depth : {500, 600}) {
+            // "k" in a dictionary in a dictionary...
+            const QByteArray keyPath = QByteArray("k.").repeated(depth - 1) + "k";
+            const QByteArray expected = depth < 512 ? "v" : "-2";
+            QCOMPARE(lookUp("<plist>" + QByteArray("<dict><key>k</key>").repeated(depth) +
+                                "<string>v</string>" + QByteArray("</dict>").repeated(depth) + "</plist>",
+                            keyPath),
+                     expected);
+            QList<QByteArray> chain = {"\x51k", "\x51v"};
+            for (int index = 0; index < depth; ++index) {
+                const int next = depth - index;
+                chain.prepend(QByteArray("\xd1") + char(depth >> 8) + char(depth & 0xff) +
+                              char((next + (index == 0)) >> 8) + char((next + (index == 0)) & 0xff));
+            }
+            QCOMPARE(lookUp(binaryList(chain), keyPath), expected);
+        }
+        for (const char* keyPath : {"n", "n.k", "k.length", "a.k", "d.d", "k.", "x", "@count"}) {
+            QCOMPARE(lookUp(xml, keyPath), QByteArray("-2"));
+        }
+    }
+
+    void hostilePropertyLists_data()
+    {
+        const QByteArray xml = contentsOf(NORVEX_TEST_DATA "/propertyLists/xml.plist");
+        const QByteArray nest =
+            QByteArray("<array>").repeated(200000) + QByteArray("</array>").repeated(200000);
+        QList<QByteArray> doubling = {"\x51x"};
+        for (char index = 60; index > 0; --index) {
+            doubling.prepend(QByteArray("\xa2\0", 2) + index + '\0' + index);
+        }
+        QTest::addColumn<QByteArray>("contents");
+        QTest::newRow("empty") << QByteArray("");
+        QTest::newRow("text") << QByteArray("hello");
+        QTest::newRow("array") << QByteArray("<plist><array><string>k</string></array></plist>");
+        QTest::newRow("cut off") << xml.left(xml.size() - 12);
+        QTest::newRow("entities") << contentsOf(NORVEX_TEST_DATA "/propertyLists/entities.plist");
+        QTest::newRow("deep") << "<plist>" + nest + "</plist>";
+        QTest::newRow("deep where an XML parser does not look")
+            << "<!DOCTYPE plist [<!-- ]> " + nest + " -->]><plist><dict/></plist>";
+        QTest::newRow("binary, cut off") << binaryList({pair, "\x51k", "\x51v"}).chopped(1);
+        QTest::newRow("too many keys") << "<plist><dict><key>k</key><string>v</string>" +
+                                              QByteArray("<key>x</key><true/>").repeated(15000) +
+                                              "</dict></plist>";
+        QTest::newRow("too long") << xml + QByteArray(16 * 1024 * 1024, ' ');
+        QTest::newRow("binary, contains itself") << binaryList({QByteArray("\xd1\0\1\0\0", 5), "\x51k"});
+        QTest::newRow("binary, doubles") << binaryList(doubling);
+        QTest::newRow("binary, endless")
+            << binaryList({pair, "\x51k", "\x5f\x13\x7f\xff\xff\xff\xff\xff\xff\xff"});
+        QTest::newRow("binary, not UTF-8") << binaryList({pair, "\x51k", "\x52\xff\xfe"});
+    }
+
+    void hostilePropertyLists()
+    {
+        QFETCH(QByteArray, contents);
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(lookUp(contents), QByteArray("-2"));
+        QVERIFY(timer.elapsed() < 20000);
+    }
+
+    void otherFiles()
+    {
+        QVERIFY(mkfifo(path("fifo"), 0600) == 0 && symlink("/nonexistent", path("dangling")) == 0);
+        write(path("huge"), "<plist>");
+        QVERIFY(truncate(path("huge"), 1LL << 40) == 0);
+        QVERIFY(symlink(NORVEX_TEST_DATA "/propertyLists/xml.plist", path("link")) == 0);
+        const QMap<QByteArray, int> expected = {
+            {path("link"), 0}, {path("fifo"), -2},     {path("huge"), -2},   {folder_.path().toUtf8(), -2},
+            {"/dev/zero", -2}, {path("dangling"), -1}, {path("huge/x"), -1}, {"", -1}};
+        char buffer[64];
+        for (auto row = expected.begin(); row != expected.end(); ++row) {
+            QCOMPARE(getValueForKeyInPropertyList(row.key(), "k", buffer, sizeof buffer), row.value());
+        }
+    }
+
+    void letterCase()
+    {
+        const auto letters = [](const char* type, const char* options) {
+            const LetterCase found = letterCaseOfFileSystem(type, options);
+            return QByteArray(found.isSensitive ? "aA" : "a") + (found.isPreserving ? " kept" : "");
+        };
+        QCOMPARE(letters("ext4", "rw,casefold"), QByteArray("aA kept"));
+        QCOMPARE(letters("vfat", "rw"), QByteArray("a kept"));
+        QCOMPARE(letters("msdos", "rw"), QByteArray("a"));
+        QCOMPARE(letters("fuseblk", "rw"), QByteArray("a kept"));
+        QCOMPARE(letters("iso9660", "ro,check=r,map=n"), QByteArray("a kept"));
+    }
+
+    void executablesVolume()
+    {
+        // The program's own folder tells whether a name in other letters is the same.
+        const QString program = QCoreApplication::applicationFilePath();
+        const QFileInfo other(QFileInfo(program).path() + QLatin1Char('/') +
+                              QFileInfo(program).fileName().toUpper());
+        QCOMPARE(checkVolumeCaseSensitiveForAppExecutableURL(), !other.exists());
+        QVERIFY(!letterCaseOf("/nonexistent"));
+        QVERIFY(letterCaseOf("/proc/self/exe")->isPreserving);
+    }
+
+    void applicationBundle()
+    {
+        const QString file = qEnvironmentVariable("XDG_DATA_HOME") + "/applications/org.example.Tool.desktop";
+        QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+        write(QFile::encodeName(file), "[Desktop Entry]\nType=Application\nName=Tool\nExec=/bin/true\n");
+        QCOMPARE(QString(absolutePathForAppBundleWithIdentifier("org.example.Tool")), file);
+        QCOMPARE(QString(absolutePathForAppBundleWithIdentifier("org.example.Tool.desktop")), file);
+        QVERIFY(!absolutePathForAppBundleWithIdentifier("org.example.Other"));
+        QVERIFY(!absolutePathForAppBundleWithIdentifier("../applications/org.example.Tool"));
+        QVERIFY(!absolutePathForAppBundleWithIdentifier(""));
+    }
+
+    void screenActivityAndLog()
+    {
+        QCOMPARE(scaleFactorBeforeApplication, 0.0);
+        QCOMPARE(macBackingScaleFactor(), 2.0);
+        disableAppNap("test");
+        QVERIFY(!activityTokenAvailable && !activityToken);
+        enableAppNap();
+
+        const int standardError = dup(STDERR_FILENO);
+        const int file = open(path("log"), O_WRONLY | O_CREAT, 0600);
+        dup2(file, STDERR_FILENO);
+        macLog("100%d %s %n \u00fc");
+        dup2(standardError, STDERR_FILENO);
+        close(file);
+        close(standardError);
+        QCOMPARE(contentsOf(folder_.filePath("log")), QByteArray("100%d %s %n \u00fc\n"));
+    }
+};
+
+int main(int argc, char** argv)
+{
+    const QByteArray name = QByteArray(argv[0]).split('/').last();
+    if (name.startsWith("launcher")) {
+        return beLauncher(name, argv);
+    }
+    const QTemporaryDir data;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));
+    qputenv("QT_SCALE_FACTOR", "2");
+    scaleFactorBeforeApplication = macBackingScaleFactor();
+    const QGuiApplication application(argc, argv);
+    MacHelpersLinuxTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "macHelpersLinuxTest.moc"

@@ -1,0 +1,346 @@
+// The helpers' decisions, over services that answer as they are told and write down what they were asked.
+
+#include "machelpers/applicationServices.h"
+#include "machelpers/norvexMacHelpers.h"
+
+#include <QtTest>
+
+#include <climits>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace norvex;
+
+class ScriptedServices : public ApplicationServices
+{
+public:
+    QStringList calls;
+    std::int32_t version[3] = {10, 6, 0};
+    int failingVersion = -1;
+    std::vector<RunningApplication> instances;
+    bool canActivate = true;
+    std::int32_t runningProcess = 0;
+    int volumeValue = 1;
+    bool volumeKnown = true;
+    std::optional<std::string> string;
+    std::int32_t authorizationError = 0;
+    std::int32_t startError = 0;
+    std::function<int()> child; ///< what the tool does; its result is the exit code
+    bool offersBegin = true;
+    bool offersEnd = true;
+    quintptr nextActivity = 1;
+    int openPools = 0;
+
+    std::int16_t gestalt(SystemVersionPart part, std::int32_t& value) override
+    {
+        const int index = int(part) - int(SystemVersionPart::Major);
+        value = version[index];
+        return called("gestalt", index) && index == failingVersion ? -5551 : 0;
+    }
+    PlatformObject createPool() override { return ++openPools, this; }
+    void drainPool(PlatformObject) override { --openPools; }
+    std::vector<RunningApplication> runningInstances() override { return called("instances"), instances; }
+    std::int32_t processIdentifier(RunningApplication application) override { return int(application); }
+    std::int32_t currentProcessIdentifier() override { return called("current"), 7; }
+    bool activate(RunningApplication other) override { return called("activate", int(other)) && canActivate; }
+    bool isApplicationRunning(std::int32_t process) override
+    {
+        return called("running") && process == runningProcess;
+    }
+    bool executableVolumeCaseSensitivity(int& value) override
+    {
+        value = volumeValue;
+        return called("volume") && volumeKnown;
+    }
+    const char* applicationPath(const char* identifier) override
+    {
+        return called("path") && qstrcmp(identifier, "known") == 0 ? "/path" : nullptr;
+    }
+    bool fileExists(const char* path) override { return qstrcmp(path, "missing") != 0; }
+    bool propertyListString(const char*, const char*, std::string& text) override
+    {
+        text = string.value_or("");
+        return string.has_value();
+    }
+    std::int32_t createAuthorization(PlatformObject& authorization) override
+    {
+        authorization = authorizationError == 0 ? this : nullptr;
+        return authorizationError;
+    }
+    std::int32_t executeWithPrivileges(PlatformObject, const char*, char* const* arguments,
+                                       ToolUse use) override
+    {
+        struct sigaction action = {};
+        sigaction(SIGCHLD, nullptr, &action);
+        called(use == ToolUse::Awaited ? "start awaited" : "start detached", action.sa_handler == SIG_DFL);
+        if (startError == 0 && child && fork() == 0) {
+            _exit(child());
+        }
+        return *arguments ? -1 : startError;
+    }
+    void freeAuthorization(PlatformObject) override { called("free"); }
+    bool canBeginActivity() override { return offersBegin; }
+    bool canEndActivity() override { return offersEnd; }
+    PlatformObject beginActivity(const char* reason) override
+    {
+        called(reason);
+        return reinterpret_cast<PlatformObject>(nextActivity);
+    }
+    void endActivity(PlatformObject activity) override { called("end", int(quintptr(activity))); }
+    void retain(PlatformObject object) override { called("retain", int(quintptr(object))); }
+    void release(PlatformObject object) override { called("release", int(quintptr(object))); }
+    double mainScreenScaleFactor() override { return 2.0; }
+    void log(const char* message) override { called(message); }
+
+private:
+    /// Notes a call, its argument if there is one, and whether a pool is open.
+    bool called(const char* what, int argument = -1)
+    {
+        calls << QLatin1String(what) + (argument == -1 ? QString() : QStringLiteral(" %1").arg(argument)) +
+                     QLatin1String(openPools ? "" : " outside");
+        return true;
+    }
+};
+
+/// With a core dump, where the signal and the system have one; it goes away with the folder.
+int dieOf(int signalNumber)
+{
+    const rlimit unlimited = {RLIM_INFINITY, RLIM_INFINITY};
+    setrlimit(RLIMIT_CORE, &unlimited);
+    signal(signalNumber, SIG_DFL);
+    return raise(signalNumber);
+}
+
+void noteChild(int, siginfo_t*, void*) {}
+
+} // namespace
+
+class MacHelpersTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir folder_;
+    std::unique_ptr<ScriptedServices> services_;
+
+private slots:
+    void initTestCase() { QVERIFY(QDir::setCurrent(folder_.path())); }
+
+    void init()
+    {
+        services_ = std::make_unique<ScriptedServices>();
+        setApplicationServices(services_.get());
+    }
+
+    void cleanup()
+    {
+        QCOMPARE(services_->openPools, 0);
+        setApplicationServices(nullptr);
+        activityTokenAvailable = false;
+    }
+
+    void versionGate_data()
+    {
+        QTest::addColumn<QList<int>>("version");
+        QTest::addColumn<int>("failing");
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("10.5") << QList<int>{10, 5, 8} << -1 << false;
+        QTest::newRow("10.6") << QList<int>{10, 6, 0} << -1 << true;
+        QTest::newRow("10.14") << QList<int>{10, 14, 6} << -1 << true;
+        QTest::newRow("11.2") << QList<int>{11, 2, 9} << -1 << false;
+        QTest::newRow("11.6") << QList<int>{11, 6, 0} << -1 << true;
+        QTest::newRow("9.8") << QList<int>{9, 8, 9} << -1 << false;
+        QTest::newRow("no major number") << QList<int>{10, 6, 0} << 0 << false;
+        QTest::newRow("no minor number") << QList<int>{10, 6, 0} << 1 << false;
+        QTest::newRow("no bug-fix number") << QList<int>{10, 6, 0} << 2 << true;
+    }
+
+    void versionGate()
+    {
+        QFETCH(QList<int>, version);
+        QFETCH(int, failing);
+        QFETCH(bool, opens);
+        for (int index = 0; index < 3; ++index) {
+            services_->version[index] = version[index];
+        }
+        services_->failingVersion = failing;
+        services_->instances = {RunningApplication(7), RunningApplication(8)};
+        services_->runningProcess = 5;
+        const QStringList gate = {"gestalt 0 outside", "gestalt 1 outside", "gestalt 2 outside"};
+        QCOMPARE(checkIfApplicationIsAlreadyRunningThenActivate(), opens);
+        QCOMPARE(services_->calls == gate, !opens);
+        services_->calls.clear();
+        QCOMPARE(checkIfProcessWithIdIsRunning(5), opens);
+        QCOMPARE(services_->calls, opens ? gate + QStringList{"running"} : gate);
+        services_->calls.clear();
+        QCOMPARE(checkVolumeCaseSensitiveForAppExecutableURL(), opens);
+        QCOMPARE(services_->calls, opens ? gate + QStringList{"volume"} : gate);
+    }
+
+    void instances_data()
+    {
+        QTest::addColumn<QList<int>>("instances");
+        QTest::addColumn<QStringList>("calls");
+        QTest::newRow("none") << QList<int>{} << QStringList{};
+        QTest::newRow("one, another") << QList<int>{8} << QStringList{};
+        QTest::newRow("itself twice") << QList<int>{7, 7} << QStringList{"current", "current"};
+        QTest::newRow("the first other")
+            << QList<int>{7, 9, 8}
+            << QStringList{"current", "current", "activate 9", "Activated other app =1 outside"};
+    }
+
+    void instances()
+    {
+        QFETCH(QList<int>, instances);
+        QFETCH(QStringList, calls);
+        for (const int instance : instances) {
+            services_->instances.push_back(RunningApplication(quintptr(instance)));
+        }
+        QCOMPARE(checkIfApplicationIsAlreadyRunningThenActivate(), calls.size() > 2);
+        QCOMPARE(services_->calls.mid(4), calls);
+
+        services_->canActivate = false;
+        services_->calls.clear();
+        QVERIFY(!checkIfApplicationIsAlreadyRunningThenActivate());
+        QVERIFY(services_->calls.filter("Activated").isEmpty());
+    }
+
+    void processAndVolume()
+    {
+        services_->runningProcess = -1;
+        QVERIFY(!checkIfProcessWithIdIsRunning(UINT_MAX));
+        services_->volumeValue = 2;
+        QVERIFY(!checkVolumeCaseSensitiveForAppExecutableURL());
+        services_->volumeValue = 1;
+        services_->volumeKnown = false;
+        QVERIFY(!checkVolumeCaseSensitiveForAppExecutableURL());
+        QCOMPARE(absolutePathForAppBundleWithIdentifier("known"), "/path");
+        QVERIFY(!absolutePathForAppBundleWithIdentifier("unknown"));
+        QCOMPARE(services_->calls.mid(10), QStringList({"volume", "path outside", "path outside"}));
+        QVERIFY(!absolutePathForAppBundleWithIdentifier(nullptr));
+        macLog("line");
+        macLog(nullptr);
+        QCOMPARE(services_->calls.mid(13), QStringList({"line"}));
+        QCOMPARE(macBackingScaleFactor(), 2.0);
+    }
+
+    void buffer_data()
+    {
+        QTest::addColumn<QByteArray>("value");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("result");
+        QTest::addColumn<QByteArray>("buffer"); // with what is left of the filling
+        QTest::newRow("shorter") << QByteArray("ab") << 4 << 0 << QByteArray("ab\0##", 5);
+        QTest::newRow("just fits") << QByteArray("abc") << 4 << 0 << QByteArray("abc\0#", 5);
+        QTest::newRow("one too many") << QByteArray("abcd") << 4 << -3 << QByteArray("abc\0#", 5);
+        QTest::newRow("inside a character")
+            << QByteArray("a\u20acb") << 4 << -3 << QByteArray("a\xe2\x82\0#", 5);
+        QTest::newRow("empty") << QByteArray("") << 1 << 0 << QByteArray("\0####", 5);
+        QTest::newRow("no room at all") << QByteArray("a") << 1 << -3 << QByteArray("\0####", 5);
+        QTest::newRow("no buffer") << QByteArray("a") << 0 << -3 << QByteArray("#####", 5);
+        QTest::newRow("no string") << QByteArray() << 4 << -2 << QByteArray("#####", 5);
+    }
+
+    void buffer()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(int, size);
+        if (!value.isNull()) {
+            services_->string = value.toStdString();
+        }
+        QByteArray buffer(5, '#');
+        QTEST(getValueForKeyInPropertyList("p", "k", buffer.data(), size), "result");
+        QTEST(buffer, "buffer");
+        QCOMPARE(getValueForKeyInPropertyList("p", nullptr, buffer.data(), size), -2);
+        QCOMPARE(getValueForKeyInPropertyList(nullptr, "k", buffer.data(), size), -1);
+        QCOMPARE(getValueForKeyInPropertyList("missing", "k", buffer.data(), size), -1);
+        QTEST(buffer, "buffer");
+    }
+
+    void appNap()
+    {
+        services_->offersBegin = false;
+        disableAppNap("x");
+        enableAppNap();
+        QVERIFY(!activityTokenAvailable && services_->calls.isEmpty());
+
+        services_->offersBegin = true;
+        disableAppNap("why");
+        QVERIFY(activityTokenAvailable);
+        services_->nextActivity = 2;
+        disableAppNap(nullptr);
+        QVERIFY(activityTokenAvailable);
+        QCOMPARE(services_->calls, QStringList({"why", "retain 1", "end 1", "release 1", "", "retain 2"}));
+        services_->offersEnd = false;
+        enableAppNap();
+        QVERIFY(activityTokenAvailable);
+        services_->offersEnd = true;
+        enableAppNap();
+        enableAppNap();
+        QCOMPARE(services_->calls.mid(6), QStringList({"end 2", "release 2"}));
+        QCOMPARE(reinterpret_cast<quintptr>(activityToken), quintptr(2));
+
+        services_->nextActivity = 0; // the system gives none
+        disableAppNap("why");
+        QVERIFY(!activityTokenAvailable);
+        QCOMPARE(services_->calls.mid(8), QStringList({"why"}));
+    }
+
+    void execution_data()
+    {
+        QTest::addColumn<int>("authorizationError");
+        QTest::addColumn<int>("startError");
+        QTest::addColumn<bool>("waits");
+        QTest::addColumn<int>("exitCode"); // -1: there is no child; above 255: killed by this signal less 256
+        QTest::addColumn<bool>("result");
+        QTest::newRow("cancelled") << -60006 << 0 << true << -1 << false;
+        QTest::newRow("not started") << 0 << -60031 << true << -1 << false;
+        QTest::newRow("nothing to wait for") << 0 << 0 << true << -1 << false;
+        QTest::newRow("exit code 0") << 0 << 0 << true << 0 << true;
+        QTest::newRow("exit code 1") << 0 << 0 << true << 1 << false;
+        QTest::newRow("exit code 128") << 0 << 0 << true << 128 << false;
+        QTest::newRow("killed") << 0 << 0 << true << 256 + SIGKILL << false;
+        QTest::newRow("killed with core dump") << 0 << 0 << true << 256 + SIGQUIT << false;
+        QTest::newRow("detached") << 0 << 0 << false << -1 << true;
+        QTest::newRow("detached, not started") << 0 << -60031 << false << -1 << false;
+    }
+
+    void execution()
+    {
+        QFETCH(int, authorizationError);
+        QFETCH(int, startError);
+        QFETCH(bool, waits);
+        QFETCH(int, exitCode);
+        struct sigaction own = {};
+        own.sa_sigaction = noteChild;
+        own.sa_flags = SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP;
+        sigaddset(&own.sa_mask, SIGUSR2);
+        struct sigaction previous = {};
+        sigaction(SIGCHLD, &own, &previous);
+
+        services_->authorizationError = authorizationError;
+        services_->startError = startError;
+        if (exitCode != -1) {
+            services_->child = [exitCode] { return exitCode > 255 ? dieOf(exitCode - 256) : exitCode; };
+        }
+        QTEST(executeWithAuthorization("/tool", nullptr, waits), "result");
+
+        struct sigaction after = {};
+        sigaction(SIGCHLD, &previous, &after);
+        QVERIFY(after.sa_sigaction == noteChild && sigismember(&after.sa_mask, SIGUSR2) == 1);
+        QCOMPARE(after.sa_flags & (SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP), own.sa_flags);
+        const QString start = QLatin1String(waits ? "start awaited 1 outside" : "start detached 0 outside");
+        QCOMPARE(services_->calls, authorizationError ? QStringList() : QStringList({start, "free outside"}));
+        QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+};
+
+QTEST_GUILESS_MAIN(MacHelpersTest)
+#include "macHelpersTest.moc"

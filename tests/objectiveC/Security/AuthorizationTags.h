@@ -1,0 +1,3 @@
+#pragma once
+
+#define kAuthorizationRightExecute "system.privilege.admin"
