@@ -14,8 +14,8 @@ buildPackages=(
 )
 testPackages=(
   xvfb xauth libgl1-mesa-dri
-  umockdev
-  dbus
+  umockdev libumockdev-dev
+  dbus-daemon
 )
 
 say() {

@@ -23,10 +23,9 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// and addresses.
 ///
 /// @return the heading "Network Interfaces Info" and a block for each interface, opened by separatorNetIf();
-/// the
-///         heading alone when there is no interface. "Up" and "Down" tell whether the interface is switched
-///         on, not whether it has a link. An interface without a hardware address has nothing behind that
-///         label. No section separator stands at the end.
+///        the heading alone when there is no interface. "Up" and "Down" tell whether the interface is
+///        switched on, not whether it has a link. An interface without a hardware address has nothing behind
+///        that label. No section separator stands at the end.
 ///
 /// Source: QNetworkInterface::allInterfaces(). SystemInfo::extractAccessKeyValues() reads the names and
 /// hardware addresses back out of this text.
@@ -35,8 +34,9 @@ NORVEX_SYSTEMINFO_EXPORT QString allInfos();
 /// The line that opens an interface's block: 55 underscores and sNewLine.
 NORVEX_SYSTEMINFO_EXPORT QString separatorNetIf();
 
-/// The name under which to show an interface to a user: its name(), unchanged; empty for an invalid
-/// interface.
+/// The name under which to show an interface to a user.
+/// @param iface an interface
+/// @return its name(), unchanged; empty for an invalid interface
 NORVEX_SYSTEMINFO_EXPORT QString ifUserFriendlyName(const QNetworkInterface& iface);
 
 } // namespace NetworkInfo

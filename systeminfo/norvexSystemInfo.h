@@ -32,7 +32,7 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// @param skipOpenGL true leaves the OpenGL section out, together with its separator, and creates nothing of
 ///        OpenGL.
 /// @return the report. A section that cannot be answered is short, never missing, so the frame is always
-///         complete.
+///        complete.
 ///
 /// Call it on the application's GUI thread while the QApplication exists: the screen, desktop and OpenGL
 /// sections describe nothing otherwise (see there). An exception such as std::bad_alloc passes through.
@@ -62,26 +62,21 @@ NORVEX_SYSTEMINFO_EXPORT QString platformName();
 ///
 /// @param report the text of a report
 /// @param skipBracedInterfaceNames true leaves out network interfaces whose name begins with "{" and ends
-/// with
-///        "}"
+///        with "}"
 /// @param[in,out] macAddresses receives the MAC addresses (every "Hardware address" with exactly five colons)
-/// in
-///        the report's order, behind what the list already holds. Of a Macintosh report interfaces named
+///        in the report's order, behind what the list already holds. Of a Macintosh report interfaces named
 ///        "awdl…" and "p2p…" are left out, "p2p0" itself is not.
 /// @param[out] numberOfProcessors receives the number of processors, of a Macintosh report the number of
-/// physical
-///        cores; of a larger number its low 8 bits
+///        physical cores; of a larger number its low 8 bits
 /// @param[out] processorRevision receives the low 16 bits of the processor revision, of a Macintosh report
-/// those
-///        of the CPU signature or, where it has none, the CPU sub type
+///        those of the CPU signature or, where it has none, the CPU sub type
 /// @param[out] errorMessage receives the reason of a failure, translated with the context QObject; untouched
-/// on
-///        success
+///        on success
 /// @return true when all values were read. Where the report holds nothing but blanks behind the label, or in
-///         front of a revision's first "=", the number or revision stays as it was and counts as read. false
-///         at the first failure: a banner, the network section, a label or a value is missing, no MAC address
-///         was found while the list is empty, or a value is no decimal number (then the value is set to 0).
-///         What was read until then stays written.
+///        front of a revision's first "=", the number or revision stays as it was and counts as read. false
+///        at the first failure: a banner, the network section, a label or a value is missing, no MAC address
+///        was found while the list is empty, or a value is no decimal number (then the value is set to 0).
+///        What was read until then stays written.
 ///
 /// It looks at nothing but its arguments and may be called on any thread.
 NORVEX_SYSTEMINFO_EXPORT bool extractAccessKeyValues(const QString& report, bool skipBracedInterfaceNames,

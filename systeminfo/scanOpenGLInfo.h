@@ -69,8 +69,7 @@ public:
     /// in the context of a hidden QGLWidget that lives only during the call.
     ///
     /// @param[out] info receives the section; what it held is discarded. Without OpenGL the section ends
-    /// after
-    ///        the versions. A string that the driver does not give is empty.
+    ///        after the versions. A string that the driver does not give is empty.
     void getInfo(QString& info);
 
     /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and

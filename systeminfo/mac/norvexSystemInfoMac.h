@@ -51,8 +51,8 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// @{
 
 /// The whole Macintosh section: its banner line, all sections of this header in their fixed order, and a
-/// separator line after each group, the last one included.
-/// A failing query shows in its own section only. Passes on std::bad_alloc.
+/// separator line after each group, the last one included. A failing query shows in its own section only.
+/// Passes on std::bad_alloc.
 NORVEX_SYSTEMINFO_EXPORT QString allInfos();
 
 /// The line between two groups: 72 hyphens and sNewLine.
@@ -65,7 +65,8 @@ NORVEX_SYSTEMINFO_EXPORT QString separator();
 /// The operating-system version.
 /// @param asReportLine true for the report's line, "MacOS version: 10.13.6 (High Sierra)" and sNewLine; false
 ///        for the bare name, "MacOS 10.13.6 (High Sierra)", without a line end.
-/// @return the text; only the label when one of the three version numbers cannot be read.
+/// @return the text; only the label when one of the three version numbers cannot be read
+///
 /// From `Gestalt` (selectors 'sys1', 'sys2', 'sys3'). Where macOS's interfaces are absent the numbers are
 /// those of the running kernel's release.
 NORVEX_SYSTEMINFO_EXPORT QString osVersion(bool asReportLine);
@@ -77,7 +78,9 @@ NORVEX_SYSTEMINFO_EXPORT QString platformName();
 /// @param majorVersion only 10 has named releases here
 /// @param minorVersion 0 ("Cheetah") to 14 ("Mojave")
 /// @param bugFixVersion accepted, without influence
-/// @return the name, empty for every other version. Pure; asks nothing.
+/// @return the name, empty for every other version
+///
+/// Pure; asks nothing.
 NORVEX_SYSTEMINFO_EXPORT QString osVersionName(int majorVersion, int minorVersion, int bugFixVersion);
 
 /// The kernel group: a heading, then build, version, boot time (local time zone) and kernel architecture,
@@ -146,7 +149,7 @@ NORVEX_SYSTEMINFO_EXPORT QString ioKitGraphicsCards();
 /// The number behind a video-memory property.
 /// @param number a CFNumber, not null; neither retained nor released
 /// @return its value when it is stored as a non-negative signed 32- or 64-bit integer; otherwise 0, with a
-/// warning
+///        warning
 NORVEX_SYSTEMINFO_EXPORT unsigned long long ConvertVRAM_CFNumberToUInt64(const __CFNumber* number);
 
 /// The number behind a video-memory property that is data.
@@ -173,36 +176,40 @@ struct usbDeviceInfoStruct_t
 NORVEX_SYSTEMINFO_EXPORT QString ioKitUsbDevices();
 
 /// Opens an iterator over all USB devices.
-/// @param iterator receives the handle on success; the caller releases it with IOObjectRelease
+/// @param iterator receives the handle on success; the caller releases it with IOObjectRelease, or with
+///        norvex::releaseObject() where that is not macOS's
 /// @return a kern_return_t: 0 on success, else the code of the call that failed (5 when no matching
-/// dictionary
-///         could be made), after a warning
+///        dictionary could be made), after a warning
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetUsbDevIterator(unsigned int* iterator);
 
 /// Reads one USB device.
 /// @param device an entry of the iterator; it stays the caller's
 /// @param info reset, then filled. Numbers are taken from values stored as signed 32-bit integers; another
-/// stored
-///        type, or a read that fails, leaves 0 and logs a warning; a value that is no number at all leaves 0
-///        silently, as a value that is absent does. Strings are taken where their direct C string exists.
+///        stored type, or a read that fails, leaves 0 and logs a warning; a value that is no number at all
+///        leaves 0 silently, as a value that is absent does. Strings are taken where their direct C string
+///        exists.
 /// @return a kern_return_t: the result of reading the entry's name, 0 on success
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info);
 
 /// The maker behind a USB vendor ID, from a built-in table of 64.
 /// @param vendorId compared as a whole; nothing above 0xffff is known
-/// @return the name, or a null string. Pure; asks nothing.
+/// @return the name, or a null string
+///
+/// Pure; asks nothing.
 NORVEX_SYSTEMINFO_EXPORT QString convertUsbVendorIdToName(unsigned int vendorId);
 
 /// The serial ports (class IOSerialBSDClient) with the drivers above them and, for USB adapters, their IDs.
 /// @param rs232Only true for the ports of type "IORS232SerialStream" and those whose type is unknown; false
-/// for
-///        every port
+///        for every port
 /// @return the section, at least its heading. Two warnings about a port (no callout device, or none as a
-/// file) are
-///         logged and printed in its block. A type or callout device that is no string counts as not found.
+///        file) are logged and printed in its block. A type or callout device that is no string counts as not
+///        found.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitGetRs232SerialDevices(bool rs232Only);
 
 /// Opens an iterator over all serial ports, in the manner of ioKitGetUsbDevIterator().
+/// @param iterator receives the handle on success; the caller releases it with IOObjectRelease, or with
+///        norvex::releaseObject() where that is not macOS's
+/// @return a kern_return_t, as there
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iterator);
 
 /// @}
@@ -222,10 +229,11 @@ NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
 /// How the file system that holds a path treats letter case.
+/// @param path in any form that the file system takes
 /// @return 1 case sensitive (also where the file system does not answer the question), 2 case preserving but
-/// not
-///         sensitive, 0 neither, -1 when the query failed. From `pathconf` (_PC_CASE_SENSITIVE,
-///         _PC_CASE_PRESERVING) on the UTF-8 form of the path.
+///        not sensitive, 0 neither, -1 when the query failed
+///
+/// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path.
 NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
 
 /// @}
@@ -236,8 +244,8 @@ NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
 /// three lines; whatever goes wrong has its own line.
 NORVEX_SYSTEMINFO_EXPORT QString checkFtdiDriver();
 
-/// One line with the version of the DNS service discovery daemon, or with the error of the query.
-/// On Linux the daemon is Avahi, when it already runs; its version 0.8 counts as 800.
+/// One line with the version of the DNS service discovery daemon, or with the error of the query. On Linux
+/// the daemon is Avahi, when it already runs; its version 0.8 counts as 800.
 NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 
 /// Asks the DNS service discovery daemon for its version (`DNSServiceGetProperty`, "DaemonVersion").
@@ -245,7 +253,7 @@ NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 /// @param versionText on success the version, as "878.30.4", is appended; untouched otherwise
 NORVEX_SYSTEMINFO_EXPORT void checkBonjour(int& errorCode, QString& versionText);
 
-/// One line with the path of the application that opens "mailto:" links, '<failed>' when there is none
+/// One line with the path of the application that opens "mailto:" links, `<failed>` when there is none
 /// (`LSGetApplicationForURL`; its failure logs a warning). On Linux: the handler's desktop file.
 NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 
@@ -254,25 +262,31 @@ NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 /// Reentrant, without state; the numbers are exact for every input.
 /// @{
 
-/// A frequency as "2.400 GHz": decimal units, rounded half up, four significant digits below 1000 units.
+/// A frequency in Hz, kHz, MHz or GHz: decimal units, rounded half up, four significant digits below 1000
+/// units.
 /// @param hz in hertz
+/// @return for example "2.400 GHz"
 NORVEX_SYSTEMINFO_EXPORT QString clockSpeedConvertUserFriendly(unsigned long long hz);
 
-/// A memory size as "16.0 GByte": binary units, one digit after the point, truncated.
+/// A memory size in Byte, KByte, MByte or GByte: binary units, one digit after the point, truncated.
 /// @param bytes in bytes
+/// @return for example "16.0 GByte"
 NORVEX_SYSTEMINFO_EXPORT QString memorySizeConvertUserFriendly(unsigned long long bytes);
 
-/// A disk size as "500.1 GB": decimal units for MB and GB, 1024 bytes for a KB, one digit, truncated.
+/// A disk size in Byte, KB, MB or GB: decimal units for MB and GB, 1024 bytes for a KB, one digit after the
+/// point, truncated.
 /// @param bytes in bytes
+/// @return for example "500.1 GB"
 NORVEX_SYSTEMINFO_EXPORT QString diskSizeConvertUserFriendly(unsigned long long bytes);
 
 /// The text of a CoreFoundation string up to its first zero character.
 /// @param string may be null; neither retained nor released
-/// @return a null QString for null, and after a warning where the conversion to UTF-8 fails
+/// @return the text; a null QString for null, and after a warning where the conversion to UTF-8 fails
 NORVEX_SYSTEMINFO_EXPORT QString CFStringToQString(const __CFString* string);
 
-/// "Yes" or "No".
+/// The word for a CoreFoundation boolean.
 /// @param value not null; neither retained nor released
+/// @return "Yes" or "No"
 NORVEX_SYSTEMINFO_EXPORT QString CFBooleanToQStringYesNo(const __CFBoolean* value);
 
 /// @}

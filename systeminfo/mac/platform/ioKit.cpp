@@ -5,6 +5,7 @@
 #include "systeminfo/mac/platform/machine.h"
 
 #include <cstring>
+#include <memory>
 #include <string>
 
 using norvex::callFails;
@@ -24,21 +25,20 @@ constexpr auto generalError = kern_return_t(0xe00002bc); // kIOReturnError
 constexpr auto badArgument = kern_return_t(0xe00002c2);  // kIOReturnBadArgument
 constexpr auto noDevice = kern_return_t(0xe00002c0);     // kIOReturnNoDevice
 
-constexpr char classKey[] = "IOProviderClass";
-
 // Some non-zero port name: the layer has one registry and tells no ports apart.
 constexpr mach_port_t mainPort = 0x103;
+
+struct Releaser
+{
+    void operator()(CFDictionaryRef dictionary) const { CFRelease(dictionary); }
+};
 
 // Consumes a matching dictionary; the class that it asks for, empty for null.
 std::string takeClassName(CFDictionaryRef matching)
 {
-    if (matching == nullptr)
-        return {};
-    std::string name;
-    if (const CFTypeRef value = matching->value(CFSTR("IOProviderClass")))
-        name = static_cast<CFStringRef>(value)->utf8;
-    CFRelease(matching);
-    return name;
+    const std::unique_ptr<const __CFDictionary, Releaser> consumed(matching);
+    const CFTypeRef value = matching == nullptr ? nullptr : matching->value(CFSTR("IOProviderClass"));
+    return value == nullptr ? std::string() : static_cast<CFStringRef>(value)->utf8;
 }
 
 CFTypeRef propertyOf(const RegistryEntry& entry, CFStringRef key)
@@ -105,7 +105,7 @@ CFMutableDictionaryRef IOServiceMatching(const char* name)
     if (callFails() || machine->faults().matching.count(std::string_view(name)) > 0)
         return nullptr;
     norvex::DictionaryBuilder matching;
-    matching.set(classKey, norvex::makeString(name));
+    matching.set("IOProviderClass", norvex::makeString(name));
     return const_cast<CFMutableDictionaryRef>(handOut(matching.finish().take()));
 }
 

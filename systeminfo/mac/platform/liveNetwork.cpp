@@ -67,7 +67,7 @@ DeviceText permanentAddress(const Device& interface)
 DeviceText hardwareAddress(const Device& interface)
 {
     for (const char* place : {"phy80211/macaddress", "bonding_slave/perm_hwaddr"}) {
-        if (const auto address = addressIn(interface.attribute(place)))
+        if (auto address = addressIn(interface.attribute(place)))
             return address;
     }
     return interface.number("addr_assign_type") == setByHand ? permanentAddress(interface)

@@ -49,7 +49,7 @@ DeviceText unlessFiller(const DeviceText& text)
 DeviceText serialNumber()
 {
     for (const char* path : {"/sys/class/dmi/id/product_serial", "/proc/device-tree/serial-number"}) {
-        if (const auto serial = unlessFiller(HostFiles().line(path)))
+        if (auto serial = unlessFiller(HostFiles().line(path)))
             return serial;
     }
     return std::nullopt;

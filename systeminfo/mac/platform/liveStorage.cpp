@@ -117,7 +117,7 @@ DeviceText decoded(const DeviceText& text)
 // udev, which has asked the drive, second.
 void setIdentity(Properties& properties, const Device& block, const AtaPlace& place)
 {
-    const Device scsi = block.parent("scsi", "scsi_device");
+    const Device scsi = block.parent("scsi");
     const Identification drive(place);
     const auto first = [](const DeviceText& a, const DeviceText& b, const DeviceText& c) {
         return a ? a : b ? b : c;
@@ -136,7 +136,7 @@ bool isOfKind(AtaKind kind, const Device& block, const AtaPlace& place)
     constexpr qint64 opticalDrive = 5; // SCSI device types
     constexpr qint64 opticalMemory = 7;
     const auto said = HostFiles().line(place.drive + "/class");
-    const qint64 scsiType = block.parent("scsi", "scsi_device").number("type").value_or(0);
+    const qint64 scsiType = block.parent("scsi").number("type").value_or(0);
     const bool isPacket = said ? *said == "atapi" : scsiType == opticalDrive || scsiType == opticalMemory;
     return isPacket == (kind == AtaKind::Packet);
 }
@@ -147,7 +147,7 @@ void forEachDrive(AtaKind kind, const Devices& devices, Visit visit)
 {
     devices.forEach("block", "s[dr]*", [&](const Device& block) {
         const auto place = ataPlaceOf(block.path());
-        if (place && block.type() == "disk" && isOfKind(kind, block, *place) &&
+        if (place && block.type() != "partition" && isOfKind(kind, block, *place) &&
             isAhci(block, place->controller))
             visit(block, *place);
     });
@@ -190,7 +190,7 @@ void appendAhciDisk(const Device& block, const AtaPlace& place, Registry& regist
     EntryWriter disk(registry, "AppleAHCIDiskDriver", "AppleAHCIDiskDriver");
     setIdentity(disk.properties, block, place);
     // Without native command queuing, the kernel sends one command at a time.
-    if (const auto depth = block.parent("scsi", "scsi_device").number("queue_depth"))
+    if (const auto depth = block.parent("scsi").number("queue_depth"))
         disk.properties.boolean("NCQ", *depth > 1).int32("Queue Depth", depth);
 
     Properties characteristics;
@@ -208,7 +208,7 @@ Namespaces nvmeNamespaces(const Devices& devices)
     Namespaces found;
     devices.forEach("block", "nvme*", [&](const Device& block) {
         const Device controller = block.parent();
-        if (block.type() != "disk" || controller.subsystem() != "nvme")
+        if (block.type() == "partition" || controller.subsystem() != "nvme")
             return;
         Medium medium = mediumOf(block);
         // One of several paths to a namespace, "nvme0c1n1", is hidden behind the disk of all, "nvme0n1".

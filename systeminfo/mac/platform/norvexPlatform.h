@@ -20,36 +20,38 @@ class Machine;
 /// Reads the recording of a machine.
 /// @param fileName an XML property list in the format of docs/recording-format.md
 /// @param errorMessage receives "FILE:LINE: reason" (without the line where there is none) on failure;
-/// untouched
-///        otherwise; may be null
+///        untouched otherwise; may be null
 /// @return the machine, or null. Any thread.
 NORVEX_SYSTEMINFO_EXPORT std::shared_ptr<const Machine> loadRecording(const QString& fileName,
                                                                       QString* errorMessage);
 
 /// Decides which machine answers from now on, for the whole process.
 /// @param machine null for this host, which also answers when this was never called
+///
 /// Any thread. A section that is being produced meanwhile may ask both machines.
 NORVEX_SYSTEMINFO_EXPORT void setMachine(std::shared_ptr<const Machine> machine);
 
-/// The next object of an iterator, as the exported iterator functions open them.
+/// The next object of an iterator.
+/// @param iterator a handle as the exported iterator functions open it; it stays the caller's
 /// @return a handle that the caller releases, 0 at the end and for a handle that is no iterator
 NORVEX_SYSTEMINFO_EXPORT unsigned int nextObject(unsigned int iterator);
 
-/// Releases an entry or iterator; 0 and handles that are not alive are ignored.
+/// Releases an entry or an iterator.
+/// @param object its handle; 0 and handles that are not alive are ignored
 NORVEX_SYSTEMINFO_EXPORT void releaseObject(unsigned int object);
 
 /// How many references to objects are held by callers of the layer at this moment, by kind.
 struct LiveCounts
 {
-    std::int64_t strings = 0;
-    std::int64_t numbers = 0;
-    std::int64_t booleans = 0;
-    std::int64_t data = 0;
-    std::int64_t dictionaries = 0;
-    std::int64_t arrays = 0;
-    std::int64_t urls = 0;
-    std::int64_t entries = 0;   ///< handles of registry entries
-    std::int64_t iterators = 0; ///< handles of registry iterators
+    std::int64_t strings = 0;      ///< CFString
+    std::int64_t numbers = 0;      ///< CFNumber
+    std::int64_t booleans = 0;     ///< CFBoolean
+    std::int64_t data = 0;         ///< CFData
+    std::int64_t dictionaries = 0; ///< CFDictionary
+    std::int64_t arrays = 0;       ///< CFArray
+    std::int64_t urls = 0;         ///< CFURL
+    std::int64_t entries = 0;      ///< handles of registry entries
+    std::int64_t iterators = 0;    ///< handles of registry iterators
 
     /// Whether nothing is held.
     bool isZero() const

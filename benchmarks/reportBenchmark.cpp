@@ -1,0 +1,127 @@
+// The Macintosh section: live, from a recording, and over registries of growing size; loading a recording.
+// NORVEX_RECORDING=FILE measures that recording besides the generated ones.
+
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/platform/machine.h"
+#include "systeminfo/mac/platform/recordedMachine.h"
+
+#include <QBuffer>
+#include <QFile>
+
+#include <benchmark/benchmark.h>
+
+using namespace norvex::SystemInfo::MacSysInfo;
+
+namespace {
+
+const char entryTemplate[] = R"(
+<dict><key>name</key><string>Device</string>
+<key>classes</key><array><string>%1</string><string>IOService</string><string>IORegistryEntry</string></array>
+<key>properties</key><dict>
+<key>idVendor</key><integer size="32">1452</integer><key>idProduct</key><integer size="32">32776</integer>
+<key>locationID</key><integer size="32">0x14200000</integer><key>USB Address</key><integer size="32">5</integer>
+<key>Device Speed</key><integer size="32">2</integer><key>USB Product Name</key><string>Keyboard</string>
+<key>IOName</key><string>pci8086,1d10</string><key>Model</key><string>Drive</string>
+</dict></dict>)";
+
+// Entries side by side; every hundredth is a USB device, the others are what sections pass over.
+QByteArray recordingWith(int entries)
+{
+    const QByteArray device = QByteArray(entryTemplate).replace("%1", "IOUSBDevice");
+    const QByteArray other = QByteArray(entryTemplate).replace("%1", "IOPCIDevice");
+    QByteArray text = "<plist version=\"1.0\"><dict><key>recording</key><integer>1</integer>"
+                      "<key>registry</key><dict><key>children</key><array>";
+    text.reserve(text.size() + entries * other.size());
+    for (int i = 0; i < entries; ++i)
+        text += i % 100 == 0 ? device : other;
+    return text + "</array></dict></dict></plist>";
+}
+
+std::shared_ptr<const norvex::Machine> machineOf(QByteArray recording)
+{
+    QBuffer buffer(&recording);
+    buffer.open(QIODevice::ReadOnly);
+    norvex::PlistFailure failure;
+    return norvex::readRecording(buffer, failure);
+}
+
+void loadRecording(benchmark::State& state, const QByteArray& recording)
+{
+    for (auto _ : state)
+        benchmark::DoNotOptimize(machineOf(recording));
+    state.SetBytesProcessed(state.iterations() * recording.size());
+}
+
+void loadGenerated(benchmark::State& state)
+{
+    loadRecording(state, recordingWith(int(state.range(0))));
+}
+BENCHMARK(loadGenerated)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
+
+// The cost of an entry: the figure to watch is the time per item from one size to the next.
+void macintoshSectionByEntries(benchmark::State& state)
+{
+    const auto machine = machineOf(recordingWith(int(state.range(0))));
+    norvex::setMachine(machine);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(allInfos());
+    norvex::setMachine(nullptr);
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(macintoshSectionByEntries)->RangeMultiplier(10)->Range(1000, 1000000)->Unit(benchmark::kMillisecond);
+
+struct Section
+{
+    const char* name;
+    QString (*function)();
+};
+
+const Section sections[] = {
+    {"macintosh", allInfos},
+    {"kernelInfo", kernelInfo},
+    {"cpuInfo", cpuInfo},
+    {"memoryInfo", memoryInfo},
+    {"ioKitSataDiskDevices", ioKitSataDiskDevices},
+    {"ioKitNVMExpressDevices", ioKitNVMExpressDevices},
+    {"listFileSystemVolumesInfo", listFileSystemVolumesInfo},
+    {"ioKitEthernetDevices", ioKitEthernetDevices},
+    {"ioKitGraphicsCards", ioKitGraphicsCards},
+    {"ioKitUsbDevices", ioKitUsbDevices},
+    {"bonjourVersion", bonjourVersion},
+    {"defaultEmailApp", defaultEmailApp},
+};
+
+void runSection(benchmark::State& state, const Section& section, std::shared_ptr<const norvex::Machine> machine)
+{
+    norvex::setMachine(std::move(machine));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(section.function());
+    norvex::setMachine(nullptr);
+}
+
+void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+void registerSections(const char* machineName, const std::shared_ptr<const norvex::Machine>& machine)
+{
+    for (const Section& section : sections) {
+        const std::string name = std::string(machineName) + "/" + section.name;
+        benchmark::RegisterBenchmark(name.c_str(), runSection, section, machine)->Unit(benchmark::kMicrosecond);
+    }
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    qInstallMessageHandler(discard);
+    benchmark::Initialize(&argc, argv);
+    registerSections("live", nullptr);
+    QFile recording(qEnvironmentVariable("NORVEX_RECORDING"));
+    if (recording.open(QIODevice::ReadOnly)) {
+        const QByteArray text = recording.readAll();
+        benchmark::RegisterBenchmark("recorded/load", loadRecording, text)->Unit(benchmark::kMillisecond);
+        registerSections("recorded", machineOf(text));
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}

@@ -1,0 +1,147 @@
+#include "recordingSupport.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+
+#include <QtTest>
+#include <ctime>
+
+using namespace norvex::SystemInfo::MacSysInfo;
+
+namespace {
+
+/// What a recording is about, told by its name up to the first hyphen.
+const struct Topic
+{
+    const char* name;
+    QString (*section)();
+} topics[] = {
+    {"system",
+     [] { return osVersion(true) + platformName() + sNewLine + kernelInfo() + macModel() + architecture(); }},
+    {"cpu", cpuInfo},
+    {"memory", memoryInfo},
+    {"sata", ioKitSataDiskDevices},
+    {"atapi", ioKitSerialAtapiDevices},
+    {"nvme", ioKitNVMExpressDevices},
+    {"volumes", listFileSystemVolumesInfo},
+    {"ethernet", ioKitEthernetDevices},
+    {"platform", ioKitPlatformInfos},
+    {"root", ioKitRootInfos},
+    {"graphics", ioKitGraphicsCards},
+    {"usb", ioKitUsbDevices},
+    {"serial", [] { return ioKitGetRs232SerialDevices(true); }},
+    {"serialAll", [] { return ioKitGetRs232SerialDevices(false); }},
+    {"ftdi", checkFtdiDriver},
+    {"bonjour", bonjourVersion},
+    {"mail", defaultEmailApp},
+};
+
+QString sectionFor(const QString& name)
+{
+    const QString topic = name.section('-', 0, 0);
+    for (const Topic& each : topics) {
+        if (topic == QLatin1String(each.name))
+            return each.section();
+    }
+    return allInfos();
+}
+
+QList<QStringList> tableOf(const char* fileName)
+{
+    QList<QStringList> rows;
+    for (const QByteArray& line : contentsOf(NORVEX_TEST_DATA "/" + QString(fileName)).split('\n')) {
+        if (!line.isEmpty() && !line.startsWith('#'))
+            rows += QString::fromUtf8(line).split('\t');
+    }
+    return rows;
+}
+
+} // namespace
+
+class ReplayTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("TZ", "UTC");
+        tzset();
+    }
+    void cleanupTestCase() { norvex::setMachine(nullptr); }
+    void recordings_data();
+    void recordings();
+    void processorNames_data();
+    void processorNames();
+    void usbVendors();
+};
+
+void ReplayTest::recordings_data()
+{
+    QTest::addColumn<QString>("file");
+    const QDir folder = recordingFolder();
+    QVERIFY2(!folder.isEmpty(), qPrintable(folder.path()));
+    for (const QFileInfo& file : folder.entryInfoList())
+        QTest::newRow(qPrintable(file.completeBaseName())) << file.path() + '/' + file.completeBaseName();
+}
+
+// Beside each recording stand the text that it must give and, unless there are none, the warnings.
+void ReplayTest::recordings()
+{
+    QFETCH(QString, file);
+    QString refusal;
+    const auto machine = norvex::loadRecording(file + ".plist", &refusal);
+    QVERIFY2(machine != nullptr, qPrintable(refusal));
+    norvex::setMachine(machine);
+
+    const LoggedMessages messages;
+    const QString text = sectionFor(QTest::currentDataTag());
+    QVERIFY(norvex::liveCounts().isZero());
+    QVERIFY(QFile::exists(file + ".txt"));
+    sameLines(text, QString::fromUtf8(contentsOf(file + ".txt")));
+    sameLines(messages.text(), QString::fromUtf8(contentsOf(file + ".warnings")));
+}
+
+void ReplayTest::processorNames_data()
+{
+    QTest::addColumn<QStringList>("row");
+    for (const QStringList& row : tableOf("processorNames.txt"))
+        QTest::newRow(qPrintable(row.mid(0, 4).join(' '))) << row;
+}
+
+void ReplayTest::processorNames()
+{
+    QFETCH(QStringList, row);
+    const char* const names[] = {"hw.cputype", "hw.cpusubtype", "hw.cpufamily", "machdep.cpu.model"};
+    const char* const labels[] = {"CPU type: ", "CPU sub type: ", "CPU family: "};
+    QCOMPARE(row.size(), 7);
+    QString values;
+    QString expected;
+    for (int i = 0; i < 4; ++i) {
+        if (row[i] != "-")
+            values += QString("<key>%1</key><integer size='32'>%2</integer>").arg(names[i], row[i]);
+    }
+    for (int i = 0; i < 3; ++i) {
+        if (row[4 + i] != "-")
+            expected += labels[i] + row[4 + i] + '\n';
+    }
+    if (row[3] != "-")
+        expected += "CPU model: " + row[3] + '\n';
+    QVERIFY(useMachine("<key>sysctl</key><dict>" + values.toUtf8() + "</dict>"));
+    QCOMPARE(cpuInfo(), expected);
+}
+
+void ReplayTest::usbVendors()
+{
+    QMap<unsigned, QString> known;
+    for (const QStringList& row : tableOf("usbVendors.txt"))
+        known[row.at(0).toUInt(nullptr, 16)] = row.at(1);
+    QCOMPARE(known.size(), 64);
+    for (unsigned id = 0; id < 0x30000; ++id) {
+        const QString name = convertUsbVendorIdToName(id);
+        QCOMPARE(name, known.value(id));
+        QCOMPARE(name.isNull(), !known.contains(id));
+    }
+    QVERIFY(convertUsbVendorIdToName(0x800005ac).isNull());
+}
+
+QTEST_GUILESS_MAIN(ReplayTest)
+#include "replayTest.moc"

@@ -1,0 +1,32 @@
+# shellcheck shell=bash
+# What bash offers behind "norvex-systeminfo": options, the names of sections, files.
+
+_norvex_systeminfo() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} expected=options
+  # Bash takes --option=value for three words.
+  if [[ $current == = ]]; then
+    current=
+  elif [[ $previous == = ]]; then
+    previous=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
+
+  case $previous in
+    --section) expected=sections ;;
+    --machine | --output | -o | --record) expected=files ;;
+    --identify) [[ $current == -* ]] || expected=files ;;
+  esac
+
+  case $expected in
+    sections) mapfile -t COMPREPLY < <(compgen -W "$("$1" --list-sections 2>/dev/null)" -- "$current") ;;
+    files)
+      compopt -o filenames
+      mapfile -t COMPREPLY < <(compgen -f -- "$current")
+      ;;
+    options)
+      mapfile -t COMPREPLY < <(compgen -W '--no-opengl --section --list-sections --machine --output --identify
+        --skip-braced --json --record --anonymous --help --version' -- "$current")
+      ;;
+  esac
+}
+
+complete -F _norvex_systeminfo norvex-systeminfo

@@ -1,0 +1,155 @@
+#include "tools/guiPlatform.h"
+
+#include <QGuiApplication>
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <future>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <xcb/xcb.h>
+
+namespace norvex::Tool {
+
+namespace {
+
+// Enough for a display at the far end of a slow line.
+const std::chrono::seconds displayPatience(3);
+// Enough for the whole start of a plugin on a busy machine.
+const int trialPatienceMs = 5000;
+
+// What the environment makes Qt choose.
+enum class Wish { Nothing, X11, Offscreen, Minimal, Other };
+
+enum class DisplayState { Answers, Refuses, Silent };
+
+bool isSet(const char* variable)
+{
+    return !qgetenv(variable).isEmpty();
+}
+
+Wish wishOfEnvironment()
+{
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    if (platform.isEmpty()) {
+        if (isSet("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland") {
+            return Wish::Other;
+        }
+        return isSet("DISPLAY") ? Wish::X11 : Wish::Nothing;
+    }
+    // Parameters follow a colon, alternatives a semicolon.
+    const QByteArray plugin = platform.contains(';') ? platform : platform.split(':').first();
+    return plugin == "xcb"         ? Wish::X11
+           : plugin == "offscreen" ? Wish::Offscreen
+           : plugin == "minimal"   ? Wish::Minimal
+                                   : Wish::Other;
+}
+
+// Connecting takes as long as the server likes, so a thread does it, which the end of the process ends too.
+// The connection is handed out because some servers start anew when their last client goes.
+DisplayState askDisplay(std::shared_ptr<void>& connection)
+{
+    using Connection = std::shared_ptr<xcb_connection_t>;
+    std::packaged_task<Connection()> connect(
+        [] { return Connection(xcb_connect(nullptr, nullptr), xcb_disconnect); });
+    std::future<Connection> answer = connect.get_future();
+    std::thread(std::move(connect)).detach();
+    if (answer.wait_for(displayPatience) != std::future_status::ready) {
+        return DisplayState::Silent;
+    }
+    const Connection result = answer.get();
+    if (xcb_connection_has_error(result.get()) != 0) {
+        return DisplayState::Refuses;
+    }
+    connection = result;
+    return DisplayState::Answers;
+}
+
+[[noreturn]] void tryQtsChoice(int reportTo)
+{
+    // Nobody is to see the messages and the core file of a failure, and nothing outlives the tool.
+    prctl(PR_SET_DUMPABLE, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    const int nothing = open("/dev/null", O_RDWR);
+    dup2(nothing, STDOUT_FILENO);
+    dup2(nothing, STDERR_FILENO);
+
+    char name[] = "norvex-systeminfo";
+    char* arguments[] = {name, nullptr};
+    int count = 1;
+    const QGuiApplication application(count, arguments);
+    if (write(reportTo, "", 1) == 1) {
+        pause();
+    }
+    _exit(0);
+}
+
+// Plugins that cannot work end the process, so another process tries what Qt would choose. It stays until the
+// caller is done, for the same reason as the connection above.
+bool worksInAnotherProcess(std::shared_ptr<void>& process)
+{
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return false;
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        tryQtsChoice(ends[1]);
+    }
+    close(ends[1]);
+    bool works = false;
+    if (child > 0) {
+        process = std::shared_ptr<void>(nullptr, [child](void*) {
+            kill(child, SIGKILL);
+            waitpid(child, nullptr, 0);
+        });
+        pollfd news = {ends[0], POLLIN, 0};
+        char byte = 0;
+        works = poll(&news, 1, trialPatienceMs) == 1 && read(ends[0], &byte, 1) == 1;
+    }
+    close(ends[0]);
+    return works;
+}
+
+QString noticeAbout(Wish wish, DisplayState state)
+{
+    if (wish == Wish::Nothing) {
+        return QString();
+    }
+    const bool isNamed = isSet("QT_QPA_PLATFORM");
+    const char* variable = wish != Wish::Other ? "DISPLAY" : isNamed ? "QT_QPA_PLATFORM" : "WAYLAND_DISPLAY";
+    return QStringLiteral("%1 '%2' %3; screens and OpenGL are reported as without a display")
+        .arg(wish == Wish::Other && isNamed ? QStringLiteral("the Qt platform")
+                                            : QStringLiteral("the display"),
+             QString::fromLocal8Bit(qgetenv(variable)),
+             state == DisplayState::Silent ? QStringLiteral("does not answer")
+                                           : QStringLiteral("cannot be used"));
+}
+
+} // namespace
+
+GuiPlatform chooseGuiPlatform(bool withOpenGL)
+{
+    GuiPlatform platform;
+    const Wish wish = wishOfEnvironment();
+    if (wish == Wish::Minimal || (wish == Wish::Other && worksInAnotherProcess(platform.held))) {
+        return platform;
+    }
+    // For OpenGL the offscreen platform turns to the display as well; the minimal one never does.
+    const bool meetsDisplay = wish == Wish::X11 || (withOpenGL && isSet("DISPLAY"));
+    const DisplayState state = meetsDisplay ? askDisplay(platform.held) : DisplayState::Refuses;
+    if ((wish == Wish::X11 && state == DisplayState::Answers) ||
+        (wish == Wish::Offscreen && state != DisplayState::Silent)) {
+        return platform;
+    }
+    platform.name = withOpenGL && state == DisplayState::Silent ? "minimal" : "offscreen";
+    platform.notice = noticeAbout(wish, state);
+    return platform;
+}
+
+} // namespace norvex::Tool

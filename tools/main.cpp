@@ -1,0 +1,195 @@
+#include "tools/anonymiser.h"
+#include "tools/exitStatus.h"
+#include "tools/guiPlatform.h"
+#include "tools/identify.h"
+#include "tools/options.h"
+#include "tools/output.h"
+#include "tools/recorder.h"
+#include "tools/recordingWriter.h"
+#include "tools/recordings.h"
+#include "tools/sections.h"
+
+#include "systeminfo/norvexSystemInfo.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QSysInfo>
+
+#include <algorithm>
+#include <clocale>
+#include <memory>
+#include <new>
+
+namespace norvex::Tool {
+
+namespace {
+
+using Action = Options::Action;
+
+ApplicationKind neededApplication(const Options& options)
+{
+    if (options.action == Action::Record || (options.action == Action::Identify && options.reportFile)) {
+        return ApplicationKind::Core;
+    }
+    if (options.sections.empty()) {
+        return ApplicationKind::Widgets;
+    }
+    ApplicationKind needed = ApplicationKind::Core;
+    for (const Section* section : options.sections) {
+        needed = std::max(needed, section->needs);
+    }
+    return needed;
+}
+
+bool usesOpenGL(const Options& options)
+{
+    if (options.sections.empty()) {
+        return options.action == Action::PrintReport && !options.skipOpenGL;
+    }
+    const Section* openGL = findSection("openGL");
+    return std::count(options.sections.begin(), options.sections.end(), openGL) > 0;
+}
+
+// The application object that the work needs, and what it keeps referring to. The program's own arguments are
+// not passed on: Qt would take its options out of them.
+class Application
+{
+public:
+    Application(const Options& options, char* programName)
+        : arguments_{programName, nullptr, nullptr, nullptr}
+    {
+        QCoreApplication::setApplicationName(QStringLiteral("norvex-systeminfo"));
+        QCoreApplication::setApplicationVersion(SystemInfo::libVersionString());
+        const ApplicationKind kind = neededApplication(options);
+        if (kind == ApplicationKind::Core) {
+            application_ = std::make_unique<QCoreApplication>(count_, arguments_);
+            return;
+        }
+        GuiPlatform platform = chooseGuiPlatform(usesOpenGL(options));
+        if (!platform.notice.isEmpty()) {
+            printMessage(platform.notice);
+        }
+        platformName_ = platform.name;
+        if (!platformName_.isEmpty()) {
+            arguments_[count_++] = platformOption_;
+            arguments_[count_++] = platformName_.data();
+        }
+        if (kind == ApplicationKind::Gui) {
+            application_ = std::make_unique<QGuiApplication>(count_, arguments_);
+        } else {
+            application_ = std::make_unique<QApplication>(count_, arguments_);
+        }
+    }
+
+private:
+    int count_ = 1;
+    char platformOption_[10] = "-platform";
+    QByteArray platformName_;
+    char* arguments_[4];
+    std::unique_ptr<QCoreApplication> application_;
+};
+
+QString sectionNames()
+{
+    QString text;
+    for (const Section& section : allSections()) {
+        text += QLatin1String(section.name) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString report(const Options& options)
+{
+    if (options.sections.empty()) {
+        return SystemInfo::allInfos(options.skipOpenGL);
+    }
+    QString text;
+    for (const Section* section : options.sections) {
+        text += section->text();
+    }
+    return text;
+}
+
+bool identification(const Options& options, QByteArray& text, QString& errorMessage)
+{
+    QString source;
+    if (!options.reportFile) {
+        source = SystemInfo::allInfos(true);
+    } else if (!readReport(*options.reportFile, source, errorMessage)) {
+        return false;
+    }
+    return identify(source, options.skipBraced, options.asJson, text, errorMessage);
+}
+
+QByteArray recording(const Options& options)
+{
+    RecordedValue machine = recordMachine();
+    if (options.anonymous) {
+        // A recording was made on another host.
+        anonymise(machine, options.recording ? QString() : QSysInfo::machineHostName());
+    }
+    return recordingText(machine);
+}
+
+// What the options that need an application object ask for.
+bool produce(const Options& options, QByteArray& text, QString& errorMessage)
+{
+    if (options.action == Action::Identify) {
+        return identification(options, text, errorMessage);
+    }
+    if (options.action == Action::Record) {
+        text = recording(options);
+        return true;
+    }
+    text = report(options).toUtf8();
+    return true;
+}
+
+int fail(const QString& errorMessage)
+{
+    printMessage(errorMessage);
+    return exitFailure;
+}
+
+int run(const Options& options, const Output& output, char* programName)
+{
+    QByteArray text;
+    QString errorMessage;
+    std::unique_ptr<Application> application;
+    if (options.action == Action::ShowHelp) {
+        text = helpText().toUtf8();
+    } else if (options.action == Action::ShowVersion) {
+        text = "norvex-systeminfo " + SystemInfo::libVersionString().toUtf8() + '\n';
+    } else if (options.action == Action::ListSections) {
+        text = sectionNames().toUtf8();
+    } else {
+        if (options.recording && !answerFromRecording(QFile::decodeName(*options.recording), errorMessage)) {
+            return fail(errorMessage);
+        }
+        application = std::make_unique<Application>(options, programName);
+        if (!produce(options, text, errorMessage)) {
+            return fail(errorMessage);
+        }
+    }
+    const auto& file = options.action == Action::Record ? options.recordFile : options.outputFile;
+    return file ? output.writeToFile(*file, text) : output.writeToStandardOutput(text);
+}
+
+} // namespace
+
+} // namespace norvex::Tool
+
+int main(int argc, char* argv[])
+{
+    using namespace norvex::Tool;
+    // As Qt will do, but before the first file name is decoded.
+    setlocale(LC_ALL, "");
+    const Output output;
+    try {
+        const std::optional<Options> options = parseOptions(argc, argv);
+        return options ? run(*options, output, argv[0]) : exitUsage;
+    } catch (const std::bad_alloc&) {
+        printMessage(QStringLiteral("out of memory"));
+        return exitFailure;
+    }
+}
