@@ -87,6 +87,9 @@ const Section sections[] = {
     {"ioKitEthernetDevices", ioKitEthernetDevices},
     {"ioKitGraphicsCards", ioKitGraphicsCards},
     {"ioKitUsbDevices", ioKitUsbDevices},
+    {"ioKitPlatformInfos", ioKitPlatformInfos},
+    {"ioKitRootInfos", ioKitRootInfos},
+    {"serialPorts", [] { return ioKitGetRs232SerialDevices(true); }},
     {"bonjourVersion", bonjourVersion},
     {"defaultEmailApp", defaultEmailApp},
 };

@@ -48,7 +48,8 @@ file(RELATIVE_PATH norvex_prefix_from_pkgconfig /prefix/${norvex_pkgconfig_dir} 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfo.pc.in ${PROJECT_BINARY_DIR}/norvexSystemInfo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/norvexSystemInfo.pc DESTINATION ${norvex_pkgconfig_dir} COMPONENT development)
 
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfo.pri
+configure_file(${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfo.pri.in ${PROJECT_BINARY_DIR}/norvexSystemInfo.pri @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/norvexSystemInfo.pri
   DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/norvexSystemInfo COMPONENT development)
 
 if(TARGET norvex-systeminfo)

@@ -147,7 +147,8 @@ bool checkIfApplicationIsAlreadyRunningThenActivate()
 bool checkIfProcessWithIdIsRunning(unsigned int processId)
 {
     ApplicationServices& services = applicationServices();
-    if (!isSystemRecentEnough(services) || processId > static_cast<unsigned int>(INT_MAX)) {
+    const bool canBeSomebodys = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
+    if (!isSystemRecentEnough(services) || !canBeSomebodys) {
         return false;
     }
     const AutoreleasePool pool(services);

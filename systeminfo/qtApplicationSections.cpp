@@ -41,11 +41,9 @@ namespace Internal {
 
 QString dateTimeLines(const QDateTime& localTime)
 {
-    // In the C locale, so that the digits stay the same whatever the system's locale writes.
-    const QLocale plain = QLocale::c();
     const QString format = QStringLiteral("dd.MM.yyyy hh:mm:ss");
-    const QString local = plain.toString(localTime, format);
-    const QString utc = plain.toString(localTime.toTimeSpec(Qt::UTC), format);
+    const QString local = localTime.toString(format);
+    const QString utc = localTime.toTimeSpec(Qt::UTC).toString(format);
     return QLatin1String("Local Date and Time: ") + local + sNewLine +
            QLatin1String("UTC   Date and Time: ") + utc + sNewLine +
            QStringLiteral("ActiveBias: %1 min").arg(activeBias(localTime)) + sNewLine;

@@ -1,3 +1,4 @@
+#include "systeminfo/deprecatedCalls.h"
 #include "systeminfo/guiThread.h"
 #include "systeminfo/norvexSystemInfo.h"
 #include "systeminfo/qtSectionParts.h"
@@ -44,8 +45,7 @@ QString geometryText(const Internal::DesktopScreen& screen)
 }
 
 // Qt prefers QScreen to QDesktopWidget by now; this section is about what QDesktopWidget says.
-QT_WARNING_PUSH
-QT_WARNING_DISABLE_DEPRECATED
+NORVEX_DEPRECATED_CALLS_BEGIN
 
 Internal::DesktopFacts desktopFacts()
 {
@@ -70,7 +70,7 @@ Internal::DesktopFacts desktopFacts()
     return facts;
 }
 
-QT_WARNING_POP
+NORVEX_DEPRECATED_CALLS_END
 
 } // namespace
 

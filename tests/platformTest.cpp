@@ -51,10 +51,11 @@ QMap<QByteArray, QByteArray> documentsIn(const char* fileName)
     QMap<QByteArray, QByteArray> documents;
     QByteArray name;
     for (const QByteArray& line : contentsOf(NORVEX_TEST_DATA "/" + QString(fileName)).split('\n')) {
-        if (line.startsWith("== ") || line.startsWith("-- "))
+        if (line.startsWith("== ") || line.startsWith("-- ")) {
             name = line;
-        else if (!name.isEmpty())
+        } else if (!name.isEmpty()) {
             documents[name] += (documents.contains(name) ? "\n" : "") + line;
+        }
     }
     for (auto each = documents.begin(); each != documents.end(); ++each) {
         if (each.key().startsWith('-'))
@@ -475,11 +476,13 @@ void PlatformTest::threads()
     const QString expected = QString::fromUtf8(contentsOf(file + ".txt"));
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
+    threads.reserve(4);
+    for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 25; ++round)
                 wrong += allInfos() != expected;
         });
+    }
     for (std::thread& thread : threads)
         thread.join();
     QCOMPARE(wrong.load(), 0);

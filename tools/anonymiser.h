@@ -6,8 +6,8 @@
 
 namespace norvex::Tool {
 
-/// Replaces what identifies a machine, its networks and its users, the same value by the same replacement wherever it
-/// stands. Names of classes and of properties stay.
+/// Replaces what identifies a machine, its networks and its users, the same value by the same replacement
+/// wherever it stands. Names of classes and of properties stay.
 /// @param hostName of the machine that was recorded; empty when that is not known
 void anonymise(RecordedValue& recording, const QString& hostName);
 

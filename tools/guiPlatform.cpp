@@ -1,6 +1,7 @@
 #include "tools/guiPlatform.h"
 
 #include <QGuiApplication>
+#include <QStringList>
 
 #include <chrono>
 #include <csignal>
@@ -116,19 +117,22 @@ bool worksInAnotherProcess(std::shared_ptr<void>& process)
     return works;
 }
 
-QString noticeAbout(Wish wish, DisplayState state)
+// Names what was set to lead to a display; where nothing was, none was missed.
+QString noticeAbout(DisplayState state)
 {
-    if (wish == Wish::Nothing) {
+    QStringList settings;
+    for (const char* variable : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY", "DISPLAY"}) {
+        if (isSet(variable)) {
+            settings +=
+                QLatin1String(variable) + QLatin1Char('=') + QString::fromLocal8Bit(qgetenv(variable));
+        }
+    }
+    if (settings.isEmpty()) {
         return QString();
     }
-    const bool isNamed = isSet("QT_QPA_PLATFORM");
-    const char* variable = wish != Wish::Other ? "DISPLAY" : isNamed ? "QT_QPA_PLATFORM" : "WAYLAND_DISPLAY";
-    return QStringLiteral("%1 '%2' %3; screens and OpenGL are reported as without a display")
-        .arg(wish == Wish::Other && isNamed ? QStringLiteral("the Qt platform")
-                                            : QStringLiteral("the display"),
-             QString::fromLocal8Bit(qgetenv(variable)),
-             state == DisplayState::Silent ? QStringLiteral("does not answer")
-                                           : QStringLiteral("cannot be used"));
+    return QStringLiteral("no display %1 with %2; screens and OpenGL are reported as without one")
+        .arg(state == DisplayState::Silent ? QStringLiteral("answers") : QStringLiteral("can be used"),
+             settings.join(QStringLiteral(", ")));
 }
 
 } // namespace
@@ -148,7 +152,7 @@ GuiPlatform chooseGuiPlatform(bool withOpenGL)
         return platform;
     }
     platform.name = withOpenGL && state == DisplayState::Silent ? "minimal" : "offscreen";
-    platform.notice = noticeAbout(wish, state);
+    platform.notice = noticeAbout(state);
     return platform;
 }
 

@@ -33,12 +33,17 @@ QByteArray toLines(QStringList lines, int numberOfProcessors, int processorRevis
 
 } // namespace
 
+QString shownName(const QByteArray& fileName)
+{
+    return fileName == "-" ? QStringLiteral("standard input")
+                           : QStringLiteral("'%1'").arg(QFile::decodeName(fileName));
+}
+
 bool readReport(const QByteArray& fileName, QString& report, QString& errorMessage)
 {
-    const bool isStandardInput = fileName == "-";
     QFile file(QFile::decodeName(fileName));
     const bool isOpen =
-        isStandardInput ? file.open(fileno(stdin), QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
+        fileName == "-" ? file.open(fileno(stdin), QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly);
     QByteArray bytes;
     QByteArray chunk;
     while (isOpen && bytes.size() <= longestReport && !(chunk = file.read(chunkSize)).isEmpty()) {
@@ -47,8 +52,7 @@ bool readReport(const QByteArray& fileName, QString& report, QString& errorMessa
     const bool isTooLong = bytes.size() > longestReport;
     if (isTooLong || file.error() != QFileDevice::NoError) {
         errorMessage = QStringLiteral("cannot read %1: %2")
-                           .arg(isStandardInput ? QStringLiteral("standard input")
-                                                : QStringLiteral("'%1'").arg(file.fileName()),
+                           .arg(shownName(fileName),
                                 isTooLong ? QStringLiteral("too large for a report") : file.errorString());
         return false;
     }

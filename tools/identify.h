@@ -5,6 +5,9 @@
 
 namespace norvex::Tool {
 
+/// How messages name the file of a report.
+QString shownName(const QByteArray& fileName);
+
 /// Reads the text of a report from a file.
 /// @param fileName "-" for standard input
 /// @param[out] report the text, decoded from UTF-8; a byte-order mark is no part of it

@@ -23,49 +23,49 @@ enum class Part { Begin, End, Anywhere, Whole };
 // The first row that fits decides.
 const struct
 {
-    Part part;
     const char* text; // lower-case letters and digits
+    Part part;
     Identity identity;
 } rows[] = {
-    {Part::Begin, "iserialnumber", Identity::None}, // the number of a USB string
-    {Part::End, "index", Identity::None},
-    {Part::Begin, "content", Identity::Constant}, // of a partition: the kind of its file system
-    {Part::Anywhere, "serialnum", Identity::Serial},
-    {Part::Anywhere, "serialstring", Identity::Serial},
-    {Part::End, "serial", Identity::Serial},
-    {Part::End, "serialno", Identity::Serial},
-    {Part::Anywhere, "worldwidename", Identity::Serial},
-    {Part::End, "wwn", Identity::Serial},
-    {Part::End, "mlb", Identity::Serial}, // of the main logic board
-    {Part::Anywhere, "macaddress", Identity::Address},
-    {Part::Anywhere, "bssid", Identity::Address},
-    {Part::Anywhere, "bdaddr", Identity::Address},
-    {Part::Anywhere, "deviceaddress", Identity::Address},
-    {Part::Anywhere, "hardwareaddress", Identity::Address},
-    {Part::Anywhere, "bluetoothaddress", Identity::Address},
-    {Part::Anywhere, "ethernetaddress", Identity::Address},
-    {Part::Anywhere, "permanentaddress", Identity::Address},
-    {Part::Anywhere, "eui64", Identity::Address},
-    {Part::End, "guid", Identity::Address}, // of FireWire; data of 16 bytes is a UUID
-    {Part::Whole, "rom", Identity::Address},
-    {Part::End, "8b38c14rom", Identity::Address}, // the same in the firmware's variables
-    {Part::Anywhere, "uuid", Identity::Uuid},
-    {Part::Whole, "systemid", Identity::Uuid},
-    {Part::Begin, "ssid", Identity::Name},
-    {Part::Anywhere, "hostname", Identity::Name},
-    {Part::Anywhere, "computername", Identity::Name},
-    {Part::Anywhere, "username", Identity::Name},
-    {Part::Anywhere, "volumename", Identity::Label},
-    {Part::Whole, "fullname", Identity::Label},
-    {Part::End, "edid", Identity::Display},
-    {Part::Anywhere, "token", Identity::Serial},
-    {Part::Anywhere, "password", Identity::Serial},
-    {Part::Whole, "currentnetwork", Identity::Serial},
-    {Part::Whole, "preferrednetworks", Identity::Serial},
-    {Part::Whole, "machinesignature", Identity::Serial},
-    {Part::Whole, "randomseed", Identity::Serial},
-    {Part::Whole, "uniquechipid", Identity::Serial},
-    {Part::End, "ecid", Identity::Serial},
+    {"iserialnumber", Part::Begin, Identity::None}, // the number of a USB string
+    {"index", Part::End, Identity::None},
+    {"content", Part::Begin, Identity::Constant}, // of a partition: the kind of its file system
+    {"serialnum", Part::Anywhere, Identity::Serial},
+    {"serialstring", Part::Anywhere, Identity::Serial},
+    {"serial", Part::End, Identity::Serial},
+    {"serialno", Part::End, Identity::Serial},
+    {"worldwidename", Part::Anywhere, Identity::Serial},
+    {"wwn", Part::End, Identity::Serial},
+    {"mlb", Part::End, Identity::Serial}, // of the main logic board
+    {"macaddress", Part::Anywhere, Identity::Address},
+    {"bssid", Part::Anywhere, Identity::Address},
+    {"bdaddr", Part::Anywhere, Identity::Address},
+    {"deviceaddress", Part::Anywhere, Identity::Address},
+    {"hardwareaddress", Part::Anywhere, Identity::Address},
+    {"bluetoothaddress", Part::Anywhere, Identity::Address},
+    {"ethernetaddress", Part::Anywhere, Identity::Address},
+    {"permanentaddress", Part::Anywhere, Identity::Address},
+    {"eui64", Part::Anywhere, Identity::Address},
+    {"guid", Part::End, Identity::Address}, // of FireWire; data of 16 bytes is a UUID
+    {"rom", Part::Whole, Identity::Address},
+    {"8b38c14rom", Part::End, Identity::Address}, // the same in the firmware's variables
+    {"uuid", Part::Anywhere, Identity::Uuid},
+    {"systemid", Part::Whole, Identity::Uuid},
+    {"ssid", Part::Begin, Identity::Name},
+    {"hostname", Part::Anywhere, Identity::Name},
+    {"computername", Part::Anywhere, Identity::Name},
+    {"username", Part::Anywhere, Identity::Name},
+    {"volumename", Part::Anywhere, Identity::Label},
+    {"fullname", Part::Whole, Identity::Label},
+    {"edid", Part::End, Identity::Display},
+    {"token", Part::Anywhere, Identity::Serial},
+    {"password", Part::Anywhere, Identity::Serial},
+    {"currentnetwork", Part::Whole, Identity::Serial},
+    {"preferrednetworks", Part::Whole, Identity::Serial},
+    {"machinesignature", Part::Whole, Identity::Serial},
+    {"randomseed", Part::Whole, Identity::Serial},
+    {"uniquechipid", Part::Whole, Identity::Serial},
+    {"ecid", Part::End, Identity::Serial},
 };
 
 bool fits(const QByteArray& key, Part part, const char* text)

@@ -141,18 +141,18 @@ void Identities::addBytes(const QByteArray& bytes, const QByteArray& replacement
 
 void Identities::addAddress(const QByteArray& address)
 {
-    if (isEach(address, '\0') || isEach(address, '\xff') || deviceParts_.contains(address)) {
+    if (isEach(address, '\0') || isEach(address, '\xff') || addresses_.contains(address)) {
         return;
     }
     // Of the 5 bytes that are the device's own in 8, the first two tell that the rest is one of 6.
     const bool isExtended = address.mid(3, 2) == "\xff\xfe" || address.mid(3, 2) == "\xff\xff";
     const QByteArray device = address.mid(address.size() == 8 && isExtended ? 5 : makerLength);
-    if (!deviceParts_.contains(device)) {
-        deviceParts_.insert(device, pseudonyms_.bytes(device));
+    if (!addresses_.contains(device)) {
+        addresses_.insert(device, pseudonyms_.bytes(device));
     }
-    const QByteArray newDevice = deviceParts_.value(device);
+    const QByteArray newDevice = addresses_.value(device);
     const QByteArray replacement = address.left(address.size() - device.size()) + newDevice;
-    deviceParts_.insert(address, replacement);
+    addresses_.insert(address, replacement);
     addAddressForms(address, replacement);
     if (device.size() == 3) {
         addDerivedForms(device, newDevice);
@@ -259,7 +259,7 @@ QByteArray Identities::replacedWhole(const QByteArray& value) const
 
 QByteArray Identities::replacedAddress(const QByteArray& address) const
 {
-    return deviceParts_.value(address, address);
+    return addresses_.value(address, address);
 }
 
 QByteArray Identities::inKey(const QByteArray& key) const

@@ -7,7 +7,8 @@
 
 namespace norvex::Tool {
 
-/// The identifying values of a recording and what replaces each, in all forms in which it can turn up elsewhere.
+/// The identifying values of a recording and what replaces each, in all forms in which it can turn up
+/// elsewhere.
 class Identities
 {
 public:
@@ -36,8 +37,8 @@ private:
     void addDerivedForms(const QByteArray& device, const QByteArray& replacement);
 
     Pseudonyms pseudonyms_;
-    QHash<QByteArray, QByteArray> whole_;       ///< of texts in lower case, and of bytes
-    QHash<QByteArray, QByteArray> deviceParts_; ///< of addresses
+    QHash<QByteArray, QByteArray> whole_;     ///< of texts in lower case, and of bytes
+    QHash<QByteArray, QByteArray> addresses_; ///< whole ones, and their device parts
     Replacements texts_;
     Replacements data_;
     Replacements keys_;

@@ -118,7 +118,13 @@ bool identification(const Options& options, QByteArray& text, QString& errorMess
     } else if (!readReport(*options.reportFile, source, errorMessage)) {
         return false;
     }
-    return identify(source, options.skipBraced, options.asJson, text, errorMessage);
+    if (!identify(source, options.skipBraced, options.asJson, text, errorMessage)) {
+        if (options.reportFile) {
+            errorMessage.prepend(shownName(*options.reportFile) + QStringLiteral(": "));
+        }
+        return false;
+    }
+    return true;
 }
 
 QByteArray recording(const Options& options)

@@ -59,7 +59,7 @@ const OptionRow optionRows[] = {
     {jsonOption, "json", nullptr, "with --identify: print one JSON object"},
     {recordOption, "record", "FILE",
      "print nothing, but write to FILE what the machine answers to\n"
-     "the queries behind the Macintosh section, for --machine"},
+     "the queries behind the Macintosh section"},
     {anonymousOption, "anonymous", nullptr,
      "with --record: replace serial numbers, UUIDs, the names of\n"
      "networks, hosts, users and volumes, and the device half of\n"
@@ -293,9 +293,9 @@ QString helpText()
     }
     return text +
            QStringLiteral("\n"
-                          "A report holds environment variables, serial numbers, host and network names,\n"
-                          "and so does a recording that is not anonymous: look it through before you\n"
-                          "send it to anyone.\n\n"
+                          "A report holds environment variables, serial numbers, host and network names, a\n"
+                          "recording that is not anonymous all but the environment: look them through\n"
+                          "before you send them to anyone.\n\n"
                           "Exit status: 0 when all is done; 1 when something could not be read or written,\n"
                           "or a report has no identification; 2 when the options are wrong. Options that\n"
                           "contradict each other are wrong, and so is a second file for the same option.\n"

@@ -101,7 +101,8 @@ std::optional<Value> recordedValue(CFTypeRef object, int depth)
     return std::nullopt;
 }
 
-// A name that the system has cut inside a character, made whole by some character that is cut to the same bytes.
+// A name that the system has cut inside a character, made whole by some character that is cut to the same
+// bytes.
 QByteArray withWholeEnd(const QByteArray& name)
 {
     for (const char* missing : {"", "\x80", "\x80\x80", "\xa0\x80", "\x80\x80\x80", "\x90\x80\x80"}) {
@@ -161,8 +162,8 @@ private:
         return chains_.emplace(name.toStdString(), std::move(chain)).first->second;
     }
 
-    // An entry can pass for a class that its own does not inherit, or the reverse. For the classes that the report
-    // looks for, the entry itself is asked.
+    // An entry can pass for a class that its own does not inherit, or the reverse. For the classes that the
+    // report looks for, the entry itself is asked.
     ClassChain corrected(ClassChain chain, const IoEntry& entry)
     {
         static const char* const lookedFor[] = {

@@ -8,8 +8,8 @@
 
 namespace norvex::Tool {
 
-/// A set of byte sequences and what each is replaced by, wherever it stands. Replacing takes time in proportion to the
-/// text, however many sequences there are.
+/// A set of byte sequences and what each is replaced by, wherever it stands. Replacing takes time in
+/// proportion to the text, however many sequences there are.
 class Replacements
 {
 public:
@@ -22,8 +22,8 @@ public:
     /// How upper and lower case are treated.
     enum class Letters {
         Exact,
-        EachAsFound, ///< found in either case; each letter of the replacement takes the case of the one in its place
-        AllAsFound ///< found in either case; the replacement takes the case of the text found
+        EachAsFound, ///< found in either case; each letter takes the case of the one that it replaces
+        AllAsFound   ///< found in either case; the replacement takes the case of the text found
     };
 
     /// The first replacement given for a sequence stays.

@@ -124,7 +124,8 @@ IoIterator servicesOfClass(const char* className)
 
 IoEntry firstServiceOfClass(const char* className)
 {
-    return IoEntry(IOServiceGetMatchingService(kIOMasterPortDefault, IOServiceMatching(className)));
+    const CFMutableDictionaryRef matching = IOServiceMatching(className);
+    return IoEntry(matching == nullptr ? 0 : IOServiceGetMatchingService(kIOMasterPortDefault, matching));
 }
 
 int openServiceIterator(const char* className, unsigned int* iterator)

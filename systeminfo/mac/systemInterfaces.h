@@ -4,6 +4,8 @@
 /// The system interfaces that the Macintosh section is written against: macOS's own headers on macOS,
 /// elsewhere the layer that stands in for them under the same names. The only place that tells the two apart.
 
+#include "systeminfo/deprecatedCalls.h"
+
 #if defined(__APPLE__)
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -25,9 +27,3 @@
 #include <sys/time.h>
 
 #endif
-
-// Several of these interfaces are deprecated on later systems without a successor on the oldest one
-// supported.
-#define NORVEX_DEPRECATED_CALLS_BEGIN                                                                        \
-    _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wdeprecated-declarations\"")
-#define NORVEX_DEPRECATED_CALLS_END _Pragma("GCC diagnostic pop")

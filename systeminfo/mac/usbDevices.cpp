@@ -100,8 +100,8 @@ int ioKitGetUsbDevIterator(unsigned int* iterator)
 
 int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info)
 {
-    IOObjectRetain(device); // for the entry here; the caller keeps its own
-    return readDevice(IoEntry(device), *info);
+    // The entry here holds a reference of its own, beside the caller's.
+    return readDevice(IoEntry(IOObjectRetain(device) == KERN_SUCCESS ? device : 0), *info);
 }
 
 QString ioKitUsbDevices()

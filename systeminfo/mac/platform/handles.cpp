@@ -67,8 +67,8 @@ public:
         if (free_.empty()) {
             if (handles_.size() == placeMask)
                 return IO_OBJECT_NULL;
-            free_.reserve(handles_.size() + 1); // closing a handle must not have to allocate
             handles_.emplace_back();
+            free_.reserve(handles_.capacity()); // closing a handle must not have to allocate
             free_.push_back(std::uint32_t(handles_.size() - 1));
         }
         const std::uint32_t place = free_.back();

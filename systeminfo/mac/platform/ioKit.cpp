@@ -41,6 +41,14 @@ std::string takeClassName(CFDictionaryRef matching)
     return value == nullptr ? std::string() : static_cast<CFStringRef>(value)->utf8;
 }
 
+// The same entry with everything below it: of a part of the registry the root lacks descendants.
+EntryPlace withDescendants(const EntryPlace& place)
+{
+    const bool isPartialRoot = place.index == 0 && place.registry->isPart();
+    RegistryPtr whole = isPartialRoot ? currentMachine()->registry(QByteArray()) : place.registry;
+    return whole == nullptr || whole->size() == 0 ? place : EntryPlace{std::move(whole), place.index};
+}
+
 CFTypeRef propertyOf(const RegistryEntry& entry, CFStringRef key)
 {
     return entry.properties ? entry.properties.get()->value(key) : nullptr;
@@ -136,7 +144,7 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching
 
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t)
 {
-    RegistryPtr registry = callFails() ? nullptr : currentMachine()->registry(QByteArray());
+    RegistryPtr registry = callFails() ? nullptr : currentMachine()->root();
     if (registry == nullptr || registry->size() == 0)
         return IO_OBJECT_NULL;
     return norvex::openHandle(EntryPlace{std::move(registry), 0});
@@ -196,13 +204,14 @@ CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef
 CFTypeRef IORegistryEntrySearchCFProperty(io_registry_entry_t entry, const io_name_t, CFStringRef key,
                                           CFAllocatorRef, IOOptionBits options)
 {
-    const auto place = placeOf(entry);
-    if (callFails() || !place)
+    const auto start = placeOf(entry);
+    if (callFails() || !start)
         return nullptr;
     const bool isRecursive = (options & kIORegistryIterateRecursively) != 0;
-    const std::uint32_t end = isRecursive ? place->entry().end : place->index + 1;
-    for (std::uint32_t index = place->index; index < end; ++index) {
-        if (const CFTypeRef value = propertyOf(place->registry->entry(index), key))
+    const EntryPlace place = isRecursive ? withDescendants(*start) : *start;
+    const std::uint32_t end = isRecursive ? place.entry().end : place.index + 1;
+    for (std::uint32_t index = place.index; index < end; ++index) {
+        if (const CFTypeRef value = propertyOf(place.registry->entry(index), key))
             return handOutShared(value);
     }
     return nullptr;
@@ -232,7 +241,7 @@ kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const i
         return badArgument;
     if (callFails())
         return generalError;
-    *iterator = norvex::openHandle(EntryIterator(*place));
+    *iterator = norvex::openHandle(EntryIterator(withDescendants(*place)));
     return success;
 }
 

@@ -108,19 +108,38 @@ Registry::ClassChain liveClassChain(const QByteArray& className)
     return chain;
 }
 
-RegistryPtr liveRegistry(const QByteArray& className)
+namespace {
+
+template <typename AppendChildren>
+RegistryPtr registryWith(AppendChildren appendChildren)
 {
     auto registry = std::make_shared<Registry>();
     {
         EntryWriter root(*registry, "IORegistryEntry", "Root");
         root.properties.text("OS Build Version", systemBuild());
+        appendChildren(*registry);
+    }
+    return registry;
+}
+
+} // namespace
+
+RegistryPtr liveRegistry(const QByteArray& className)
+{
+    return registryWith([&](Registry& registry) {
+        if (!className.isEmpty())
+            registry.markAsPart();
         const Devices devices;
         for (const Part& part : parts()) {
             if (hasEntriesOf(part, className))
-                part.append(devices, *registry);
+                part.append(devices, registry);
         }
-    }
-    return registry;
+    });
+}
+
+RegistryPtr liveRoot()
+{
+    return registryWith([](Registry& registry) { registry.markAsPart(); });
 }
 
 } // namespace norvex

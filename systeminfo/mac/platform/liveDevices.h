@@ -14,6 +14,8 @@ namespace norvex {
 /// entry, which is always there; a query for a class looks at the devices that can be of this class and no others.
 /// @param className empty for the whole registry; a class that no device here has gives the root entry alone
 RegistryPtr liveRegistry(const QByteArray& className);
+/// The root entry alone: nothing of the host is scanned.
+RegistryPtr liveRoot();
 
 /// The class above a class of the host's registry, empty when there is none or the class is unknown.
 QByteArray liveSuperclassOf(const QByteArray& className);

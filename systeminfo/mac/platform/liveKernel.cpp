@@ -98,6 +98,13 @@ Number memoryBytes()
     return bytes ? Number(std::int32_t(std::min(*bytes, largest))) : std::nullopt;
 }
 
+/// Memory in bytes where the number can say it: nothing else tells a reader that it stands for more.
+Number exactMemoryBytes()
+{
+    const auto bytes = physicalMemory();
+    return bytes && *bytes <= std::numeric_limits<std::int32_t>::max() ? Number(std::int32_t(*bytes)) : std::nullopt;
+}
+
 Number memoryMebibytes()
 {
     const auto bytes = physicalMemory();
@@ -137,7 +144,7 @@ constexpr Selector selectors[] = {
     {code("sys2"), [](const HostFiles&) { return releaseNumber(1); }},
     {code("sys3"), [](const HostFiles&) { return releaseNumber(2); }},
     {code("sysa"), [](const HostFiles&) { return architecture(); }},
-    {code("lram"), [](const HostFiles&) { return memoryBytes(); }},
+    {code("lram"), [](const HostFiles&) { return exactMemoryBytes(); }},
     {code("ram "), [](const HostFiles&) { return memoryBytes(); }},
     {code("ramm"), [](const HostFiles&) { return memoryMebibytes(); }},
     {code("pgsz"), [](const HostFiles&) { return Number(std::int32_t(sysconf(_SC_PAGESIZE))); }},

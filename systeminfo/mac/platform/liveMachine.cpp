@@ -30,6 +30,7 @@ public:
     }
 
     RegistryPtr registry(const QByteArray& className) const override { return liveRegistry(className); }
+    RegistryPtr root() const override { return liveRoot(); }
     QByteArray superclassOf(const QByteArray& className) const override
     {
         return liveSuperclassOf(className);

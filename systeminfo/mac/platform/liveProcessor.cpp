@@ -271,7 +271,7 @@ std::optional<QList<int>> cpuList(const HostFiles& files, const QByteArray& path
         for (int cpu = first; cpu <= last; ++cpu)
             numbers.append(cpu);
     }
-    return numbers;
+    return numbers.isEmpty() ? std::nullopt : std::make_optional(numbers);
 }
 
 /// The CPUs beside one of a kind, by either of the names that kernels have had for the kind.

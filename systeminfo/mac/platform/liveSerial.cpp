@@ -61,7 +61,8 @@ void appendPort(const Device& port, const Device& device, Registry& registry)
 
 void appendSerialPorts(const Devices& devices, Registry& registry)
 {
-    devices.forEach("tty", "*", [&](const Device& port) {
+    // The names with a number right behind "tty" are the many virtual consoles, which take long to look at.
+    devices.forEach("tty", "tty[!0-9]*|[!t]*", [&](const Device& port) {
         const Device device = deviceBehind(port);
         if (!isPlaceholder(port, device))
             appendPort(port, device, registry);

@@ -62,6 +62,8 @@ public:
     /// @param className empty for the whole registry
     /// @return null when there is none at all. Its first entry is the root.
     virtual RegistryPtr registry(const QByteArray& className) const = 0;
+    /// A registry of which only the root is asked for; what is below it may be missing.
+    virtual RegistryPtr root() const { return registry(QByteArray()); }
     /// The class above a class in the hierarchy of registry classes, empty when unknown.
     virtual QByteArray superclassOf(const QByteArray& className) const = 0;
     virtual const MachineFaults& faults() const;

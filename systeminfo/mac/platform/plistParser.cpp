@@ -113,7 +113,7 @@ ValueRef dataValue(std::string_view text)
             base64.append(c);
     }
     const auto result = QByteArray::fromBase64Encoding(base64, QByteArray::AbortOnBase64DecodingErrors);
-    if (!result)
+    if (!result || base64.size() % 4 == 1) // one digit alone is less than a byte
         throw PlistError("the data is no base64");
     const QByteArray& bytes = *result;
     return makeData(std::string_view(bytes.constData(), std::size_t(bytes.size())));
@@ -153,6 +153,8 @@ public:
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), &onBegin, &onEnd);
         XML_SetCharacterDataHandler(parser_.get(), &onText);
+        XML_SetSkippedEntityHandler(parser_.get(), &onUnknownEntity);
+        XML_SetExternalEntityRefHandler(parser_.get(), [](auto...) -> int { return XML_STATUS_ERROR; });
     }
 
     PlistFailure parse(QIODevice& device)
@@ -223,6 +225,12 @@ private:
     {
         auto* parser = static_cast<PlistParser*>(self);
         parser->guarded([=] { parser->addText(std::string_view(text, std::size_t(length))); });
+    }
+
+    static void onUnknownEntity(void* self, const XML_Char* name, int)
+    {
+        static_cast<PlistParser*>(self)->guarded(
+            [=] { throw PlistError("the entity \"" + std::string(name) + "\" is not known"); });
     }
 
     void begin(const char* name, const XML_Char** attributes)

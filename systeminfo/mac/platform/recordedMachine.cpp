@@ -69,7 +69,7 @@ const RecordedVolume* RecordedMachine::volume(const QByteArray& path) const
 std::optional<MacStatfs> RecordedMachine::statfs(const QByteArray& path) const
 {
     const RecordedVolume* const place = volume(path);
-    return place == nullptr ? std::nullopt : place->statfs;
+    return place == nullptr || place->statfs == nullptr ? std::nullopt : std::make_optional(*place->statfs);
 }
 
 PathconfAnswer RecordedMachine::caseSensitive(const QByteArray& path) const
@@ -79,7 +79,7 @@ PathconfAnswer RecordedMachine::caseSensitive(const QByteArray& path) const
         return {-1, ENOENT};
     if (!place->caseSensitive)
         return {-1, EINVAL};
-    return {*place->caseSensitive, place->error != 0 ? place->error : EINVAL};
+    return {*place->caseSensitive, place->error.value_or(EINVAL)};
 }
 
 PathconfAnswer RecordedMachine::casePreserving(const QByteArray& path) const

@@ -17,10 +17,10 @@ namespace norvex {
 struct RecordedVolume
 {
     QByteArray path;
-    std::optional<MacStatfs> statfs;
+    std::unique_ptr<MacStatfs> statfs; ///< large, and moved about while volumes are sorted
     std::optional<long> caseSensitive;
     long casePreserving = -1;
-    int error = 0; ///< errno of a caseSensitive of -1; 0: not given
+    std::optional<int> error; ///< errno of a caseSensitive of -1
 };
 
 /// Everything that a recording says; absent members answer nothing.

@@ -216,14 +216,17 @@ QString volumeName(const RecordedVolume& volume)
 // As a directory listing without hidden entries gives them: by name, ignoring case.
 std::vector<RecordedVolume> listed(std::vector<RecordedVolume> volumes)
 {
-    const auto isHidden = [](const RecordedVolume& volume) {
-        return volumeName(volume).startsWith(QLatin1Char('.'));
-    };
-    volumes.erase(std::remove_if(volumes.begin(), volumes.end(), isHidden), volumes.end());
-    std::stable_sort(volumes.begin(), volumes.end(), [](const RecordedVolume& a, const RecordedVolume& b) {
-        return volumeName(a).toLower() < volumeName(b).toLower();
-    });
-    return volumes;
+    std::vector<std::pair<QString, std::size_t>> order;
+    for (std::size_t i = 0; i < volumes.size(); ++i) {
+        const QString name = volumeName(volumes[i]);
+        if (!name.startsWith(QLatin1Char('.')))
+            order.emplace_back(name.toLower(), i);
+    }
+    std::sort(order.begin(), order.end());
+    std::vector<RecordedVolume> result;
+    for (const auto& place : order)
+        result.push_back(std::move(volumes[place.second]));
+    return result;
 }
 
 class RecordingLoader : public PlistHandler
@@ -339,7 +342,7 @@ private:
         else if (inner == Place::Volume)
             recording_.volumes.emplace_back();
         else if (inner == Place::Statfs)
-            recording_.volumes.back().statfs.emplace();
+            recording_.volumes.back().statfs = std::make_unique<MacStatfs>();
         stack_.push_back({inner, {}});
     }
 
@@ -351,6 +354,8 @@ private:
             endContainer();
         else if (ended == Place::Entry)
             endEntry();
+        else if (ended == Place::Volume && recording_.volumes.back().path.isEmpty())
+            throw PlistError("a volume without a path");
         else if (ended == Place::Top && !hasVersion_)
             throw PlistError("not a recording: the key \"recording\" is missing");
     }

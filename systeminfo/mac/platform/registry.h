@@ -55,6 +55,10 @@ public:
     /// The index of a class chain; equal chains share one.
     std::uint32_t internClasses(ClassChain chain);
 
+    /// A part of a registry: what is missing in it hangs below the root as well.
+    void markAsPart() { isPart_ = true; }
+    bool isPart() const { return isPart_; }
+
     std::uint32_t size() const { return std::uint32_t(entries_.size()); }
     RegistryEntry& entry(std::uint32_t index) { return entries_[index]; }
     const RegistryEntry& entry(std::uint32_t index) const { return entries_[index]; }
@@ -72,6 +76,7 @@ private:
     std::vector<ClassChain> chains_;
     std::unordered_map<std::string, std::uint32_t> chainIndex_;
     std::uint32_t open_ = RegistryEntry::none;
+    bool isPart_ = false;
 };
 
 using RegistryPtr = std::shared_ptr<const Registry>;

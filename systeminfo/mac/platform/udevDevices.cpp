@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/udevDevices.h"
 
+#include <QList>
 #include <cstring>
 #include <utility>
 
@@ -79,13 +80,16 @@ bool Devices::isVirtual(const char* path)
 
 Devices::Devices() : context_(udev_new()) {}
 
-UdevOwner<udev_enumerate> Devices::devicesOf(const char* subsystem, const char* namePattern) const
+UdevOwner<udev_enumerate> Devices::devicesOf(const char* subsystem, const char* namePatterns) const
 {
     UdevOwner<udev_enumerate> list(udev_enumerate_new(context_.get()));
-    const bool isListed = list && udev_enumerate_add_match_subsystem(list.get(), subsystem) >= 0 &&
-                          udev_enumerate_add_match_sysname(list.get(), namePattern) >= 0 &&
-                          udev_enumerate_scan_devices(list.get()) >= 0;
-    return isListed ? std::move(list) : nullptr;
+    if (!list || udev_enumerate_add_match_subsystem(list.get(), subsystem) < 0)
+        return nullptr;
+    for (const QByteArray& pattern : QByteArray(namePatterns).split('|')) {
+        if (udev_enumerate_add_match_sysname(list.get(), pattern.constData()) < 0)
+            return nullptr;
+    }
+    return udev_enumerate_scan_devices(list.get()) >= 0 ? std::move(list) : nullptr;
 }
 
 DatabaseNames Devices::databaseNames(const Device& device) const

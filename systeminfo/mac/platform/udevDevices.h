@@ -80,11 +80,11 @@ public:
 
     /// Calls @p visit with each device of a subsystem, parents before their children. Those that the kernel
     /// makes up, such as consoles, bridges and loop devices, are left out.
-    /// @param namePattern a shell pattern that the kernel's name must match
+    /// @param namePatterns shell patterns, separated by bars; the kernel's name matches one of them
     template <typename Visit>
-    void forEach(const char* subsystem, const char* namePattern, Visit visit) const
+    void forEach(const char* subsystem, const char* namePatterns, Visit visit) const
     {
-        const auto list = devicesOf(subsystem, namePattern);
+        const auto list = devicesOf(subsystem, namePatterns);
         udev_list_entry* place = list ? udev_enumerate_get_list_entry(list.get()) : nullptr;
         for (; place != nullptr; place = udev_list_entry_get_next(place)) {
             if (isVirtual(udev_list_entry_get_name(place)))
@@ -102,7 +102,7 @@ public:
 
 private:
     static bool isVirtual(const char* path);
-    UdevOwner<udev_enumerate> devicesOf(const char* subsystem, const char* namePattern) const;
+    UdevOwner<udev_enumerate> devicesOf(const char* subsystem, const char* namePatterns) const;
 
     UdevOwner<udev> context_;
     mutable UdevOwner<udev_hwdb> database_; // opened by the first look-up
