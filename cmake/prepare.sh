@@ -16,6 +16,8 @@ testPackages=(
   xvfb xauth libgl1-mesa-dri
   umockdev libumockdev-dev
   dbus-daemon
+  clang libc++-dev libc++abi-dev musl-dev
+  libgnustep-gui-dev libobjc-12-dev
 )
 
 say() {

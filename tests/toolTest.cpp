@@ -128,6 +128,9 @@ void ToolTest::addUsageRows()
         "sort >a\n"
         "env | sed '/^_=/d' | sort | diff a - && test -s a",
         0, "", "");
+    ROW("screens alone", "$TOOL --section qtScreens", 0, "QScreen\n#1\n[^\\0]*", "");
+    ROW("nothing of the GUI", "QT_QPA_PLATFORM=bogus $TOOL --section qtPrinterInfo --section network", 0,
+        "QPrinterInfo\n[^\\0]*\nNetwork Interfaces Info\n[^\\0]*", "");
     ROW("with a display", "xvfb-run -a -s '-screen 0 1024x700x24' $TOOL --section qtScreens --section openGL",
         0, "QScreen\n#1\n[^\\0]*: 1024 x 700\n[^\\0]*GL_RENDERER\\) = .+\n.*\n", "");
 }
