@@ -338,7 +338,7 @@ void RecorderTest::recordings_data()
     }
 }
 
-// Failures that a recording injects are not recorded. All else is, and what was recorded is so as it is.
+// Injected failures are not recorded. All else is, and what was recorded is recorded again unchanged.
 void RecorderTest::recordings()
 {
     QFETCH(QString, fileName);
