@@ -66,9 +66,9 @@ const SubTypeName i860SubTypes[] = {
 };
 
 const SubTypeName powerPcSubTypes[] = {
-    {1, "PowerPC 601"},    {2, "PowerPC 602"},   {3, "PowerPC 603"},   {4, "PowerPC 603e"},
-    {5, "PowerPC 603ev"},  {6, "PowerPC 604"},   {7, "PowerPC 604e"},  {8, "PowerPC 620"},
-    {9, "PowerPC 750"},    {10, "PowerPC 7400"}, {11, "PowerPC 7450"}, {100, "PowerPC 7450"},
+    {1, "PowerPC 601"},   {2, "PowerPC 602"},   {3, "PowerPC 603"},   {4, "PowerPC 603e"},
+    {5, "PowerPC 603ev"}, {6, "PowerPC 604"},   {7, "PowerPC 604e"},  {8, "PowerPC 620"},
+    {9, "PowerPC 750"},   {10, "PowerPC 7400"}, {11, "PowerPC 7450"}, {100, "PowerPC 7450"},
 };
 
 // While machines told no family.

@@ -1,3 +1,4 @@
+#include "systeminfo/mac/executedArchitecture.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/systemQueries.h"
 
@@ -58,20 +59,6 @@ QString architectureName(std::int32_t code)
     default: return QStringLiteral("unknown (%1)").arg(code);
     }
 }
-
-#if defined(Q_PROCESSOR_X86_64)
-const char executedArchitecture[] = "Intel (64bit mode)";
-#elif defined(Q_PROCESSOR_X86)
-const char executedArchitecture[] = "Intel (32bit mode)";
-#elif defined(Q_PROCESSOR_ARM) && defined(__LP64__)
-const char executedArchitecture[] = "ARM (64bit mode)";
-#elif defined(Q_PROCESSOR_ARM)
-const char executedArchitecture[] = "ARM (32bit mode)";
-#elif defined(Q_PROCESSOR_POWER)
-const char executedArchitecture[] = "PowerPC (64bit mode)";
-#else
-const char executedArchitecture[] = "unknown";
-#endif
 
 } // namespace
 

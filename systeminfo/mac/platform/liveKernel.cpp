@@ -102,7 +102,8 @@ Number memoryBytes()
 Number exactMemoryBytes()
 {
     const auto bytes = physicalMemory();
-    return bytes && *bytes <= std::numeric_limits<std::int32_t>::max() ? Number(std::int32_t(*bytes)) : std::nullopt;
+    return bytes && *bytes <= std::numeric_limits<std::int32_t>::max() ? Number(std::int32_t(*bytes))
+                                                                       : std::nullopt;
 }
 
 Number memoryMebibytes()
