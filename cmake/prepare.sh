@@ -15,7 +15,7 @@ buildPackages=(
 testPackages=(
   xvfb xauth libgl1-mesa-dri
   umockdev libumockdev-dev
-  dbus-daemon
+  dbus-daemon make
   clang libc++-dev libc++abi-dev musl-dev
   libgnustep-gui-dev libobjc-12-dev
 )

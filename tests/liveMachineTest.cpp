@@ -213,6 +213,8 @@ void LiveMachineTest::agreesWithTools()
     QCOMPARE(liveAnswer("hw.physicalcpu_max"),
              output("lscpu --parse=CORE,SOCKET | grep -v '#' | sort -u | wc -l"));
 
+    if (!fileText("/proc/self/mountinfo").contains(" / r")) // as in a chroot
+        QSKIP("the root folder is no mount point here");
     const QList<QByteArray> volumes = liveMachine()->volumes();
     QVERIFY(volumes.contains("/"));
     for (const QByteArray& volume : volumes) {
