@@ -1,6 +1,6 @@
 #include "systeminfo/mac/platform/caseSensitivity.h"
 
-#include "systeminfo/mac/platform/hostFiles.h"
+#include "systeminfo/mac/platform/liveVolumes.h"
 
 #include <QList>
 
@@ -56,19 +56,8 @@ QByteArray folderOf(const QByteArray& path)
 /// The letter case of the mount that an open file is on.
 std::optional<LetterCase> letterCaseOfMount(int descriptor)
 {
-    const HostFiles host;
-    const QByteArray information = "/proc/self/fdinfo/" + QByteArray::number(descriptor);
-    const auto identifier = valueOfKey(host.contents(information).value_or(QByteArray()), "mnt_id", ':');
-    const QList<QByteArray> lines = host.contents("/proc/self/mountinfo").value_or(QByteArray()).split('\n');
-    for (const QByteArray& line : lines) {
-        const QList<QByteArray> fields = line.split(' ');
-        // Optional fields stand between the sixth and a lone hyphen; type, source and options follow.
-        const int hyphen = fields.indexOf("-", 6);
-        if (identifier && fields.value(0) == *identifier && hyphen != -1) {
-            return letterCaseOfFileSystem(fields.value(hyphen + 1), fields.value(hyphen + 3));
-        }
-    }
-    return std::nullopt;
+    const auto mount = mountOf(descriptor);
+    return mount ? std::make_optional(letterCaseOfFileSystem(mount->type, mount->options)) : std::nullopt;
 }
 
 bool foldsCase(const QByteArray& folder)
