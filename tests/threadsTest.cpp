@@ -1,0 +1,181 @@
+// What any thread may call, on several threads at once. The build under the thread sanitizer is what this is for;
+// without it the texts still have to be the ones that a thread alone gets.
+
+#include "recordingSupport.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/norvexNetworkIfInfo.h"
+#include "systeminfo/norvexSystemInfo.h"
+
+#include <QtTest>
+#include <atomic>
+#include <functional>
+#include <thread>
+#include <vector>
+
+using namespace norvex;
+using namespace norvex::SystemInfo;
+
+using SectionText = QString (*)();
+Q_DECLARE_METATYPE(SectionText)
+
+namespace {
+
+/// Many of the recordings make sections log warnings, here on several threads at once.
+void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+/// Does the same on four threads, as often as asked on each, and gives the texts that were not the expected one.
+QStringList onThreads(int rounds, const QString& expected, const std::function<QString()>& text)
+{
+    std::vector<QStringList> others(4);
+    std::vector<std::thread> threads;
+    for (QStringList& ofThread : others) {
+        threads.emplace_back([&ofThread, rounds, &expected, &text] {
+            for (int i = 0; i < rounds; ++i) {
+                const QString result = text();
+                if (result != expected)
+                    ofThread += result;
+            }
+        });
+    }
+    QStringList all;
+    for (std::size_t i = 0; i < threads.size(); ++i) {
+        threads[i].join();
+        all += others[i];
+    }
+    return all;
+}
+
+std::shared_ptr<const Machine> recording(const char* name)
+{
+    QString reason;
+    auto machine = loadRecording(QStringLiteral(NORVEX_TEST_DATA "/recordings/%1.plist").arg(name), &reason);
+    QTest::qVerify(machine != nullptr, name, qPrintable(reason), __FILE__, __LINE__);
+    return machine;
+}
+
+QString identification(const QString& report)
+{
+    QStringList addresses;
+    unsigned char processors = 0;
+    unsigned short revision = 0;
+    QString message;
+    extractAccessKeyValues(report, false, addresses, processors, revision, message);
+    return addresses.join(' ') + QStringLiteral(" %1 %2 ").arg(processors).arg(revision) + message;
+}
+
+} // namespace
+
+class ThreadsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { qInstallMessageHandler(discard); }
+
+    void cleanup()
+    {
+        setMachine(nullptr);
+        QVERIFY(liveCounts().isZero());
+    }
+
+    void recordedMachine_data()
+    {
+        QTest::addColumn<QString>("name");
+        const QDir folder = recordingFolder();
+        for (const QString& name : folder.entryList())
+            QTest::newRow(qPrintable(name)) << folder.filePath(name);
+    }
+
+    void recordedMachine()
+    {
+        QFETCH(QString, name);
+        setMachine(loadRecording(name, nullptr));
+        QCOMPARE(onThreads(5, MacSysInfo::allInfos(), MacSysInfo::allInfos), QStringList());
+    }
+
+    void thisHost_data()
+    {
+        QTest::addColumn<SectionText>("text");
+        QTest::newRow("macModel") << SectionText(MacSysInfo::macModel);
+        QTest::newRow("kernelInfo") << SectionText(MacSysInfo::kernelInfo);
+        QTest::newRow("memoryInfo") << SectionText(MacSysInfo::memoryInfo);
+        QTest::newRow("ioKitSataDiskDevices") << SectionText(MacSysInfo::ioKitSataDiskDevices);
+        QTest::newRow("ioKitNVMExpressDevices") << SectionText(MacSysInfo::ioKitNVMExpressDevices);
+        QTest::newRow("ioKitEthernetDevices") << SectionText(MacSysInfo::ioKitEthernetDevices);
+        QTest::newRow("ioKitRootInfos") << SectionText(MacSysInfo::ioKitRootInfos);
+        QTest::newRow("ioKitGraphicsCards") << SectionText(MacSysInfo::ioKitGraphicsCards);
+        QTest::newRow("ioKitUsbDevices") << SectionText(MacSysInfo::ioKitUsbDevices);
+        QTest::newRow("checkFtdiDriver") << SectionText(MacSysInfo::checkFtdiDriver);
+        QTest::newRow("bonjourVersion") << SectionText(MacSysInfo::bonjourVersion);
+        QTest::newRow("defaultEmailApp") << SectionText(MacSysInfo::defaultEmailApp);
+        QTest::newRow("qtGlobal") << SectionText(qtGlobal);
+        QTest::newRow("qtCoreApplication") << SectionText(qtCoreApplication);
+        QTest::newRow("qtLocale") << SectionText(qtLocale);
+        QTest::newRow("qtDesktopServices") << SectionText(qtDesktopServices);
+        QTest::newRow("qtHostInfo") << SectionText(qtHostInfo);
+        QTest::newRow("network") << SectionText(NetworkInfo::allInfos);
+        QTest::newRow("qtSystemEnvironment") << SectionText(qtSystemEnvironment);
+    }
+
+    void thisHost()
+    {
+        QFETCH(SectionText, text);
+        QCOMPARE(onThreads(10, text(), text), QStringList());
+    }
+
+    /// Clocks and block counts move on their own: of these only the headings are the same each time.
+    void whatMovesOnThisHost()
+    {
+        const QStringList headings{"Volumes", "Local Date and Time",
+                                   "RS232 Serial Devices Info (from IOKit)"};
+        const auto firstWords = [&headings] {
+            const QString text = MacSysInfo::listFileSystemVolumesInfo() + qtDateTime() +
+                                 MacSysInfo::ioKitGetRs232SerialDevices(true) + MacSysInfo::cpuInfo();
+            QStringList missing;
+            for (const QString& heading : headings)
+                if (!text.contains(heading))
+                    missing += heading;
+            return missing.join(", ");
+        };
+        QCOMPARE(onThreads(10, QString(), firstWords), QStringList());
+    }
+
+    void reports_data()
+    {
+        QTest::addColumn<QString>("report");
+        for (const char* name : {"macintosh", "windows"}) {
+            const QByteArray text = contentsOf(QStringLiteral(NORVEX_TEST_DATA "/reports/%1.txt").arg(name));
+            QVERIFY(!text.isEmpty());
+            QTest::newRow(name) << QString::fromUtf8(text);
+        }
+    }
+
+    void reports()
+    {
+        QFETCH(QString, report);
+        QCOMPARE(onThreads(50, identification(report), [&report] { return identification(report); }),
+                 QStringList());
+    }
+
+    /// A report that is being made meanwhile may ask both machines; it keeps its frame and leaves nothing behind.
+    void machineChangesMeanwhile()
+    {
+        const std::shared_ptr<const Machine> machines[] = {recording("serial-parents"),
+                                                           recording("report-complete"), nullptr};
+        std::atomic<bool> ends{false};
+        std::thread changing([&] {
+            for (std::size_t i = 0; !ends; ++i)
+                setMachine(machines[i % std::size(machines)]);
+        });
+        const QString frame = QStringLiteral("16 separators");
+        const QStringList others = onThreads(20, frame, [] {
+            return QStringLiteral("%1 separators").arg(MacSysInfo::allInfos().count(separator()));
+        });
+        ends = true;
+        changing.join();
+        QCOMPARE(others, QStringList());
+    }
+};
+
+QTEST_GUILESS_MAIN(ThreadsTest)
+#include "threadsTest.moc"
