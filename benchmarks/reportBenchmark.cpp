@@ -1,15 +1,21 @@
-// The Macintosh section: live, from a recording, and over registries of growing size; loading a recording.
-// NORVEX_RECORDING=FILE measures that recording besides the generated ones.
+// Sections and the whole report: live, from a recording, and over registries of growing size; loading a recording.
+// NORVEX_RECORDING=FILE measures that recording besides the generated ones. Without a display it chooses Qt's
+// offscreen platform, on which there is no OpenGL.
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/machine.h"
 #include "systeminfo/mac/platform/recordedMachine.h"
+#include "systeminfo/norvexNetworkIfInfo.h"
+#include "systeminfo/norvexSystemInfo.h"
+#include "systeminfo/scanOpenGLInfo.h"
 
+#include <QApplication>
 #include <QBuffer>
 #include <QFile>
 
 #include <benchmark/benchmark.h>
 
+using namespace norvex::SystemInfo;
 using namespace norvex::SystemInfo::MacSysInfo;
 
 namespace {
@@ -64,11 +70,14 @@ void macintoshSectionByEntries(benchmark::State& state)
     const auto machine = machineOf(recordingWith(int(state.range(0))));
     norvex::setMachine(machine);
     for (auto _ : state)
-        benchmark::DoNotOptimize(allInfos());
+        benchmark::DoNotOptimize(MacSysInfo::allInfos());
     norvex::setMachine(nullptr);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(macintoshSectionByEntries)->RangeMultiplier(10)->Range(1000, 1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(macintoshSectionByEntries)
+    ->RangeMultiplier(10)
+    ->Range(1000, 1000000)
+    ->Unit(benchmark::kMillisecond);
 
 struct Section
 {
@@ -76,25 +85,57 @@ struct Section
     QString (*function)();
 };
 
-const Section sections[] = {
-    {"macintosh", allInfos},
+QString openGL()
+{
+    QString text;
+    CScanOpenGLInfo().getInfo(text);
+    return text;
+}
+
+// Answered by the machine, live or recorded.
+const Section macintoshSections[] = {
+    {"allInfos(true)", [] { return norvex::SystemInfo::allInfos(true); }},
+    {"macintosh", MacSysInfo::allInfos},
+    {"osVersion", [] { return osVersion(true); }},
     {"kernelInfo", kernelInfo},
+    {"macModel", macModel},
+    {"architecture", architecture},
     {"cpuInfo", cpuInfo},
     {"memoryInfo", memoryInfo},
     {"ioKitSataDiskDevices", ioKitSataDiskDevices},
+    {"ioKitSerialAtapiDevices", ioKitSerialAtapiDevices},
     {"ioKitNVMExpressDevices", ioKitNVMExpressDevices},
     {"listFileSystemVolumesInfo", listFileSystemVolumesInfo},
     {"ioKitEthernetDevices", ioKitEthernetDevices},
-    {"ioKitGraphicsCards", ioKitGraphicsCards},
-    {"ioKitUsbDevices", ioKitUsbDevices},
     {"ioKitPlatformInfos", ioKitPlatformInfos},
     {"ioKitRootInfos", ioKitRootInfos},
-    {"serialPorts", [] { return ioKitGetRs232SerialDevices(true); }},
+    {"ioKitGraphicsCards", ioKitGraphicsCards},
+    {"ioKitUsbDevices", ioKitUsbDevices},
+    {"ioKitGetRs232SerialDevices", [] { return ioKitGetRs232SerialDevices(true); }},
+    {"checkFtdiDriver", checkFtdiDriver},
     {"bonjourVersion", bonjourVersion},
     {"defaultEmailApp", defaultEmailApp},
 };
 
-void runSection(benchmark::State& state, const Section& section, std::shared_ptr<const norvex::Machine> machine)
+// Answered by Qt on whatever host this is.
+const Section qtSections[] = {
+    {"qtDateTime", qtDateTime},
+    {"qtGlobal", qtGlobal},
+    {"qtCoreApplication", qtCoreApplication},
+    {"qtLocale", qtLocale},
+    {"qtScreens", qtScreens},
+    {"qtDesktop", qtDesktop},
+    {"qtDesktopServices", qtDesktopServices},
+    {"qtPrinterInfo", qtPrinterInfo},
+    {"qtHostInfo", qtHostInfo},
+    {"network", NetworkInfo::allInfos},
+    {"qtSystemEnvironment", qtSystemEnvironment},
+    {"openGL", openGL},
+    {"allInfos(false)", [] { return norvex::SystemInfo::allInfos(false); }},
+};
+
+void runSection(benchmark::State& state, const Section& section,
+                std::shared_ptr<const norvex::Machine> machine)
 {
     norvex::setMachine(std::move(machine));
     for (auto _ : state)
@@ -104,11 +145,14 @@ void runSection(benchmark::State& state, const Section& section, std::shared_ptr
 
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-void registerSections(const char* machineName, const std::shared_ptr<const norvex::Machine>& machine)
+template <std::size_t count>
+void registerSections(const char* machineName, const std::shared_ptr<const norvex::Machine>& machine,
+                      const Section (&sections)[count])
 {
     for (const Section& section : sections) {
         const std::string name = std::string(machineName) + "/" + section.name;
-        benchmark::RegisterBenchmark(name.c_str(), runSection, section, machine)->Unit(benchmark::kMicrosecond);
+        benchmark::RegisterBenchmark(name.c_str(), runSection, section, machine)
+            ->Unit(benchmark::kMicrosecond);
     }
 }
 
@@ -116,14 +160,18 @@ void registerSections(const char* machineName, const std::shared_ptr<const norve
 
 int main(int argc, char* argv[])
 {
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
     qInstallMessageHandler(discard);
     benchmark::Initialize(&argc, argv);
-    registerSections("live", nullptr);
+    registerSections("live", nullptr, macintoshSections);
+    registerSections("live", nullptr, qtSections);
     QFile recording(qEnvironmentVariable("NORVEX_RECORDING"));
     if (recording.open(QIODevice::ReadOnly)) {
         const QByteArray text = recording.readAll();
         benchmark::RegisterBenchmark("recorded/load", loadRecording, text)->Unit(benchmark::kMillisecond);
-        registerSections("recorded", machineOf(text));
+        registerSections("recorded", machineOf(text), macintoshSections);
     }
     benchmark::RunSpecifiedBenchmarks();
     return 0;
