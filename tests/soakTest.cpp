@@ -5,6 +5,7 @@
 #include "systeminfo/norvexSystemInfo.h"
 
 #include <QApplication>
+#include <QOpenGLContext>
 #include <QtTest>
 #include <limits>
 #include <malloc.h>
@@ -87,6 +88,12 @@ private slots:
             setMachine(loadRecording(recording, &reason));
         QCOMPARE(reason, QString());
 
+        if (!skipOpenGL) {
+            if (!qEnvironmentVariableIsSet("DISPLAY"))
+                QSKIP("no display, so no OpenGL");
+            QVERIFY(SystemInfo::allInfos(false).contains("hasOpenGL         1\n"));
+        }
+
         // Caches of Qt, of the driver and of the C library fill during the first ones.
         makeReports(10, skipOpenGL);
         LoggedMessages::text().clear();
@@ -109,6 +116,7 @@ private slots:
         QVERIFY(after.residentBytes - before.residentBytes <= residentAllowance);
         QCOMPARE(after.descriptors, before.descriptors);
         QCOMPARE(after.threads, before.threads);
+        QVERIFY(!QOpenGLContext::currentContext());
     }
 };
 
