@@ -4,7 +4,7 @@
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/machine.h"
-#include "systeminfo/mac/platform/recordedMachine.h"
+#include "systeminfo/mac/platform/recorded/recordedMachine.h"
 #include "systeminfo/norvexNetworkIfInfo.h"
 #include "systeminfo/norvexSystemInfo.h"
 #include "systeminfo/scanOpenGLInfo.h"
@@ -38,8 +38,9 @@ QByteArray recordingWith(int entries)
     QByteArray text = "<plist version=\"1.0\"><dict><key>recording</key><integer>1</integer>"
                       "<key>registry</key><dict><key>children</key><array>";
     text.reserve(text.size() + entries * other.size());
-    for (int i = 0; i < entries; ++i)
+    for (int i = 0; i < entries; ++i) {
         text += i % 100 == 0 ? device : other;
+    }
     return text + "</array></dict></dict></plist>";
 }
 
@@ -53,8 +54,9 @@ std::shared_ptr<const norvex::Machine> machineOf(QByteArray recording)
 
 void loadRecording(benchmark::State& state, const QByteArray& recording)
 {
-    for (auto _ : state)
+    for (auto _ : state) {
         benchmark::DoNotOptimize(machineOf(recording));
+    }
     state.SetBytesProcessed(state.iterations() * recording.size());
 }
 
@@ -69,8 +71,9 @@ void macintoshSectionByEntries(benchmark::State& state)
 {
     const auto machine = machineOf(recordingWith(int(state.range(0))));
     norvex::setMachine(machine);
-    for (auto _ : state)
+    for (auto _ : state) {
         benchmark::DoNotOptimize(MacSysInfo::allInfos());
+    }
     norvex::setMachine(nullptr);
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -138,8 +141,9 @@ void runSection(benchmark::State& state, const Section& section,
                 std::shared_ptr<const norvex::Machine> machine)
 {
     norvex::setMachine(std::move(machine));
-    for (auto _ : state)
+    for (auto _ : state) {
         benchmark::DoNotOptimize(section.function());
+    }
     norvex::setMachine(nullptr);
 }
 
@@ -160,8 +164,9 @@ void registerSections(const char* machineName, const std::shared_ptr<const norve
 
 int main(int argc, char* argv[])
 {
-    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (!qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     const QApplication application(argc, argv);
     qInstallMessageHandler(discard);
     benchmark::Initialize(&argc, argv);

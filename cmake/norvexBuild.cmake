@@ -36,9 +36,7 @@ endfunction()
 # The shared library: names, versions and what an application inherits from it.
 function(norvex_configure_library target)
   norvex_configure(${target})
-  target_link_libraries(${target} PRIVATE norvexObjects
-    Qt5::Gui Qt5::Widgets Qt5::PrintSupport Qt5::Network Qt5::OpenGL)
-  target_link_libraries(${target} PUBLIC Qt5::Core)
+  target_link_libraries(${target} PRIVATE norvexObjects PUBLIC Qt5::Core)
   target_include_directories(${target} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
     $<INSTALL_INTERFACE:include/norvexSystemInfo>)
@@ -51,16 +49,11 @@ function(norvex_configure_library target)
       INSTALL_NAME_DIR "@executable_path/../Libraries"
       MACHO_CURRENT_VERSION 1.2.171
       MACHO_COMPATIBILITY_VERSION 1.2.0)
-    target_link_options(${target} PRIVATE
-      "SHELL:-framework CoreFoundation" "SHELL:-framework CoreServices" "SHELL:-framework IOKit"
-      "SHELL:-framework Security" "SHELL:-framework Foundation" "SHELL:-framework AppKit"
-      "SHELL:-framework OpenGL")
   else()
     set_target_properties(${target} PROPERTIES VERSION 1.2.171 SOVERSION 1)
     if(norvex_is_top_level)
       set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
     endif()
-    target_link_libraries(${target} PRIVATE Qt5::DBus PkgConfig::NORVEX_HOST)
   endif()
 endfunction()
 

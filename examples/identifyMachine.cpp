@@ -15,7 +15,8 @@ int main(int argc, char* argv[])
     unsigned char processors = 0;
     unsigned short revision = 0;
     QString error;
-    if (!norvex::SystemInfo::extractAccessKeyValues(report, true, macAddresses, processors, revision, error)) {
+    if (!norvex::SystemInfo::extractAccessKeyValues(report, true, macAddresses, processors, revision,
+                                                    error)) {
         std::fprintf(stderr, "%s\n", qPrintable(error));
         return 1;
     }

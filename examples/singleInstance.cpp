@@ -15,8 +15,9 @@ int main(int argc, char* argv[])
     disableAppNap("The window shows a clock."); // until the application ends
     QLabel window(QStringLiteral("The only instance"));
     window.show();
-    if (application.arguments().contains(QStringLiteral("--quit")))
+    if (application.arguments().contains(QStringLiteral("--quit"))) {
         QMetaObject::invokeMethod(&application, "quit", Qt::QueuedConnection);
+    }
     const int status = application.exec();
     enableAppNap();
     return status;

@@ -1,6 +1,6 @@
 #include "fuzz/require.h"
-#include "systeminfo/mac/platform/propertyListCheck.h"
-#include "systeminfo/mac/platform/propertyListFile.h"
+#include "systeminfo/mac/platform/live/propertyListCheck.h"
+#include "systeminfo/mac/platform/live/propertyListFile.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "fuzz/require.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/machine.h"
-#include "systeminfo/mac/platform/recordedMachine.h"
+#include "systeminfo/mac/platform/recorded/recordedMachine.h"
 
 #include <QBuffer>
 
@@ -26,13 +26,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     norvex::PlistFailure failure;
     auto machine = norvex::readRecording(buffer, failure);
     require((machine == nullptr) == !failure.reason.isEmpty(), "a reason exactly on refusal");
-    if (machine == nullptr)
+    if (machine == nullptr) {
         return 0;
+    }
     norvex::setMachine(std::move(machine));
     const QString section = allInfos();
     norvex::setMachine(nullptr);
     require(isQuiet && norvex::liveCounts().isZero(), "nothing is left behind");
-    require(section.startsWith(QLatin1String("############ Macintosh specific section ###########\n")), "a banner");
+    require(section.startsWith(QLatin1String("############ Macintosh specific section ###########\n")),
+            "a banner");
     require(section.count(separator()) >= 16, "a separator behind each group");
     return 0;
 }

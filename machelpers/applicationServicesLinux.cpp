@@ -3,8 +3,8 @@
 
 #include "machelpers/applicationServices.h"
 #include "machelpers/privilegedToolLinux.h"
-#include "systeminfo/mac/platform/caseSensitivity.h"
-#include "systeminfo/mac/platform/hostFiles.h"
+#include "systeminfo/mac/platform/live/kernelFiles.h"
+#include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/machine.h"
 
 #include <QGuiApplication>
@@ -25,7 +25,7 @@ namespace {
 /// A process that has not ended; a thread's number is none.
 bool isRunningProcess(std::int32_t process)
 {
-    const auto status = HostFiles().contents("/proc/" + QByteArray::number(process) + "/status");
+    const auto status = KernelFiles().contents("/proc/" + QByteArray::number(process) + "/status");
     if (!status || valueOfKey(*status, "Tgid", ':') != QByteArray::number(process)) {
         return false;
     }
@@ -66,7 +66,7 @@ public:
         if (stat("/proc/self/exe", &self) != 0) {
             return instances;
         }
-        const QList<QByteArray> folders = HostFiles().matching("/proc/[0-9]*");
+        const QList<QByteArray> folders = KernelFiles().matching("/proc/[0-9]*");
         for (const QByteArray& folder : folders) {
             struct stat owner = {};
             struct stat executable = {};

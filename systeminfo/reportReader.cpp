@@ -6,8 +6,7 @@
 #include <cstring>
 #include <iterator>
 
-namespace norvex {
-namespace SystemInfo {
+namespace norvex::SystemInfo {
 namespace {
 
 const char* const qtBanner = "###### System informations retrieved using Qt #######";
@@ -252,5 +251,4 @@ bool extractAccessKeyValues(const QString& report, bool skipBracedInterfaceNames
            reader.readProcessorRevision(processorRevision);
 }
 
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo

@@ -50,8 +50,9 @@ NORVEX_INTERPOSED void* realloc(void* block, std::size_t size) noexcept
 // The sanitizer's operators do not go through malloc; these do.
 NORVEX_INTERPOSED void* operator new(std::size_t size)
 {
-    if (void* const block = malloc(size))
+    if (void* const block = malloc(size)) {
         return block;
+    }
     throw std::bad_alloc();
 }
 NORVEX_INTERPOSED void* operator new(std::size_t size, const std::nothrow_t&) noexcept
@@ -129,8 +130,10 @@ void AllocationSweepTest::sweep(Action action, Check check)
 void AllocationSweepTest::reports_data()
 {
     QTest::addColumn<QString>("name");
-    for (const char* name : {"report-complete", "report-noPort", "report-noMatching", "usb-unusableNumbers"})
+    for (const char* name :
+         {"report-complete", "report-noPort", "report-noMatching", "usb-unusableNumbers"}) {
         QTest::newRow(name) << NORVEX_TEST_DATA "/recordings/" + QString(name);
+    }
 }
 
 // The first of them finds everything that is made once and kept not yet made.
@@ -144,8 +147,9 @@ void AllocationSweepTest::reports()
         last = report;
         return isSame;
     });
-    if (QString(QTest::currentDataTag()).startsWith("report"))
+    if (QString(QTest::currentDataTag()).startsWith("report")) {
         QCOMPARE(last.value_or(QString()), QString::fromUtf8(contentsOf(name + ".txt")));
+    }
 }
 
 void AllocationSweepTest::loading()

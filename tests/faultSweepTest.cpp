@@ -1,6 +1,6 @@
 #include "recordingSupport.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/platform/callCounter.h"
+#include "systeminfo/mac/platform/failureInjection.h"
 
 #include <QtTest>
 
@@ -53,8 +53,9 @@ QStringList groupsOf(const QString& report)
 {
     const QString banner = "############ Macintosh specific section ###########\n";
     QStringList groups = report.mid(banner.size()).split(QString(72, '-') + '\n');
-    if (!report.startsWith(banner) || groups.size() != 17 || !groups.takeLast().isEmpty())
+    if (!report.startsWith(banner) || groups.size() != 17 || !groups.takeLast().isEmpty()) {
         return {};
+    }
     return groups;
 }
 
@@ -68,14 +69,16 @@ QString strangeLine(const QString& group, const QString& known)
 {
     const QStringList lines = known.split('\n');
     QSet<QString> labels;
-    for (const QString& line : lines)
+    for (const QString& line : lines) {
         labels += labelOf(line);
+    }
     for (const QString& line : group.split('\n')) {
         const QString label = labelOf(line);
         const bool isKnown =
             label.isEmpty() ? lines.contains(line) || failureLines.contains(line) : labels.contains(label);
-        if (!isKnown)
+        if (!isKnown) {
             return line;
+        }
     }
     return QString();
 }
@@ -110,8 +113,9 @@ void FaultSweepTest::everyCallFails_data()
     const QDir folder = recordingFolder();
     QVERIFY2(!folder.isEmpty(), qPrintable(folder.path()));
     for (const QFileInfo& file : folder.entryInfoList()) {
-        if (qEnvironmentVariableIsSet("NORVEX_RECORDINGS") || file.fileName() == "report-complete.plist")
+        if (qEnvironmentVariableIsSet("NORVEX_RECORDINGS") || file.fileName() == "report-complete.plist") {
             QTest::newRow(qPrintable(file.completeBaseName())) << file.filePath();
+        }
     }
 }
 
@@ -142,11 +146,13 @@ void FaultSweepTest::everyCallFails()
         const QStringList groups = groupsOf(allInfos());
         QVERIFY2(liveCounts().isZero(), which.constData());
         QVERIFY2(groups.size() == 16, which.constData());
-        for (const auto& section : sections)
+        for (const auto& section : sections) {
             QVERIFY2(groups[section.group].contains(section.lasting), which.constData());
+        }
         for (int group = 0; group < 16; ++group) {
-            if (group != calls[call])
+            if (group != calls[call]) {
                 QCOMPARE(groups[group], undisturbed[group]);
+            }
         }
         const QString strange = strangeLine(groups[calls[call]], known[calls[call]]);
         QVERIFY2(strange.isEmpty(), qPrintable(which + ": " + strange));

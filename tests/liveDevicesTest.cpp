@@ -1,9 +1,9 @@
 #include <umockdev.h>
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/platform/liveDevices.h"
+#include "systeminfo/mac/platform/live/deviceRegistry.h"
+#include "systeminfo/mac/platform/live/udevDevices.h"
 #include "systeminfo/mac/platform/machine.h"
-#include "systeminfo/mac/platform/udevDevices.h"
 
 #include <QtTest>
 
@@ -97,8 +97,9 @@ void LiveDevicesTest::newTestbed()
 
 void LiveDevicesTest::load(const QString& testbed)
 {
-    if (testbed == loaded_) // making one takes its time
+    if (testbed == loaded_) { // making one takes its time
         return;
+    }
     newTestbed();
     loaded_ = testbed;
     GError* error = nullptr;
@@ -118,8 +119,9 @@ void LiveDevicesTest::sectionsOfHardware_data()
     QTest::addColumn<QString>("testbed");
     QTest::addColumn<int>("section");
     for (const char* testbed : {"testbedDesktop", "testbedOddities"}) {
-        for (int i = 0; i < int(std::size(sections)); ++i)
+        for (int i = 0; i < int(std::size(sections)); ++i) {
             QTest::addRow("%s, %s", testbed, sections[i].name) << testbed << i;
+        }
     }
 }
 
@@ -144,10 +146,12 @@ void LiveDevicesTest::queryScansItsOwnDevices()
         const auto registry = liveRegistry(name);
         std::uint32_t found = 0;
         std::uint32_t foundInWhole = 0;
-        for (std::uint32_t i = 1; i < registry->size(); ++i)
+        for (std::uint32_t i = 1; i < registry->size(); ++i) {
             found += registry->conformsTo(i, name) ? 1 : 0;
-        for (std::uint32_t i = 1; i < whole->size(); ++i)
+        }
+        for (std::uint32_t i = 1; i < whole->size(); ++i) {
             foundInWhole += whole->conformsTo(i, name) ? 1 : 0;
+        }
         QVERIFY2(found > 0, name);
         QCOMPARE(found, foundInWhole);
         QVERIFY2(registry->size() < whole->size() / 2, name);
@@ -167,8 +171,9 @@ void LiveDevicesTest::rootTellsKernelBuild()
 void LiveDevicesTest::modelFromHardwareDatabase()
 {
     const norvex::UdevOwner<udev_hwdb> database(udev_hwdb_new(nullptr));
-    if (!database)
+    if (!database) {
         QSKIP("udev's hardware database is not installed");
+    }
     newTestbed();
     const char card[] = "P: /devices/pci0000:00/0000:00:02.0\nE: SUBSYSTEM=pci\nA: class=0x030000\n"
                         "A: modalias=pci:v00008086d00000116sv0000103Csd0000161Cbc03sc00i00\n";
@@ -194,8 +199,9 @@ int main(int argc, char** argv)
         QByteArray libraries = "libumockdev-preload.so.0";
         Dl_info sanitizer = {};
         void* start = dlsym(RTLD_DEFAULT, "__asan_init");
-        if (start != nullptr && dladdr(start, &sanitizer) != 0)
+        if (start != nullptr && dladdr(start, &sanitizer) != 0) {
             libraries = sanitizer.dli_fname + (' ' + libraries);
+        }
         qputenv("LD_PRELOAD", libraries);
         execv("/proc/self/exe", argv);
         qFatal("cannot start again with a testbed");

@@ -1,6 +1,6 @@
-#include "systeminfo/mac/platform/liveKernel.h"
-#include "systeminfo/mac/platform/liveProcessor.h"
-#include "systeminfo/mac/platform/liveVolumes.h"
+#include "systeminfo/mac/platform/live/kernel.h"
+#include "systeminfo/mac/platform/live/processor.h"
+#include "systeminfo/mac/platform/live/volumes.h"
 #include "systeminfo/mac/platform/machine.h"
 
 #include <QtTest>
@@ -27,8 +27,9 @@ void addSections(const char* fileName)
 std::uint32_t selector(const QByteArray& code)
 {
     std::uint32_t value = 0;
-    for (const char character : code)
+    for (const char character : code) {
         value = value << 8 | std::uint8_t(character);
+    }
     return value;
 }
 
@@ -42,10 +43,12 @@ QByteArray shown(const QByteArray& name, const std::optional<QByteArray>& answer
                                             "machdep.cpu.vendor",
                                             "machdep.cpu.brand_string",
                                             "machdep.cpu.features"};
-    if (!answer)
+    if (!answer) {
         return "-";
-    if (texts.contains(name))
+    }
+    if (texts.contains(name)) {
         return answer->endsWith('\0') ? answer->chopped(1) : "no zero byte";
+    }
     const bool isTime = name == "kern.boottime" && answer->size() == int(sizeof(timeval));
     qint64 number = 0;
     std::memcpy(&number, answer->constData(), isTime ? sizeof number : std::size_t(answer->size()));
@@ -61,8 +64,9 @@ QByteArray liveAnswer(const QByteArray& name)
 /// The CPUID of a processor that a data file describes.
 Cpuid cpuidOf(const QMap<QByteArray, QByteArray>& facts)
 {
-    if (facts.isEmpty())
+    if (facts.isEmpty()) {
         return {};
+    }
     return [facts](std::uint32_t leaf) {
         const auto word = [&facts](const char* text, int place) {
             const QByteArray bytes = facts.value(text).leftJustified(48, '\0').mid(place, 4);
@@ -75,10 +79,12 @@ Cpuid cpuidOf(const QMap<QByteArray, QByteArray>& facts)
         };
         const bool isBrand = leaf >= 0x80000002u && leaf <= 0x80000004u;
         const int part = isBrand ? int(leaf - 0x80000002u) * 16 : 0;
-        if (leaf == 0)
+        if (leaf == 0) {
             return CpuidRegisters{0x16, word("vendor", 0), word("vendor", 8), word("vendor", 4)};
-        if (leaf == 0x80000000u)
+        }
+        if (leaf == 0x80000000u) {
             return CpuidRegisters{facts.contains("brand") ? 0x80000008u : leaf, 0, 0, 0};
+        }
         if (isBrand) {
             return CpuidRegisters{word("brand", part), word("brand", part + 4), word("brand", part + 8),
                                   word("brand", part + 12)};
@@ -97,7 +103,7 @@ QByteArray output(const char* command)
 
 QByteArray fileText(const char* path)
 {
-    return HostFiles().contents(path).value_or(QByteArray());
+    return KernelFiles().contents(path).value_or(QByteArray());
 }
 
 } // namespace
@@ -136,7 +142,7 @@ void LiveMachineTest::hosts()
             QVERIFY(QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly));
             file.write(value);
         } else if (key.startsWith("? ")) {
-            const HostFiles files(root.path().toUtf8());
+            const KernelFiles files(root.path().toUtf8());
             const QByteArray name = key.mid(2);
             const auto gestalt = kernelGestalt(selector(name), files);
             const auto kernel = kernelSysctl(name, files);
@@ -199,8 +205,9 @@ void LiveMachineTest::agreesWithKernel()
     QCOMPARE(liveAnswer("lram"), kilobytes * 1024 <= largest ? exactSize : QByteArray("-"));
     QCOMPARE(liveAnswer("kern.version"), fileText("/proc/version").trimmed());
     // Linux has no equivalent of the first two.
-    for (const char* name : {"lmem", "mmu ", "no.such.name", ""})
+    for (const char* name : {"lmem", "mmu ", "no.such.name", ""}) {
         QCOMPARE(liveAnswer(name), QByteArray("-"));
+    }
 }
 
 void LiveMachineTest::agreesWithTools()
@@ -213,8 +220,9 @@ void LiveMachineTest::agreesWithTools()
     QCOMPARE(liveAnswer("hw.physicalcpu_max"),
              output("lscpu --parse=CORE,SOCKET | grep -v '#' | sort -u | wc -l"));
 
-    if (!fileText("/proc/self/mountinfo").contains(" / r")) // as in a chroot
+    if (!fileText("/proc/self/mountinfo").contains(" / r")) { // as in a chroot
         QSKIP("the root folder is no mount point here");
+    }
     const QList<QByteArray> volumes = liveMachine()->volumes();
     QVERIFY(volumes.contains("/"));
     for (const QByteArray& volume : volumes) {
@@ -243,8 +251,9 @@ void LiveMachineTest::loopMounted()
     const QByteArray image = "'" + folder.path().toUtf8() + "/image'";
     const QByteArray type = QTest::currentDataTag();
     if (output("mkdir '" + point + "' && truncate -s 40M " + image + " && mkfs." + type + " " + image +
-               " 2>&1 && mount -o loop " + image + " '" + point + "' && echo mounted") == QByteArray())
+               " 2>&1 && mount -o loop " + image + " '" + point + "' && echo mounted") == QByteArray()) {
         QSKIP("the file system cannot be mounted here");
+    }
     const auto volumes = liveMachine()->volumes();
     const auto record = liveMachine()->statfs(point);
     const auto sensitive = liveMachine()->caseSensitive(point);

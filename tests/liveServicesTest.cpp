@@ -1,4 +1,4 @@
-#include "systeminfo/mac/platform/liveServices.h"
+#include "systeminfo/mac/platform/live/services.h"
 
 #include <QtDBus>
 #include <QtTest>
@@ -24,8 +24,9 @@ public:
     QString introspect(const QString&) const override { return QString(); }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
     {
-        if (!version.isEmpty())
+        if (!version.isEmpty()) {
             connection.send(message.createReply(QString::fromUtf8(version)));
+        }
         return true;
     }
 };
@@ -51,8 +52,9 @@ QList<TimedAnswer> ask(int threads = 1)
     }
     QList<TimedAnswer> answers;
     for (auto& question : questions) {
-        while (question.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready)
+        while (question.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
             QCoreApplication::processEvents();
+        }
         answers.append(question.get());
     }
     return answers;
@@ -107,8 +109,9 @@ void LiveServicesTest::initTestCase()
               "[Desktop Entry]\nType=Application\nName=Mailer\nExec=true %u\n");
     writeFile(QStringLiteral("applications/mimeapps.list"),
               "[Default Applications]\nx-scheme-handler/mailto=mailer.desktop\n");
-    for (const char* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_DIRS"})
+    for (const char* variable : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_DATA_DIRS", "XDG_CONFIG_DIRS"}) {
         qputenv(variable, folder);
+    }
 
     bus_.start(QStringLiteral("dbus-daemon"),
                {QStringLiteral("--nofork"), QStringLiteral("--print-address"),

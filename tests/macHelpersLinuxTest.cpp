@@ -3,7 +3,7 @@
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
 #include "machelpers/privilegedToolLinux.h"
-#include "systeminfo/mac/platform/caseSensitivity.h"
+#include "systeminfo/mac/platform/live/letterCase.h"
 
 #include <QtTest>
 
@@ -372,8 +372,9 @@ private slots:
 
     void executablesVolume()
     {
-        if (!letterCaseOf(QCoreApplication::applicationFilePath().toUtf8()))
+        if (!letterCaseOf(QCoreApplication::applicationFilePath().toUtf8())) {
             QSKIP("the program's mount is not to be seen from here");
+        }
         // The program's own folder tells whether a name in other letters is the same.
         const QString program = QCoreApplication::applicationFilePath();
         const QFileInfo other(QFileInfo(program).path() + QLatin1Char('/') +

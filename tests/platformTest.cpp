@@ -1,7 +1,7 @@
 #include "recordingSupport.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/ioKit.h"
-#include "systeminfo/mac/platform/systemCalls.h"
+#include "systeminfo/mac/platform/libSystem.h"
 
 #include <QtTest>
 #include <climits>
@@ -28,8 +28,9 @@ struct Held
     Held& operator=(const Held&) = delete;
     ~Held()
     {
-        if (object != nullptr)
+        if (object != nullptr) {
             CFRelease(object);
+        }
     }
 
     const CFTypeRef object;
@@ -58,8 +59,9 @@ QMap<QByteArray, QByteArray> documentsIn(const char* fileName)
         }
     }
     for (auto each = documents.begin(); each != documents.end(); ++each) {
-        if (each.key().startsWith('-'))
+        if (each.key().startsWith('-')) {
             *each = "<plist><dict><key>recording</key><integer>1</integer>\n" + *each + "</dict></plist>";
+        }
     }
     return documents;
 }
@@ -113,8 +115,9 @@ void PlatformTest::refusals_data()
 {
     QTest::addColumn<QByteArray>("document");
     const auto documents = documentsIn("refusedRecordings.txt");
-    for (const QByteArray& name : documents.keys())
+    for (const QByteArray& name : documents.keys()) {
         QTest::newRow(name.constData()) << documents[name];
+    }
     QTest::newRow("no UTF-8") << QByteArray("<plist><dict>\n<key>\xff|</key><true/></dict></plist>");
 }
 
@@ -272,8 +275,9 @@ void PlatformTest::handles()
     QCOMPARE(liveCounts().iterators, 1);
     releaseObject(device);
     QCOMPARE(liveCounts().entries, 0);
-    for (const unsigned dead : {device, 0U, 0xffffffffU, iterator + 1000})
+    for (const unsigned dead : {device, 0U, 0xffffffffU, iterator + 1000}) {
         releaseObject(dead);
+    }
     QCOMPARE(liveCounts().iterators, 1);
     const unsigned second = nextObject(iterator);
     QVERIFY(second != 0);
@@ -404,8 +408,9 @@ void PlatformTest::texts()
     QCOMPARE(converted(QByteArray("ab\0cd", 5)), QString("ab"));
     QCOMPARE(converted(QByteArray("\0", 1)), QString(""));
     QCOMPARE(converted(""), QString(""));
-    for (const char* text : {"\xc3\xb6\xc3\x9f", "\xe2\x82\xac", "\xf0\x9f\x92\xbb"})
+    for (const char* text : {"\xc3\xb6\xc3\x9f", "\xe2\x82\xac", "\xf0\x9f\x92\xbb"}) {
         QCOMPARE(converted(text), QString::fromUtf8(text));
+    }
     QCOMPARE(converted(QByteArray("\xef\xbf\xbd").repeated(5000)).size(), 5000);
     QVERIFY(CFStringToQString(nullptr).isNull());
     QVERIFY(messages.text().isEmpty());
@@ -421,8 +426,9 @@ void PlatformTest::propertyListKeyPaths()
     };
     QCOMPARE(answer("/p", "a"), "2A");
     QCOMPARE(answer("/p", "b.c"), "2");
-    for (const char* keyPath : {"b", "b.d", "b.x", "a.b", "x", "", "b.", ".a"})
+    for (const char* keyPath : {"b", "b.d", "b.x", "a.b", "x", "", "b.", ".a"}) {
         QCOMPARE(answer("/p", keyPath), "1");
+    }
     QCOMPARE(answer("/q", "a"), "0");
 }
 
@@ -437,8 +443,9 @@ void PlatformTest::osVersionNames()
         QCOMPARE(osVersionName(9, minor, 0) + osVersionName(11, minor, 0) + osVersionName(-10, minor, 0),
                  QString());
     }
-    for (const int minor : {-1, 15, 16, INT_MIN, INT_MAX})
+    for (const int minor : {-1, 15, 16, INT_MIN, INT_MAX}) {
         QCOMPARE(osVersionName(10, minor, 0), QString());
+    }
 }
 
 void PlatformTest::bonjour()
@@ -479,12 +486,14 @@ void PlatformTest::threads()
     threads.reserve(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
-            for (int round = 0; round < 25; ++round)
+            for (int round = 0; round < 25; ++round) {
                 wrong += allInfos() != expected;
+            }
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     QCOMPARE(wrong.load(), 0);
 }
 

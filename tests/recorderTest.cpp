@@ -3,11 +3,11 @@
 #include "tests/recordingSupport.h"
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/platform/callCounter.h"
-#include "tools/anonymiser.h"
-#include "tools/recorder.h"
-#include "tools/recordingWriter.h"
-#include "tools/replacements.h"
+#include "systeminfo/mac/platform/failureInjection.h"
+#include "systeminfo/privacy/replacements.h"
+#include "tools/anonymise/anonymiser.h"
+#include "tools/record/recorder.h"
+#include "tools/record/recordingWriter.h"
 
 #include <QFile>
 #include <QProcess>
@@ -488,7 +488,7 @@ void RecorderTest::replacements_data()
 
 void RecorderTest::replacements()
 {
-    using R = Tool::Replacements;
+    using R = Privacy::Replacements;
     R all;
     all.add("abc", "uvw", R::Where::Anywhere, R::Letters::EachAsFound);
     all.add("abc", "no!", R::Where::Anywhere, R::Letters::EachAsFound);

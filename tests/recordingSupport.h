@@ -1,6 +1,6 @@
 #pragma once
 
-#include "systeminfo/mac/platform/recordedMachine.h"
+#include "systeminfo/mac/platform/recorded/recordedMachine.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -37,8 +37,9 @@ inline void sameLines(const QString& actual, const QString& expected)
     const QStringList expectedLines = expected.split('\n');
     for (int i = 0; i < std::min(lines.size(), expectedLines.size()); ++i) {
         const QByteArray line = "line " + QByteArray::number(i + 1);
-        if (!QTest::qCompare(lines[i], expectedLines[i], line.constData(), "expected", __FILE__, __LINE__))
+        if (!QTest::qCompare(lines[i], expectedLines[i], line.constData(), "expected", __FILE__, __LINE__)) {
             return;
+        }
     }
     QTest::qCompare(actual, expected, "whole text", "expected", __FILE__, __LINE__);
 }

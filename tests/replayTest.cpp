@@ -38,8 +38,9 @@ QString sectionFor(const QString& name)
 {
     const QString topic = name.section('-', 0, 0);
     for (const Topic& each : topics) {
-        if (topic == QLatin1String(each.name))
+        if (topic == QLatin1String(each.name)) {
             return each.section();
+        }
     }
     return allInfos();
 }
@@ -48,8 +49,9 @@ QList<QStringList> tableOf(const char* fileName)
 {
     QList<QStringList> rows;
     for (const QByteArray& line : contentsOf(NORVEX_TEST_DATA "/" + QString(fileName)).split('\n')) {
-        if (!line.isEmpty() && !line.startsWith('#'))
+        if (!line.isEmpty() && !line.startsWith('#')) {
             rows += QString::fromUtf8(line).split('\t');
+        }
     }
     return rows;
 }
@@ -79,8 +81,9 @@ void ReplayTest::recordings_data()
     QTest::addColumn<QString>("file");
     const QDir folder = recordingFolder();
     QVERIFY2(!folder.isEmpty(), qPrintable(folder.path()));
-    for (const QFileInfo& file : folder.entryInfoList())
+    for (const QFileInfo& file : folder.entryInfoList()) {
         QTest::newRow(qPrintable(file.completeBaseName())) << file.path() + '/' + file.completeBaseName();
+    }
 }
 
 // Beside each recording stand the text that it must give and, unless there are none, the warnings.
@@ -103,8 +106,9 @@ void ReplayTest::recordings()
 void ReplayTest::processorNames_data()
 {
     QTest::addColumn<QStringList>("row");
-    for (const QStringList& row : tableOf("processorNames.txt"))
+    for (const QStringList& row : tableOf("processorNames.txt")) {
         QTest::newRow(qPrintable(row.mid(0, 4).join(' '))) << row;
+    }
 }
 
 void ReplayTest::processorNames()
@@ -116,15 +120,18 @@ void ReplayTest::processorNames()
     QString values;
     QString expected;
     for (int i = 0; i < 4; ++i) {
-        if (row[i] != "-")
+        if (row[i] != "-") {
             values += QString("<key>%1</key><integer size='32'>%2</integer>").arg(names[i], row[i]);
+        }
     }
     for (int i = 0; i < 3; ++i) {
-        if (row[4 + i] != "-")
+        if (row[4 + i] != "-") {
             expected += labels[i] + row[4 + i] + '\n';
+        }
     }
-    if (row[3] != "-")
+    if (row[3] != "-") {
         expected += "CPU model: " + row[3] + '\n';
+    }
     QVERIFY(useMachine("<key>sysctl</key><dict>" + values.toUtf8() + "</dict>"));
     QCOMPARE(cpuInfo(), expected);
 }
@@ -132,8 +139,9 @@ void ReplayTest::processorNames()
 void ReplayTest::usbVendors()
 {
     QMap<unsigned, QString> known;
-    for (const QStringList& row : tableOf("usbVendors.txt"))
+    for (const QStringList& row : tableOf("usbVendors.txt")) {
         known[row.at(0).toUInt(nullptr, 16)] = row.at(1);
+    }
     QCOMPARE(known.size(), 64);
     for (unsigned id = 0; id < 0x30000; ++id) {
         const QString name = convertUsbVendorIdToName(id);

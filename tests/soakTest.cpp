@@ -49,8 +49,9 @@ void makeReports(int count, bool skipOpenGL)
 {
     for (int i = 0; i < count; ++i) {
         const QString report = SystemInfo::allInfos(skipOpenGL);
-        if (!report.endsWith(SystemInfo::separator()))
+        if (!report.endsWith(SystemInfo::separator())) {
             QFAIL("a report without its last separator");
+        }
         // As an application's main loop does between two reports.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
@@ -84,13 +85,15 @@ private slots:
         const int reports = std::max(1, (isNumber ? wanted : 200) / (skipOpenGL ? 1 : 20));
         const LoggedMessages quiet;
         QString reason;
-        if (!recording.isEmpty())
+        if (!recording.isEmpty()) {
             setMachine(loadRecording(recording, &reason));
+        }
         QCOMPARE(reason, QString());
 
         if (!skipOpenGL) {
-            if (!qEnvironmentVariableIsSet("DISPLAY"))
+            if (!qEnvironmentVariableIsSet("DISPLAY")) {
                 QSKIP("no display, so no OpenGL");
+            }
             QVERIFY(SystemInfo::allInfos(false).contains("hasOpenGL         1\n"));
         }
 

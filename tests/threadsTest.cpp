@@ -32,8 +32,9 @@ QStringList onThreads(int rounds, const QString& expected, const std::function<Q
         threads.emplace_back([&ofThread, rounds, &expected, &text] {
             for (int i = 0; i < rounds; ++i) {
                 const QString result = text();
-                if (result != expected)
+                if (result != expected) {
                     ofThread += result;
+                }
             }
         });
     }
@@ -82,8 +83,9 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         const QDir folder = recordingFolder();
-        for (const QString& name : folder.entryList())
+        for (const QString& name : folder.entryList()) {
             QTest::newRow(qPrintable(name)) << folder.filePath(name);
+        }
     }
 
     void recordedMachine()
@@ -132,9 +134,11 @@ private slots:
             const QString text = MacSysInfo::listFileSystemVolumesInfo() + qtDateTime() +
                                  MacSysInfo::ioKitGetRs232SerialDevices(true) + MacSysInfo::cpuInfo();
             QStringList missing;
-            for (const QString& heading : headings)
-                if (!text.contains(heading))
+            for (const QString& heading : headings) {
+                if (!text.contains(heading)) {
                     missing += heading;
+                }
+            }
             return missing.join(", ");
         };
         QCOMPARE(onThreads(10, QString(), firstWords), QStringList());
@@ -164,8 +168,9 @@ private slots:
                                                            recording("report-complete"), nullptr};
         std::atomic<bool> ends{false};
         std::thread changing([&] {
-            for (std::size_t i = 0; !ends; ++i)
+            for (std::size_t i = 0; !ends; ++i) {
                 setMachine(machines[i % std::size(machines)]);
+            }
         });
         const QString frame = QStringLiteral("16 separators");
         const QStringList others = onThreads(20, frame, [] {

@@ -1,18 +1,17 @@
+#include "systeminfo/mac/frameworks.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/systemInterfaces.h"
 
 #include <QtGlobal>
 
 #include <memory>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 QString CFStringToQString(const __CFString* string)
 {
-    if (string == nullptr)
+    if (string == nullptr) {
         return QString();
+    }
     const CFIndex size =
         CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
     const std::unique_ptr<char[]> buffer(new char[std::size_t(size)]);
@@ -28,6 +27,4 @@ QString CFBooleanToQStringYesNo(const __CFBoolean* value)
     return CFBooleanGetValue(value) ? QStringLiteral("Yes") : QStringLiteral("No");
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

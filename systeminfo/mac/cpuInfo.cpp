@@ -1,10 +1,8 @@
 #include "systeminfo/mac/cpuNames.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/systemQueries.h"
+#include "systeminfo/mac/sysctlGestalt.h"
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -70,8 +68,9 @@ LineText cacheSize(const char* query, Context&)
 LineText cpuType(const char* query, Context& context)
 {
     const auto type = sysctlUInt32(query);
-    if (!type)
+    if (!type) {
         return std::nullopt;
+    }
     context.typeWithoutFlags = *type & typeMask;
     const char* const bits = (*type & flags64Bit) != 0 ? "64bit " : "";
     return QStringLiteral("%1 = ").arg(*type) + cpuTypeName(context.typeWithoutFlags) + QLatin1String(bits);
@@ -80,8 +79,9 @@ LineText cpuType(const char* query, Context& context)
 LineText cpuSubType(const char* query, Context& context)
 {
     const auto subType = sysctlInt32(query);
-    if (!subType)
+    if (!subType) {
         return std::nullopt;
+    }
     const bool isX86 = context.typeWithoutFlags == cpuTypeX86;
     const bool hasFamily = isX86 && sysctlInt32("hw.cpufamily").value_or(0) != 0;
     return decimalAndHex(static_cast<std::uint32_t>(*subType)) + QLatin1String(" = ") +
@@ -91,8 +91,9 @@ LineText cpuSubType(const char* query, Context& context)
 LineText cpuFamily(const char* query, Context&)
 {
     const auto family = sysctlUInt32(query);
-    if (!family)
+    if (!family) {
         return std::nullopt;
+    }
     const QString name = *family == cpuFamilyPenryn ? penrynFamilyName(sysctlInt32("machdep.cpu.model"))
                                                     : cpuFamilyName(*family);
     return decimalAndHex(*family) + QLatin1String(" =") + name;
@@ -101,8 +102,9 @@ LineText cpuFamily(const char* query, Context&)
 LineText byteOrder(const char* query, Context&)
 {
     const auto order = sysctlUInt32(query);
-    if (!order)
+    if (!order) {
         return std::nullopt;
+    }
     const char* const name = *order == 4321 ? "Big Endian" : (*order == 1234 ? "Little Endian" : "unknwon");
     return QStringLiteral("%1 = ").arg(*order) + QLatin1String(name);
 }
@@ -142,12 +144,11 @@ QString cpuInfo()
     QString section;
     Context context;
     for (const Line& line : lines) {
-        if (const LineText text = line.text(line.query, context))
+        if (const LineText text = line.text(line.query, context)) {
             section += QLatin1String(line.label) + *text + sNewLine;
+        }
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -2,9 +2,7 @@
 
 #include <cstddef>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -21,8 +19,9 @@ template <typename Code, std::size_t size>
 const char* nameOf(Code code, const Name<Code> (&names)[size], const char* other)
 {
     for (const Name<Code>& candidate : names) {
-        if (candidate.code == code)
+        if (candidate.code == code) {
             return candidate.name;
+        }
     }
     return other;
 }
@@ -163,13 +162,13 @@ QString cpuFamilyName(std::uint32_t family)
 QString penrynFamilyName(std::optional<std::int32_t> model)
 {
     constexpr std::int32_t penrynModel = 23;
-    if (!model)
+    if (!model) {
         return QStringLiteral("Intel Family 6, (no CPU model info)");
-    if (*model == penrynModel)
+    }
+    if (*model == penrynModel) {
         return QStringLiteral("Intel Family 6, Model 23, Core 2, 'Penryn'");
+    }
     return QStringLiteral("Intel Family 6, 'Haswell'");
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

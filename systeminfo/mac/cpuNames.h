@@ -8,9 +8,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 constexpr std::uint32_t cpuTypeX86 = 7;
 constexpr std::uint32_t cpuFamilyPenryn = 0x78ea4fbc; ///< its name depends on the model: penrynFamilyName()
@@ -30,6 +28,4 @@ QString cpuFamilyName(std::uint32_t family);
 /// The name of family cpuFamilyPenryn by the processor's model, if that is known.
 QString penrynFamilyName(std::optional<std::int32_t> model);
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

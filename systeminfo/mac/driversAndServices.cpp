@@ -6,9 +6,7 @@
 
 NORVEX_DEPRECATED_CALLS_BEGIN
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -44,12 +42,14 @@ QString checkFtdiDriver()
     QString section = QLatin1String("FTDI driver") + sNewLine;
     const DriverValue version = driverValue("CFBundleVersion");
     section += version.text + sNewLine;
-    if (version.code != 0)
+    if (version.code != 0) {
         return section;
+    }
     DriverValue name = driverValue("CFBundleName");
-    if (name.code == -1) // the file was there a moment ago
+    if (name.code == -1) { // the file was there a moment ago
         name.text =
             QStringLiteral("Unexpected error code %1 for key %2").arg(-1).arg(QLatin1String("CFBundleName"));
+    }
     return section + name.text + sNewLine;
 }
 
@@ -59,9 +59,10 @@ void checkBonjour(int& errorCode, QString& versionText)
     std::uint32_t size = sizeof version;
     const DNSServiceErrorType result =
         DNSServiceGetProperty(kDNSServiceProperty_DaemonVersion, &version, &size);
-    if (result == 0)
+    if (result == 0) {
         versionText +=
             QStringLiteral("%1.%2.%3").arg(version / 10000).arg(version / 100 % 100).arg(version % 100);
+    }
     errorCode = result;
 }
 
@@ -70,8 +71,9 @@ QString bonjourVersion()
     int error = 0;
     QString version;
     checkBonjour(error, version);
-    if (error != 0)
+    if (error != 0) {
         version = QStringLiteral(" failed to get version, error = %1").arg(error);
+    }
     return QLatin1String("Bonjour version: ") + version + sNewLine;
 }
 
@@ -84,16 +86,15 @@ QString defaultEmailApp()
         const CFHolder<CFURLRef> owned(applicationUrl);
         const CFHolder<CFStringRef> path(owned ? CFURLCopyFileSystemPath(owned.get(), kCFURLPOSIXPathStyle)
                                                : nullptr);
-        if (path)
+        if (path) {
             application = CFStringToQString(path.get());
+        }
     } else {
         qWarning("LSGetApplicationForURL failed!\n");
     }
     return QLatin1String("Default e-mail app: ") + QStringLiteral("'%1'").arg(application) + sNewLine;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo
 
 NORVEX_DEPRECATED_CALLS_END

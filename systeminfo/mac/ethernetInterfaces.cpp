@@ -1,9 +1,7 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/propertyLines.h"
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -43,10 +41,12 @@ void appendInterface(QString& section, const IoEntry& entry, CFDictionaryRef pro
     appendPropertyLines(section, properties, interfaceLines);
     const bool isWireless = entry.conformsTo("IO80211Interface");
     appendLine(section, "  802.11 wireless:  ", yesNo(isWireless));
-    if (isWireless)
+    if (isWireless) {
         appendPropertyLines(section, properties, wirelessLines);
-    if (const IoEntry controller = entry.parent())
+    }
+    if (const IoEntry controller = entry.parent()) {
         appendController(section, controller);
+    }
 }
 
 } // namespace
@@ -58,14 +58,13 @@ QString ioKitEthernetDevices()
     int number = 1;
     while (const IoEntry entry = interfaces.next()) {
         const auto properties = entry.properties();
-        if (!properties)
+        if (!properties) {
             continue;
+        }
         section += QStringLiteral("#%1").arg(number++) + sNewLine;
         appendInterface(section, entry, properties.get());
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

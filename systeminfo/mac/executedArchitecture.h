@@ -5,9 +5,7 @@
 
 #include <QtGlobal>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 #if defined(Q_PROCESSOR_X86_64)
 constexpr char executedArchitecture[] = "Intel (64bit mode)";
@@ -23,6 +21,4 @@ constexpr char executedArchitecture[] = "PowerPC (64bit mode)";
 constexpr char executedArchitecture[] = "unknown";
 #endif
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -3,9 +3,7 @@
 
 #include <QtGlobal>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -13,8 +11,9 @@ template <typename Integer>
 std::optional<Integer> readNumber(CFNumberRef number, CFNumberType type)
 {
     Integer value = 0;
-    if (CFNumberGetValue(number, type, &value))
+    if (CFNumberGetValue(number, type, &value)) {
         return value;
+    }
     qWarning("CFNumberGetValue failed");
     return std::nullopt;
 }
@@ -28,8 +27,9 @@ bool isDisplay(CFStringRef name)
 QString modelText(const PropertyValue& model)
 {
     const CFDataRef data = model.data();
-    if (data == nullptr)
+    if (data == nullptr) {
         return QStringLiteral("???");
+    }
     const QByteArray bytes = bytesOf(data);
     const int zero = bytes.indexOf('\0');
     return QString::fromUtf8(bytes.constData(), zero < 0 ? bytes.size() : zero);
@@ -37,10 +37,12 @@ QString modelText(const PropertyValue& model)
 
 unsigned long long sizeValue(const PropertyValue& value)
 {
-    if (const CFNumberRef number = value.number())
+    if (const CFNumberRef number = value.number()) {
         return ConvertVRAM_CFNumberToUInt64(number);
-    if (const CFDataRef data = value.data())
+    }
+    if (const CFDataRef data = value.data()) {
         return ConvertVRAM_CFDataToUInt64(data);
+    }
     return 0;
 }
 
@@ -56,10 +58,12 @@ unsigned long long videoMemory(const IoEntry& device, CFDictionaryRef properties
 
     for (const auto& source : sources) {
         PropertyValue value = valueIn(properties, source.key);
-        if (!value.isPresent())
+        if (!value.isPresent()) {
             value = device.search(source.key);
-        if (value.isPresent())
+        }
+        if (value.isPresent()) {
             return sizeValue(value) << source.shift;
+        }
     }
     return 0;
 }
@@ -72,12 +76,14 @@ unsigned long long ConvertVRAM_CFNumberToUInt64(const __CFNumber* number)
     std::optional<long long> value;
     if (type == kCFNumberSInt32Type) {
         value = readNumber<std::int32_t>(number, type);
-        if (value && *value < 0)
+        if (value && *value < 0) {
             qWarning("VRAM size negative: %d", static_cast<int>(*value));
+        }
     } else if (type == kCFNumberSInt64Type) {
         value = readNumber<std::int64_t>(number, type);
-        if (value && *value < 0)
+        if (value && *value < 0) {
             qWarning("VRAM size negative: %lld", *value);
+        }
     } else {
         qWarning("Error unexpected CFNumber type: %ld", static_cast<long>(type));
     }
@@ -87,12 +93,14 @@ unsigned long long ConvertVRAM_CFNumberToUInt64(const __CFNumber* number)
 unsigned long long ConvertVRAM_CFDataToUInt64(const __CFData* data)
 {
     const CFIndex length = CFDataGetLength(data);
-    if (length < 1 || length > 8)
+    if (length < 1 || length > 8) {
         return 0;
+    }
     const UInt8* const bytes = CFDataGetBytePtr(data);
     unsigned long long value = 0;
-    for (CFIndex i = 0; i < length; ++i)
+    for (CFIndex i = 0; i < length; ++i) {
         value |= static_cast<unsigned long long>(bytes[i]) << (8 * i);
+    }
     return value;
 }
 
@@ -103,8 +111,9 @@ QString ioKitGraphicsCards()
     int number = 1;
     while (const IoEntry device = devices.next()) {
         const auto properties = device.properties();
-        if (!properties || !isDisplay(valueIn(properties.get(), "IOName").string()))
+        if (!properties || !isDisplay(valueIn(properties.get(), "IOName").string())) {
             continue;
+        }
         const QString model = modelText(valueIn(properties.get(), "model"));
         const QString memory = memorySizeConvertUserFriendly(videoMemory(device, properties.get()));
         section += QStringLiteral("Card #%1").arg(number++) + sNewLine;
@@ -114,6 +123,4 @@ QString ioKitGraphicsCards()
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

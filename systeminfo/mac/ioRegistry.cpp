@@ -4,9 +4,7 @@
 
 NORVEX_DEPRECATED_CALLS_BEGIN
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 CFHolder<CFStringRef> makeKey(const char* key)
 {
@@ -26,8 +24,9 @@ std::optional<Integer> storedInteger(CFNumberRef number, CFNumberType storedType
 {
     Integer value = 0;
     if (number == nullptr || CFNumberGetType(number) != storedType ||
-        !CFNumberGetValue(number, storedType, &value))
+        !CFNumberGetValue(number, storedType, &value)) {
         return std::nullopt;
+    }
     return value;
 }
 
@@ -46,8 +45,9 @@ std::optional<std::int64_t> PropertyValue::int64() const
 PropertyValue valueIn(CFDictionaryRef dictionary, const char* key)
 {
     const auto name = makeKey(key);
-    if (dictionary == nullptr || !name)
+    if (dictionary == nullptr || !name) {
         return PropertyValue();
+    }
     const CFTypeRef value = CFDictionaryGetValue(dictionary, name.get());
     return PropertyValue(value == nullptr ? nullptr : CFRetain(value));
 }
@@ -66,24 +66,27 @@ QString fastString(CFStringRef string)
 CFHolder<CFDictionaryRef> IoEntry::properties() const
 {
     CFMutableDictionaryRef dictionary = nullptr;
-    if (IORegistryEntryCreateCFProperties(get(), &dictionary, kCFAllocatorDefault, 0) != KERN_SUCCESS)
+    if (IORegistryEntryCreateCFProperties(get(), &dictionary, kCFAllocatorDefault, 0) != KERN_SUCCESS) {
         dictionary = nullptr;
+    }
     return CFHolder<CFDictionaryRef>(dictionary);
 }
 
 PropertyValue IoEntry::property(const char* key) const
 {
     const auto name = makeKey(key);
-    if (!name)
+    if (!name) {
         return PropertyValue();
+    }
     return PropertyValue(IORegistryEntryCreateCFProperty(get(), name.get(), kCFAllocatorDefault, 0));
 }
 
 PropertyValue IoEntry::search(const char* key) const
 {
     const auto name = makeKey(key);
-    if (!name)
+    if (!name) {
         return PropertyValue();
+    }
     return PropertyValue(IORegistryEntrySearchCFProperty(get(), kIOServicePlane, name.get(), nullptr,
                                                          kIORegistryIterateRecursively));
 }
@@ -91,8 +94,9 @@ PropertyValue IoEntry::search(const char* key) const
 IoEntry IoEntry::parent() const
 {
     io_registry_entry_t parent = 0;
-    if (IORegistryEntryGetParentEntry(get(), kIOServicePlane, &parent) != KERN_SUCCESS)
+    if (IORegistryEntryGetParentEntry(get(), kIOServicePlane, &parent) != KERN_SUCCESS) {
         parent = 0;
+    }
     return IoEntry(parent);
 }
 
@@ -142,13 +146,12 @@ int openServiceIterator(const char* className, unsigned int* iterator)
         return KERN_FAILURE;
     }
     result = IOServiceGetMatchingServices(port, matching, iterator);
-    if (result != KERN_SUCCESS)
+    if (result != KERN_SUCCESS) {
         qWarning("IOServiceGetMatchingServices returned %d\n", result);
+    }
     return result;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo
 
 NORVEX_DEPRECATED_CALLS_END

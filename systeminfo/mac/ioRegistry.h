@@ -4,7 +4,7 @@
 /// A typed view of the I/O registry and of CoreFoundation values in which everything is owned from the moment
 /// it is obtained: no section releases anything, and a value of another kind is simply absent.
 
-#include "systeminfo/mac/systemInterfaces.h"
+#include "systeminfo/mac/frameworks.h"
 
 #include <QByteArray>
 #include <QString>
@@ -13,9 +13,7 @@
 #include <optional>
 #include <utility>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 /// Owns a reference to a CoreFoundation object, or none.
 template <typename Ref>
@@ -33,8 +31,9 @@ public:
     }
     ~CFHolder()
     {
-        if (object_ != nullptr)
+        if (object_ != nullptr) {
             CFRelease(object_);
+        }
     }
 
     Ref get() const { return object_; }
@@ -102,8 +101,9 @@ public:
     }
     ~IoObject()
     {
-        if (handle_ != 0)
+        if (handle_ != 0) {
             IOObjectRelease(handle_);
+        }
     }
 
     io_object_t get() const { return handle_; }
@@ -152,6 +152,4 @@ IoEntry firstServiceOfClass(const char* className);
 /// @return 0, or the code of the call that failed, after a warning
 int openServiceIterator(const char* className, unsigned int* iterator);
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -1,11 +1,9 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/systemQueries.h"
+#include "systeminfo/mac/sysctlGestalt.h"
 
 #include <limits>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -26,8 +24,9 @@ std::optional<QString> physicalSize(OSType selector)
 {
     constexpr int bytesPerMegabyteShift = 20;
     const auto bytes = gestaltValue(selector);
-    if (!bytes || *bytes != std::numeric_limits<std::int32_t>::max())
+    if (!bytes || *bytes != std::numeric_limits<std::int32_t>::max()) {
         return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
+    }
     const std::int64_t megabytes = gestaltValue(gestaltSelector("ramm")).value_or(0);
     return sizeText(megabytes * (std::int64_t(1) << bytesPerMegabyteShift));
 }
@@ -35,8 +34,9 @@ std::optional<QString> physicalSize(OSType selector)
 std::optional<QString> parity(OSType selector)
 {
     const auto attributes = gestaltValue(selector);
-    if (!attributes)
+    if (!attributes) {
         return std::nullopt;
+    }
     return (*attributes & 1) != 0 ? QStringLiteral("'Parity enabled' ") : QString();
 }
 
@@ -66,12 +66,11 @@ QString memoryInfo()
 {
     QString section;
     for (const auto& line : lines) {
-        if (const auto text = line.text(line.selector))
+        if (const auto text = line.text(line.selector)) {
             section += QLatin1String(line.label) + *text + sNewLine;
+        }
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

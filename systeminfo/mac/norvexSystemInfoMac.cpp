@@ -1,8 +1,6 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 QString sNewLine = QStringLiteral("\n");
 
@@ -60,6 +58,4 @@ QString allInfos()
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

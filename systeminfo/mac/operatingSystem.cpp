@@ -1,15 +1,13 @@
 #include "systeminfo/mac/executedArchitecture.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/systemQueries.h"
+#include "systeminfo/mac/sysctlGestalt.h"
 
 #include <QtGlobal>
 
 #include <cstdio>
 #include <ctime>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -24,8 +22,9 @@ QString versionText()
     const auto majorVersion = gestaltValue(gestaltSelector("sys1"));
     const auto minorVersion = majorVersion ? gestaltValue(gestaltSelector("sys2")) : std::nullopt;
     const auto bugFixVersion = minorVersion ? gestaltValue(gestaltSelector("sys3")) : std::nullopt;
-    if (!bugFixVersion)
+    if (!bugFixVersion) {
         return QString();
+    }
     const QString version =
         QStringLiteral("%1.%2.%3").arg(*majorVersion).arg(*minorVersion).arg(*bugFixVersion);
     const QString name = osVersionName(*majorVersion, *minorVersion, *bugFixVersion);
@@ -41,8 +40,9 @@ QString bootTimeLine()
     const auto started = bootTime();
     std::tm time = {};
     tzset();
-    if (!started || localtime_r(&*started, &time) == nullptr)
+    if (!started || localtime_r(&*started, &time) == nullptr) {
         return QString();
+    }
     char text[64];
     std::snprintf(text, sizeof text, "%s %s%3d %.2d:%.2d:%.2d %lld\n", days[time.tm_wday],
                   months[time.tm_mon], time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec,
@@ -64,8 +64,9 @@ QString architectureName(std::int32_t code)
 
 QString osVersion(bool asReportLine)
 {
-    if (asReportLine)
+    if (asReportLine) {
         return QLatin1String("MacOS version: ") + versionText() + sNewLine;
+    }
     return QLatin1String("MacOS ") + versionText();
 }
 
@@ -99,12 +100,11 @@ QString macModel()
 QString architecture()
 {
     QString section;
-    if (const auto code = gestaltValue(gestaltSelector("sysa")))
+    if (const auto code = gestaltValue(gestaltSelector("sysa"))) {
         section += QLatin1String("Mac System Architecture: ") + architectureName(*code) + sNewLine;
+    }
     return section + QLatin1String("Architecture of executed binary: ") +
            QLatin1String(executedArchitecture) + sNewLine;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

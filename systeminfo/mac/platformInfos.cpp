@@ -3,9 +3,7 @@
 
 NORVEX_DEPRECATED_CALLS_BEGIN
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -30,8 +28,9 @@ void appendQuotedLines(QString& section, const IoEntry& entry, const Table& tabl
 {
     for (const QuotedLine& line : table) {
         const PropertyValue value = entry.property(line.key);
-        if (const CFStringRef string = value.string())
+        if (const CFStringRef string = value.string()) {
             section += QString::fromLatin1(line.text).arg(fastString(string)) + sNewLine;
+        }
     }
 }
 
@@ -40,8 +39,9 @@ void appendQuotedLines(QString& section, const IoEntry& entry, const Table& tabl
 QString ioKitPlatformInfos()
 {
     QString section = QLatin1String("Platform info (from IOKit)") + sNewLine;
-    if (const IoEntry platform = firstServiceOfClass("IOPlatformExpertDevice"))
+    if (const IoEntry platform = firstServiceOfClass("IOPlatformExpertDevice")) {
         appendQuotedLines(section, platform, platformLines);
+    }
     return section;
 }
 
@@ -49,15 +49,15 @@ QString ioKitRootInfos()
 {
     QString section = QLatin1String("Root info (from IOKit)") + sNewLine;
     mach_port_t port = MACH_PORT_NULL;
-    if (IOMasterPort(MACH_PORT_NULL, &port) != KERN_SUCCESS)
+    if (IOMasterPort(MACH_PORT_NULL, &port) != KERN_SUCCESS) {
         return section + QLatin1String("failed to get IO master port") + sNewLine;
-    if (const IoEntry root{IORegistryGetRootEntry(port)})
+    }
+    if (const IoEntry root{IORegistryGetRootEntry(port)}) {
         appendQuotedLines(section, root, rootLines);
+    }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo
 
 NORVEX_DEPRECATED_CALLS_END

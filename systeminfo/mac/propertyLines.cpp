@@ -4,17 +4,16 @@
 
 #include <QStringList>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
 QString hexPairs(const QByteArray& bytes)
 {
     QStringList pairs;
-    for (const char byte : bytes)
+    for (const char byte : bytes) {
         pairs += QStringLiteral("%1").arg(uint(static_cast<unsigned char>(byte)), 2, 16, QLatin1Char('0'));
+    }
     return pairs.join(QLatin1Char(':'));
 }
 
@@ -29,24 +28,29 @@ std::optional<QString> propertyText(const PropertyValue& value, PropertyKind kin
 {
     switch (kind) {
     case PropertyKind::String:
-        if (const CFStringRef string = value.string())
+        if (const CFStringRef string = value.string()) {
             return CFStringToQString(string);
+        }
         break;
     case PropertyKind::YesNo:
-        if (const auto boolean = value.boolean())
+        if (const auto boolean = value.boolean()) {
             return yesNo(*boolean);
+        }
         break;
     case PropertyKind::Int32:
-        if (const auto number = value.int32())
+        if (const auto number = value.int32()) {
             return QString::number(*number);
+        }
         break;
     case PropertyKind::Size:
-        if (const auto bytes = value.int64())
+        if (const auto bytes = value.int64()) {
             return diskSizeConvertUserFriendly(static_cast<unsigned long long>(*bytes));
+        }
         break;
     case PropertyKind::Bytes:
-        if (const CFDataRef data = value.data())
+        if (const CFDataRef data = value.data()) {
             return hexPairs(bytesOf(data));
+        }
         break;
     }
     return std::nullopt;
@@ -54,10 +58,9 @@ std::optional<QString> propertyText(const PropertyValue& value, PropertyKind kin
 
 void appendLine(QString& section, const char* label, const std::optional<QString>& text)
 {
-    if (text)
+    if (text) {
         section += QLatin1String(label) + *text + sNewLine;
+    }
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

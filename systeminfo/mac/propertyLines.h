@@ -9,9 +9,7 @@
 
 #include <optional>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 /// What a property has to be, and how it prints. A value of another kind gives no line.
 enum class PropertyKind {
@@ -43,10 +41,9 @@ QString yesNo(bool value);
 template <typename Table>
 void appendPropertyLines(QString& section, CFDictionaryRef properties, const Table& table)
 {
-    for (const PropertyLine& line : table)
+    for (const PropertyLine& line : table) {
         appendLine(section, line.label, propertyText(valueIn(properties, line.key), line.kind));
+    }
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

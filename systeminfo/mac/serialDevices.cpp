@@ -1,12 +1,10 @@
-#include "systeminfo/mac/hostQueries.h"
+#include "systeminfo/mac/fileQueries.h"
 #include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 
 #include <QtGlobal>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -19,8 +17,9 @@ void appendWarning(QString& section, const QString& text)
 
 void appendQuoted(QString& section, const char* text, const PropertyValue& value)
 {
-    if (const CFStringRef string = value.string())
+    if (const CFStringRef string = value.string()) {
         section += QString::fromLatin1(text).arg(fastString(string)) + sNewLine;
+    }
 }
 
 QString hexId(std::int64_t id)
@@ -33,8 +32,9 @@ void appendProvider(QString& section, const IoEntry& provider)
 {
     const auto className = provider.className();
     const QString driver = fastString(className.get());
-    if (!driver.isNull())
+    if (!driver.isNull()) {
         section += QStringLiteral("Parent driver class: '%1'").arg(driver) + sNewLine;
+    }
     appendQuoted(section, "Provider Class: '%1'", provider.property("IOProviderClass"));
 
     if (const auto vendorId = provider.property("idVendor").int64()) {
@@ -42,22 +42,26 @@ void appendProvider(QString& section, const IoEntry& provider)
         section += QLatin1String("USB Vendor ID: ") + hexId(*vendorId) +
                    (vendor.isEmpty() ? QString() : QStringLiteral(" = %1").arg(vendor)) + sNewLine;
     }
-    if (const auto productId = provider.property("idProduct").int64())
+    if (const auto productId = provider.property("idProduct").int64()) {
         section += QLatin1String("USB Product ID: ") + hexId(*productId) + sNewLine;
+    }
 }
 
 void appendPort(QString& section, const IoEntry& client, CFStringRef calloutDevice)
 {
     const QString path = fastString(calloutDevice);
     section += QStringLiteral("Device Name: '%1'").arg(path) + sNewLine;
-    if (!deviceFileExists(path))
+    if (!deviceFileExists(path)) {
         appendWarning(section, QStringLiteral("!!Device does not exist as file!!"));
+    }
     const IoEntry driver = client.parent();
-    if (!driver)
+    if (!driver) {
         return;
+    }
     appendQuoted(section, "channel: '%1'", driver.property("channel"));
-    if (const IoEntry provider = driver.parent())
+    if (const IoEntry provider = driver.parent()) {
         appendProvider(section, provider);
+    }
 }
 
 bool isListed(const IoEntry& client, bool rs232Only)
@@ -89,19 +93,19 @@ QString ioKitGetRs232SerialDevices(bool rs232Only)
     }
     IoIterator clients(handle);
     while (const IoEntry client = clients.next()) {
-        if (!isListed(client, rs232Only))
+        if (!isListed(client, rs232Only)) {
             continue;
+        }
         const PropertyValue calloutDevice = client.search("IOCalloutDevice");
-        if (const CFStringRef device = calloutDevice.string())
+        if (const CFStringRef device = calloutDevice.string()) {
             appendPort(section, client, device);
-        else
+        } else {
             appendWarning(section, QStringLiteral("ioCalloutDeviceName == NULL!! Maybe no correct driver "
                                                   "installed for that RS232 device!"));
+        }
         section += QString(40, QLatin1Char('_')) + sNewLine;
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

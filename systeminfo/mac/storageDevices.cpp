@@ -1,9 +1,7 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/propertyLines.h"
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -84,8 +82,9 @@ private:
     {
         if (!hasAskedParent_) {
             hasAskedParent_ = true;
-            if (const IoEntry parent = entry_.parent())
+            if (const IoEntry parent = entry_.parent()) {
                 parentProtocol_ = valueIn(parent.properties().get(), "Protocol Characteristics");
+            }
         }
         return parentProtocol_;
     }
@@ -104,12 +103,14 @@ QString storageSection(const char* heading, const char* className, const Table& 
     int number = 1;
     while (IoEntry entry = devices.next()) {
         CFHolder<CFDictionaryRef> properties = entry.properties();
-        if (!properties)
+        if (!properties) {
             continue;
+        }
         section += QStringLiteral("#%1").arg(number++) + sNewLine;
         StorageDevice device(std::move(entry), std::move(properties));
-        for (const DeviceLine& line : lines)
+        for (const DeviceLine& line : lines) {
             appendLine(section, line.label, propertyText(device.value(line.where, line.key), line.kind));
+        }
     }
     return section;
 }
@@ -131,6 +132,4 @@ QString ioKitNVMExpressDevices()
     return storageSection("NVMEXpress devices (from IOKit)", "IONVMeController", nvmeLines);
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -4,9 +4,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -34,25 +32,28 @@ void readNumber(const IoEntry& device, const NumberField& field, Info& info)
 {
     const PropertyValue property = device.property(field.key);
     const CFNumberRef number = property.number();
-    if (number == nullptr)
+    if (number == nullptr) {
         return;
+    }
     const CFNumberType type = CFNumberGetType(number);
     if (type != kCFNumberSInt32Type) {
         qWarning("%s: not expected numberType=%d\n", field.name, static_cast<int>(type));
         return;
     }
     std::int32_t value = 0;
-    if (CFNumberGetValue(number, kCFNumberSInt32Type, &value))
+    if (CFNumberGetValue(number, kCFNumberSInt32Type, &value)) {
         info.*field.field = static_cast<unsigned int>(value);
-    else if (field.readFailure != nullptr)
+    } else if (field.readFailure != nullptr) {
         qWarning("%s", field.readFailure);
+    }
 }
 
 int readDevice(const IoEntry& device, Info& info)
 {
     info = Info();
-    for (const NumberField& field : numberFields)
+    for (const NumberField& field : numberFields) {
         readNumber(device, field, info);
+    }
     const int result = IORegistryEntryGetName(device.get(), info.name);
     info.productName = fastString(device.property("USB Product Name").string());
     info.vendorName = fastString(device.property("USB Vendor Name").string());
@@ -83,10 +84,12 @@ QString deviceBlock(const Info& info)
     lines += QStringLiteral("Location ID: 0x%1").arg(hex(info.locationId, 8));
     lines += QStringLiteral("USB Address: 0x%1 (bus number)").arg(hex(info.address, 2));
     lines += QStringLiteral("Speed:       0x%1 = ").arg(info.speed) + speedText(info.speed);
-    if (!info.productName.isEmpty())
+    if (!info.productName.isEmpty()) {
         lines += QStringLiteral("USB Product Name: '%1'").arg(info.productName);
-    if (!info.vendorName.isEmpty())
+    }
+    if (!info.vendorName.isEmpty()) {
         lines += QStringLiteral("USB Vendor Name: '%1'").arg(info.vendorName);
+    }
     lines += QString(40, QLatin1Char('_'));
     return lines.join(sNewLine) + sNewLine;
 }
@@ -117,14 +120,13 @@ QString ioKitUsbDevices()
     Info info;
     while (const IoEntry device = devices.next()) {
         const int result = readDevice(device, info);
-        if (result == KERN_SUCCESS)
+        if (result == KERN_SUCCESS) {
             section += deviceBlock(info);
-        else
+        } else {
             qWarning("ioKitGetUsbDevInfo returned 0x%08x\n", static_cast<unsigned int>(result));
+        }
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

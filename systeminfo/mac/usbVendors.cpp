@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -92,6 +90,4 @@ QString convertUsbVendorIdToName(unsigned int vendorId)
     return place != std::end(vendors) && place->id == vendorId ? QString::fromLatin1(place->name) : QString();
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -5,9 +5,7 @@
 #include <cstddef>
 #include <iterator>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 namespace {
 
 using Number = unsigned long long;
@@ -105,6 +103,4 @@ QString diskSizeConvertUserFriendly(unsigned long long bytes)
     return format(bytes, diskSizes, Rounding::Down);
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -1,13 +1,11 @@
-#include "systeminfo/mac/hostQueries.h"
+#include "systeminfo/mac/fileQueries.h"
+#include "systeminfo/mac/frameworks.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/systemInterfaces.h"
 
 #include <cerrno>
 #include <limits>
 
-namespace norvex {
-namespace SystemInfo {
-namespace MacSysInfo {
+namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
@@ -73,10 +71,12 @@ int getFileSystemCaseSensitivity(const QString& path)
     const QByteArray name = path.toUtf8();
     errno = 0;
     const long isSensitive = pathconf(name.constData(), _PC_CASE_SENSITIVE);
-    if (isSensitive == -1)
+    if (isSensitive == -1) {
         return errno == EINVAL ? 1 : -1;
-    if (isSensitive != 0)
+    }
+    if (isSensitive != 0) {
         return 1;
+    }
     return pathconf(name.constData(), _PC_CASE_PRESERVING) > 0 ? 2 : 0;
 }
 
@@ -87,12 +87,11 @@ QString listFileSystemVolumesInfo()
     for (const QString& path : paths) {
         FileSystemRecord info = {};
         section += path + sNewLine;
-        if (getFileSystemInfo(path, &info))
+        if (getFileSystemInfo(path, &info)) {
             section += volumeLines(path, info);
+        }
     }
     return section;
 }
 
-} // namespace MacSysInfo
-} // namespace SystemInfo
-} // namespace norvex
+} // namespace norvex::SystemInfo::MacSysInfo

@@ -5,6 +5,7 @@
 /// ObjectRef; only references that callers obtain through the C interface enter the live counts.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
+#include "systeminfo/mac/platform/norvexPlatform.h"
 
 #include <atomic>
 #include <cstdint>
@@ -61,8 +62,9 @@ public:
     explicit ObjectRef(Ref object) : object_(object) {}
     ObjectRef(const ObjectRef& other) : object_(other.object_)
     {
-        if (object_ != nullptr)
+        if (object_ != nullptr) {
             objectOf(object_)->retain();
+        }
     }
     ObjectRef(ObjectRef&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
     ObjectRef& operator=(ObjectRef other) noexcept
@@ -89,6 +91,7 @@ ObjectRef<CFStringRef> makeString(std::string_view utf8);
 /// An integer of a stored type kCFNumberSInt8Type to kCFNumberSInt64Type; taken modulo the type's size.
 ObjectRef<CFNumberRef> makeInteger(CFNumberType type, std::int64_t value);
 ObjectRef<CFNumberRef> makeReal(double value);
+/// A reference to kCFBooleanTrue or kCFBooleanFalse.
 ObjectRef<CFBooleanRef> makeBoolean(bool value);
 ObjectRef<CFDataRef> makeData(std::string_view bytes);
 ObjectRef<CFArrayRef> makeArray(std::vector<ValueRef> values);
@@ -119,17 +122,21 @@ Ref handOut(Ref object);
 template <typename Ref>
 Ref handOutShared(Ref object)
 {
-    if (object != nullptr)
+    if (object != nullptr) {
         objectOf(object)->retain();
+    }
     return handOut(object);
 }
 void countReference(const Object* object, int change);
+/// Adds the references that callers hold.
+void addLiveObjects(LiveCounts& counts);
 
 template <typename Ref>
 Ref handOut(Ref object)
 {
-    if (object != nullptr)
+    if (object != nullptr) {
         countReference(objectOf(object), 1);
+    }
     return object;
 }
 

@@ -1,8 +1,7 @@
 #include "systeminfo/mac/platform/coreFoundation.h"
 
-#include "systeminfo/mac/platform/callCounter.h"
 #include "systeminfo/mac/platform/cfObjects.h"
-#include "systeminfo/mac/platform/norvexPlatform.h"
+#include "systeminfo/mac/platform/failureInjection.h"
 
 #include <QString>
 #include <QTextCodec>
@@ -35,8 +34,9 @@ bool isAsciiText(std::string_view text)
 
 bool isUtf8(std::string_view text)
 {
-    if (isAsciiText(text))
+    if (isAsciiText(text)) {
         return true;
+    }
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), int(text.size()), &state);
     return state.invalidChars == 0 && state.remainingChars == 0;
@@ -46,8 +46,9 @@ bool isUtf8(std::string_view text)
 std::uint32_t hashOf(std::string_view text)
 {
     std::uint32_t hash = 2166136261u;
-    for (const char c : text)
+    for (const char c : text) {
         hash = (hash ^ std::uint8_t(c)) * 16777619u;
+    }
     return hash;
 }
 
@@ -61,8 +62,9 @@ bool storeInteger(const __CFNumber& number, void* target)
 {
     const bool isReal = number.type == kCFNumberFloat64Type;
     const double limit = -2.0 * double(std::numeric_limits<Integer>::min() / 2);
-    if (isReal && !(number.real >= -limit && number.real < limit))
+    if (isReal && !(number.real >= -limit && number.real < limit)) {
         return false;
+    }
     const auto whole = isReal ? std::int64_t(number.real) : number.integer;
     const auto stored = Integer(whole);
     std::memcpy(target, &stored, sizeof stored);
@@ -101,30 +103,27 @@ void countReference(const Object* object, int change)
     liveReferences[std::size_t(object->kind())].fetch_add(change, std::memory_order_relaxed);
 }
 
-LiveCounts liveHandleCounts(); // of the registry's handles
-
-LiveCounts liveCounts()
+void addLiveObjects(LiveCounts& counts)
 {
     const auto count = [](ObjectKind kind) { return liveReferences[std::size_t(kind)].load(); };
-    LiveCounts counts = liveHandleCounts();
-    counts.strings = count(ObjectKind::String);
-    counts.numbers = count(ObjectKind::Number);
-    counts.booleans = count(ObjectKind::Boolean);
-    counts.data = count(ObjectKind::Data);
-    counts.dictionaries = count(ObjectKind::Dictionary);
-    counts.arrays = count(ObjectKind::Array);
-    counts.urls = count(ObjectKind::Url);
-    return counts;
+    counts.strings += count(ObjectKind::String);
+    counts.numbers += count(ObjectKind::Number);
+    counts.booleans += count(ObjectKind::Boolean);
+    counts.data += count(ObjectKind::Data);
+    counts.dictionaries += count(ObjectKind::Dictionary);
+    counts.arrays += count(ObjectKind::Array);
+    counts.urls += count(ObjectKind::Url);
 }
 
 void releaseReference(CFTypeRef reference)
 {
-    if (reference == nullptr || !objectOf(reference)->release())
+    if (reference == nullptr || !objectOf(reference)->release()) {
         return;
+    }
     switch (objectOf(reference)->kind()) {
     case ObjectKind::String: delete static_cast<CFStringRef>(reference); break;
     case ObjectKind::Number: delete static_cast<CFNumberRef>(reference); break;
-    case ObjectKind::Boolean: delete static_cast<CFBooleanRef>(reference); break;
+    case ObjectKind::Boolean: break; // the two live as long as the process
     case ObjectKind::Data: delete static_cast<CFDataRef>(reference); break;
     case ObjectKind::Dictionary: delete static_cast<CFDictionaryRef>(reference); break;
     case ObjectKind::Array: delete static_cast<CFArrayRef>(reference); break;
@@ -153,7 +152,9 @@ ObjectRef<CFNumberRef> makeReal(double value)
 
 ObjectRef<CFBooleanRef> makeBoolean(bool value)
 {
-    return ObjectRef<CFBooleanRef>(new __CFBoolean(value));
+    const __CFBoolean& shared = value ? trueObject : falseObject;
+    shared.retain();
+    return ObjectRef<CFBooleanRef>(&shared);
 }
 
 ObjectRef<CFDataRef> makeData(std::string_view bytes)
@@ -174,10 +175,11 @@ DictionaryBuilder& DictionaryBuilder::set(ObjectRef<CFStringRef> key, ValueRef v
 {
     std::vector<__CFDictionary::Item>& items = dictionary_.get()->items;
     const std::size_t place = placeOf(key.get());
-    if (place < items.size())
+    if (place < items.size()) {
         items[place].value = std::move(value);
-    else
+    } else {
         items.push_back({std::move(key), std::move(value)});
+    }
     return *this;
 }
 
@@ -187,8 +189,9 @@ std::size_t DictionaryBuilder::placeOf(CFStringRef key)
     constexpr std::size_t small = 64; // up to here comparing hashes beats an index
     const std::vector<__CFDictionary::Item>& items = dictionary_.get()->items;
     if (items.size() >= small) {
-        for (std::size_t i = index_.size(); i < items.size(); ++i)
+        for (std::size_t i = index_.size(); i < items.size(); ++i) {
             index_.emplace(items[i].key.get()->utf8, i);
+        }
         const auto known = index_.find(key->utf8);
         return known == index_.end() ? items.size() : known->second;
     }
@@ -213,8 +216,9 @@ CFTypeRef __CFDictionary::value(CFStringRef key) const
 {
     for (const Item& item : items) {
         const CFStringRef candidate = item.key.get();
-        if (candidate == key || (candidate->hash == key->hash && candidate->utf8 == key->utf8))
+        if (candidate == key || (candidate->hash == key->hash && candidate->utf8 == key->utf8)) {
             return item.value.get();
+        }
     }
     return nullptr;
 }
@@ -256,15 +260,17 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
                                     CFStringEncoding encoding, Boolean)
 {
     const std::string_view text(reinterpret_cast<const char*>(bytes), std::size_t(numBytes));
-    if (callFails() || !(encoding == kCFStringEncodingUTF8 ? isUtf8(text) : isAsciiText(text)))
+    if (callFails() || !(encoding == kCFStringEncodingUTF8 ? isUtf8(text) : isAsciiText(text))) {
         return nullptr;
+    }
     return handOut(norvex::makeString(text).take());
 }
 
 CFIndex CFStringGetLength(CFStringRef theString)
 {
-    if (theString->isAscii)
+    if (theString->isAscii) {
         return CFIndex(theString->utf8.size());
+    }
     CFIndex units = 0;
     for (const char c : theString->utf8) {
         const auto byte = std::uint8_t(c);
@@ -280,18 +286,21 @@ CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encod
 
 const char* CFStringGetCStringPtr(CFStringRef theString, CFStringEncoding)
 {
-    if (callFails() || theString->hasFault(Object::StringGetCStringPtr) || !theString->isAscii)
+    if (callFails() || theString->hasFault(Object::StringGetCStringPtr) || !theString->isAscii) {
         return nullptr;
+    }
     return theString->utf8.c_str();
 }
 
 Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSize, CFStringEncoding encoding)
 {
     const std::string& text = theString->utf8;
-    if (callFails() || theString->hasFault(Object::StringGetCString))
+    if (callFails() || theString->hasFault(Object::StringGetCString)) {
         return false;
-    if ((encoding != kCFStringEncodingUTF8 && !theString->isAscii) || CFIndex(text.size()) >= bufferSize)
+    }
+    if ((encoding != kCFStringEncodingUTF8 && !theString->isAscii) || CFIndex(text.size()) >= bufferSize) {
         return false;
+    }
     std::memcpy(buffer, text.c_str(), text.size() + 1);
     return true;
 }
@@ -314,8 +323,9 @@ CFStringRef __CFStringMakeConstantString(const char* cStr)
     static std::map<std::string, std::unique_ptr<__CFString>, std::less<>> strings;
     const std::lock_guard<std::mutex> lock(mutex);
     const auto known = strings.find(std::string_view(cStr));
-    if (known != strings.end())
+    if (known != strings.end()) {
         return known->second.get();
+    }
     return strings.emplace(cStr, std::make_unique<__CFString>(cStr)).first->second.get();
 }
 
@@ -326,8 +336,9 @@ CFTypeID CFNumberGetTypeID(void)
 
 CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType theType, const void* valuePtr)
 {
-    if (theType != kCFNumberFloat64Type)
+    if (theType != kCFNumberFloat64Type) {
         return handOut(norvex::makeInteger(theType, readInteger(theType, valuePtr)).take());
+    }
     double value = 0;
     std::memcpy(&value, valuePtr, sizeof value);
     return handOut(norvex::makeReal(value).take());
@@ -340,8 +351,9 @@ CFNumberType CFNumberGetType(CFNumberRef number)
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType theType, void* valuePtr)
 {
-    if (callFails() || number->hasFault(Object::NumberGetValue))
+    if (callFails() || number->hasFault(Object::NumberGetValue)) {
         return false;
+    }
     switch (theType) {
     case kCFNumberSInt8Type: return storeInteger<std::int8_t>(*number, valuePtr);
     case kCFNumberSInt16Type: return storeInteger<std::int16_t>(*number, valuePtr);
@@ -417,10 +429,12 @@ const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key)
 void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void** keys, const void** values)
 {
     for (const __CFDictionary::Item& item : theDict->items) {
-        if (keys != nullptr)
+        if (keys != nullptr) {
             *keys++ = item.key.get();
-        if (values != nullptr)
+        }
+        if (values != nullptr) {
             *values++ = item.value.get();
+        }
     }
 }
 
@@ -431,8 +445,9 @@ CFTypeID CFURLGetTypeID(void)
 
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef URLString, CFURLRef)
 {
-    if (callFails() || URLString->utf8.empty())
+    if (callFails() || URLString->utf8.empty()) {
         return nullptr;
+    }
     return handOut(CFURLRef(new __CFURL(URLString->utf8)));
 }
 
@@ -440,8 +455,9 @@ CFStringRef CFURLCopyFileSystemPath(CFURLRef anURL, CFURLPathStyle)
 {
     const std::string_view prefix = "file://";
     const std::string& text = anURL->text;
-    if (callFails() || text.compare(0, prefix.size(), prefix) != 0)
+    if (callFails() || text.compare(0, prefix.size(), prefix) != 0) {
         return nullptr;
+    }
     return handOut(norvex::makeString(std::string_view(text).substr(prefix.size())).take());
 }
 

@@ -1,7 +1,5 @@
 #include "systeminfo/mac/platform/handles.h"
 
-#include "systeminfo/mac/platform/norvexPlatform.h"
-
 #include <mutex>
 #include <utility>
 #include <variant>
@@ -24,15 +22,17 @@ EntryIterator::EntryIterator(const EntryPlace& parent)
 std::optional<EntryPlace> EntryIterator::next()
 {
     if (overChildren_) {
-        if (position_ >= end_)
+        if (position_ >= end_) {
             return std::nullopt;
+        }
         const std::uint32_t found = std::exchange(position_, registry_->entry(position_).end);
         return EntryPlace{registry_, found};
     }
     while (position_ < end_) {
         const std::uint32_t candidate = position_++;
-        if (chains_[registry_->entry(candidate).classes])
+        if (chains_[registry_->entry(candidate).classes]) {
             return EntryPlace{registry_, candidate};
+        }
     }
     return std::nullopt;
 }
@@ -65,8 +65,9 @@ public:
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (free_.empty()) {
-            if (handles_.size() == placeMask)
+            if (handles_.size() == placeMask) {
                 return IO_OBJECT_NULL;
+            }
             handles_.emplace_back();
             free_.reserve(handles_.capacity()); // closing a handle must not have to allocate
             free_.push_back(std::uint32_t(handles_.size() - 1));
@@ -84,8 +85,9 @@ public:
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         Handle* found = find(handle);
-        if (found != nullptr)
+        if (found != nullptr) {
             action(*found);
+        }
         return found != nullptr;
     }
 
@@ -93,31 +95,31 @@ public:
     {
         decltype(Handle::object) dying; // destroyed after the lock: it may be the last owner of its registry
         return with(handle, [&](Handle& found) {
-            if (--found.references > 0)
+            if (--found.references > 0) {
                 return;
+            }
             std::swap(found.object, dying);
             ++found.generation;
             free_.push_back(std::uint32_t(&found - handles_.data()));
         });
     }
 
-    LiveCounts counts()
+    void addTo(LiveCounts& counts)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
-        LiveCounts result;
         for (const Handle& handle : handles_) {
-            result.entries += std::holds_alternative<EntryPlace>(handle.object) ? handle.references : 0;
-            result.iterators += std::holds_alternative<EntryIterator>(handle.object) ? handle.references : 0;
+            counts.entries += std::holds_alternative<EntryPlace>(handle.object) ? handle.references : 0;
+            counts.iterators += std::holds_alternative<EntryIterator>(handle.object) ? handle.references : 0;
         }
-        return result;
     }
 
 private:
     Handle* find(io_object_t handle)
     {
         const std::uint32_t place = (handle - 1) & placeMask;
-        if (handle == IO_OBJECT_NULL || place >= handles_.size())
+        if (handle == IO_OBJECT_NULL || place >= handles_.size()) {
             return nullptr;
+        }
         Handle& candidate = handles_[place];
         const bool isAlive = candidate.references > 0 && candidate.generation == (handle - 1) >> placeBits;
         return isAlive ? &candidate : nullptr;
@@ -144,8 +146,9 @@ std::optional<EntryPlace> placeOf(io_object_t handle)
 {
     std::optional<EntryPlace> place;
     HandleTable::instance().with(handle, [&](const Handle& found) {
-        if (const auto* entry = std::get_if<EntryPlace>(&found.object))
+        if (const auto* entry = std::get_if<EntryPlace>(&found.object)) {
             place = *entry;
+        }
     });
     return place;
 }
@@ -154,8 +157,9 @@ std::optional<EntryPlace> nextPlace(io_object_t iterator)
 {
     std::optional<EntryPlace> place;
     HandleTable::instance().with(iterator, [&](Handle& found) {
-        if (auto* entries = std::get_if<EntryIterator>(&found.object))
+        if (auto* entries = std::get_if<EntryIterator>(&found.object)) {
             place = entries->next();
+        }
     });
     return place;
 }
@@ -170,19 +174,9 @@ bool releaseHandle(io_object_t handle)
     return HandleTable::instance().release(handle);
 }
 
-LiveCounts liveHandleCounts()
+void addLiveHandles(LiveCounts& counts)
 {
-    return HandleTable::instance().counts();
-}
-
-unsigned int nextObject(unsigned int iterator)
-{
-    return IOIteratorNext(iterator);
-}
-
-void releaseObject(unsigned int object)
-{
-    IOObjectRelease(object);
+    HandleTable::instance().addTo(counts);
 }
 
 } // namespace norvex

@@ -4,6 +4,7 @@
 /// The handles behind io_object_t: entries and iterators of a registry, counted by their callers.
 
 #include "systeminfo/mac/platform/ioKit.h"
+#include "systeminfo/mac/platform/norvexPlatform.h"
 #include "systeminfo/mac/platform/registry.h"
 
 #include <optional>
@@ -50,5 +51,8 @@ std::optional<EntryPlace> nextPlace(io_object_t iterator);
 /// Changes a handle's count of references. False when it is not alive.
 bool retainHandle(io_object_t handle);
 bool releaseHandle(io_object_t handle);
+
+/// Adds the references to live handles.
+void addLiveHandles(LiveCounts& counts);
 
 } // namespace norvex

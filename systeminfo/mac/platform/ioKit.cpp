@@ -1,6 +1,6 @@
 #include "systeminfo/mac/platform/ioKit.h"
 
-#include "systeminfo/mac/platform/callCounter.h"
+#include "systeminfo/mac/platform/failureInjection.h"
 #include "systeminfo/mac/platform/handles.h"
 #include "systeminfo/mac/platform/machine.h"
 
@@ -63,8 +63,9 @@ const mach_port_t kIOMasterPortDefault = MACH_PORT_NULL;
 kern_return_t IOMasterPort(mach_port_t, mach_port_t* masterPort)
 {
     const kern_return_t result = callFails() ? generalError : currentMachine()->faults().masterPort;
-    if (result == success)
+    if (result == success) {
         *masterPort = mainPort;
+    }
     return result;
 }
 
@@ -87,8 +88,9 @@ boolean_t IOObjectConformsTo(io_object_t object, const io_name_t className)
 CFStringRef IOObjectCopyClass(io_object_t object)
 {
     const auto place = placeOf(object);
-    if (callFails() || !place || (place->entry().faults && place->entry().faults->copyClass))
+    if (callFails() || !place || (place->entry().faults && place->entry().faults->copyClass)) {
         return nullptr;
+    }
     const auto& chain = place->registry->classesOf(place->index);
     return chain.empty() ? nullptr : handOut(norvex::makeString(chain.front()).take());
 }
@@ -101,8 +103,9 @@ CFStringRef IOObjectCopySuperclassForClass(CFStringRef classname)
 
 io_object_t IOIteratorNext(io_iterator_t iterator)
 {
-    if (callFails())
+    if (callFails()) {
         return IO_OBJECT_NULL;
+    }
     auto place = norvex::nextPlace(iterator);
     return place ? norvex::openHandle(std::move(*place)) : IO_OBJECT_NULL;
 }
@@ -110,8 +113,9 @@ io_object_t IOIteratorNext(io_iterator_t iterator)
 CFMutableDictionaryRef IOServiceMatching(const char* name)
 {
     const auto machine = currentMachine();
-    if (callFails() || machine->faults().matching.count(std::string_view(name)) > 0)
+    if (callFails() || machine->faults().matching.count(std::string_view(name)) > 0) {
         return nullptr;
+    }
     norvex::DictionaryBuilder matching;
     matching.set("IOProviderClass", norvex::makeString(name));
     return const_cast<CFMutableDictionaryRef>(handOut(matching.finish().take()));
@@ -120,8 +124,9 @@ CFMutableDictionaryRef IOServiceMatching(const char* name)
 io_service_t IOServiceGetMatchingService(mach_port_t, CFDictionaryRef matching)
 {
     const std::string className = takeClassName(matching);
-    if (callFails() || className.empty())
+    if (callFails() || className.empty()) {
         return IO_OBJECT_NULL;
+    }
     auto place = EntryIterator(currentMachine()->registry(className.c_str()), className).next();
     return place ? norvex::openHandle(std::move(*place)) : IO_OBJECT_NULL;
 }
@@ -129,15 +134,18 @@ io_service_t IOServiceGetMatchingService(mach_port_t, CFDictionaryRef matching)
 kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching, io_iterator_t* existing)
 {
     const std::string className = takeClassName(matching);
-    if (className.empty())
+    if (className.empty()) {
         return badArgument;
+    }
     const auto machine = currentMachine();
     const auto& faults = machine->faults().services;
     const auto fault = faults.find(className);
-    if (fault != faults.end() && fault->second != success)
+    if (fault != faults.end() && fault->second != success) {
         return fault->second;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
+    }
     *existing = norvex::openHandle(EntryIterator(machine->registry(className.c_str()), className));
     return success;
 }
@@ -145,18 +153,21 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching
 io_registry_entry_t IORegistryGetRootEntry(mach_port_t)
 {
     RegistryPtr registry = callFails() ? nullptr : currentMachine()->root();
-    if (registry == nullptr || registry->size() == 0)
+    if (registry == nullptr || registry->size() == 0) {
         return IO_OBJECT_NULL;
+    }
     return norvex::openHandle(EntryPlace{std::move(registry), 0});
 }
 
 kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::uint64_t* entryID)
 {
     const auto place = placeOf(entry);
-    if (!place)
+    if (!place) {
         return badArgument;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
+    }
     *entryID = std::uint64_t(place->index) + 1;
     return success;
 }
@@ -164,12 +175,15 @@ kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::
 kern_return_t IORegistryEntryGetName(io_registry_entry_t entry, io_name_t name)
 {
     const auto place = placeOf(entry);
-    if (!place)
+    if (!place) {
         return badArgument;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
-    if (place->entry().faults && place->entry().faults->getName != success)
+    }
+    if (place->entry().faults && place->entry().faults->getName != success) {
         return place->entry().faults->getName;
+    }
     const std::string& text = place->entry().name;
     const std::size_t length = std::min(text.size(), sizeof(io_name_t) - 1);
     std::memcpy(name, text.data(), length);
@@ -181,12 +195,15 @@ kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMut
                                                 CFAllocatorRef, IOOptionBits)
 {
     const auto place = placeOf(entry);
-    if (!place)
+    if (!place) {
         return badArgument;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
-    if (place->entry().faults && place->entry().faults->createProperties != success)
+    }
+    if (place->entry().faults && place->entry().faults->createProperties != success) {
         return place->entry().faults->createProperties;
+    }
     const CFDictionaryRef stored = place->entry().properties.get();
     const CFDictionaryRef answer =
         stored != nullptr ? handOutShared(stored) : handOut(norvex::DictionaryBuilder().finish().take());
@@ -205,14 +222,16 @@ CFTypeRef IORegistryEntrySearchCFProperty(io_registry_entry_t entry, const io_na
                                           CFAllocatorRef, IOOptionBits options)
 {
     const auto start = placeOf(entry);
-    if (callFails() || !start)
+    if (callFails() || !start) {
         return nullptr;
+    }
     const bool isRecursive = (options & kIORegistryIterateRecursively) != 0;
     const EntryPlace place = isRecursive ? withDescendants(*start) : *start;
     const std::uint32_t end = isRecursive ? place.entry().end : place.index + 1;
     for (std::uint32_t index = place.index; index < end; ++index) {
-        if (const CFTypeRef value = propertyOf(place.registry->entry(index), key))
+        if (const CFTypeRef value = propertyOf(place.registry->entry(index), key)) {
             return handOutShared(value);
+        }
     }
     return nullptr;
 }
@@ -221,14 +240,18 @@ kern_return_t IORegistryEntryGetParentEntry(io_registry_entry_t entry, const io_
                                             io_registry_entry_t* parent)
 {
     const auto place = placeOf(entry);
-    if (!place)
+    if (!place) {
         return badArgument;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
-    if (place->entry().faults && place->entry().faults->getParent != success)
+    }
+    if (place->entry().faults && place->entry().faults->getParent != success) {
         return place->entry().faults->getParent;
-    if (place->entry().parent == RegistryEntry::none)
+    }
+    if (place->entry().parent == RegistryEntry::none) {
         return noDevice;
+    }
     *parent = norvex::openHandle(EntryPlace{place->registry, place->entry().parent});
     return success;
 }
@@ -237,10 +260,12 @@ kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const i
                                               io_iterator_t* iterator)
 {
     const auto place = placeOf(entry);
-    if (!place)
+    if (!place) {
         return badArgument;
-    if (callFails())
+    }
+    if (callFails()) {
         return generalError;
+    }
     *iterator = norvex::openHandle(EntryIterator(withDescendants(*place)));
     return success;
 }

@@ -29,13 +29,14 @@ std::shared_ptr<const Machine> currentMachine()
 {
     {
         const std::lock_guard<std::mutex> lock(machineMutex);
-        if (chosenMachine() != nullptr)
+        if (chosenMachine() != nullptr) {
             return chosenMachine();
+        }
     }
     return liveMachine();
 }
 
-void setMachine(std::shared_ptr<const Machine> machine)
+void setCurrentMachine(std::shared_ptr<const Machine> machine)
 {
     const std::lock_guard<std::mutex> lock(machineMutex);
     chosenMachine().swap(machine);

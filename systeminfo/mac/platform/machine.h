@@ -3,8 +3,8 @@
 /// @file
 /// The interface behind the stand-ins for macOS's calls.
 
+#include "systeminfo/mac/platform/live/propertyListFile.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
-#include "systeminfo/mac/platform/propertyListFile.h"
 #include "systeminfo/mac/platform/registry.h"
 
 #include <QByteArray>
@@ -84,6 +84,9 @@ public:
 
 /// The machine that answers at this moment, never null.
 std::shared_ptr<const Machine> currentMachine();
+
+/// Lets a machine answer from now on; null for this host.
+void setCurrentMachine(std::shared_ptr<const Machine> machine);
 
 /// This host.
 std::shared_ptr<const Machine> liveMachine();

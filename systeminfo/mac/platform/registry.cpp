@@ -32,8 +32,9 @@ std::uint32_t Registry::internClasses(ClassChain chain)
         joined += '\0'; // no name holds one
     }
     const auto [place, isNew] = chainIndex_.emplace(std::move(joined), std::uint32_t(chains_.size()));
-    if (isNew)
+    if (isNew) {
         chains_.push_back(std::move(chain));
+    }
     return place->second;
 }
 
@@ -47,8 +48,9 @@ std::vector<bool> Registry::chainsWith(std::string_view className) const
 {
     std::vector<bool> contains;
     contains.reserve(chains_.size());
-    for (const ClassChain& chain : chains_)
+    for (const ClassChain& chain : chains_) {
         contains.push_back(std::find(chain.begin(), chain.end(), className) != chain.end());
+    }
     return contains;
 }
 
@@ -56,8 +58,9 @@ const std::string* Registry::superclassOf(std::string_view className) const
 {
     for (const ClassChain& chain : chains_) {
         const auto place = std::find(chain.begin(), chain.end(), className);
-        if (place != chain.end() && place + 1 != chain.end())
+        if (place != chain.end() && place + 1 != chain.end()) {
             return &*(place + 1);
+        }
     }
     return nullptr;
 }

@@ -8,5 +8,6 @@ enum : LSRolesMask { kLSRolesAll = 0xFFFFFFFF };
 
 extern "C" {
 OSErr Gestalt(OSType selector, SInt32* response);
-OSStatus LSGetApplicationForURL(CFURLRef inURL, LSRolesMask inRoleMask, FSRef* outAppRef, CFURLRef* outAppURL);
+OSStatus LSGetApplicationForURL(CFURLRef inURL, LSRolesMask inRoleMask, FSRef* outAppRef,
+                                CFURLRef* outAppURL);
 }

@@ -1,0 +1,30 @@
+#pragma once
+
+/// @file
+/// The system interfaces that the Macintosh section is written against: macOS's own headers on macOS,
+/// elsewhere the layer that stands in for them under the same names. The only place that tells the two apart.
+
+#include "systeminfo/deprecatedCalls.h"
+
+#if defined(__APPLE__)
+
+#include <CoreFoundation/CoreFoundation.h>
+#include <CoreServices/CoreServices.h>
+#include <IOKit/IOKitLib.h>
+#include <dns_sd.h>
+#include <sys/mount.h>
+#include <sys/param.h>
+#include <sys/sysctl.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#else
+
+#include "systeminfo/mac/platform/coreFoundation.h"
+#include "systeminfo/mac/platform/coreServices.h"
+#include "systeminfo/mac/platform/ioKit.h"
+#include "systeminfo/mac/platform/libSystem.h"
+
+#include <sys/time.h>
+
+#endif

@@ -1,0 +1,80 @@
+#include "systeminfo/mac/platform/live/deviceRegistry.h"
+#include "systeminfo/mac/platform/live/kernel.h"
+#include "systeminfo/mac/platform/live/kernelFiles.h"
+#include "systeminfo/mac/platform/live/letterCase.h"
+#include "systeminfo/mac/platform/live/processor.h"
+#include "systeminfo/mac/platform/live/services.h"
+#include "systeminfo/mac/platform/live/volumes.h"
+#include "systeminfo/mac/platform/machine.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+
+namespace norvex {
+
+namespace {
+
+/// This host, looked at anew for each answer.
+class LiveMachine : public Machine
+{
+public:
+    std::optional<QByteArray> sysctl(const QByteArray& name) const override
+    {
+        const auto value = kernelSysctl(name, KernelFiles());
+        return value ? value : processorSysctl(name, hostCpuid(), KernelFiles());
+    }
+
+    std::optional<std::int32_t> gestalt(std::uint32_t selector) const override
+    {
+        return kernelGestalt(selector, KernelFiles());
+    }
+
+    RegistryPtr registry(const QByteArray& className) const override { return liveRegistry(className); }
+    RegistryPtr root() const override { return liveRoot(); }
+    QByteArray superclassOf(const QByteArray& className) const override
+    {
+        return liveSuperclassOf(className);
+    }
+
+    QList<QByteArray> volumes() const override { return hostVolumes(); }
+    std::optional<MacStatfs> statfs(const QByteArray& path) const override { return hostStatfs(path); }
+
+    PathconfAnswer caseSensitive(const QByteArray& path) const override
+    {
+        const auto letterCase = letterCaseOf(path);
+        return letterCase ? PathconfAnswer{letterCase->isSensitive, 0} : PathconfAnswer{-1, ENOENT};
+    }
+
+    PathconfAnswer casePreserving(const QByteArray& path) const override
+    {
+        const auto letterCase = letterCaseOf(path);
+        return letterCase ? PathconfAnswer{letterCase->isPreserving, 0} : PathconfAnswer{-1, ENOENT};
+    }
+
+    bool deviceFileExists(const QByteArray& path) const override
+    {
+        struct stat64 status = {};
+        return ::stat64(path.constData(), &status) == 0;
+    }
+
+    PropertyListAnswer propertyListString(const QByteArray& path, const QByteArray& keyPath) const override
+    {
+        return propertyListFileString(path, keyPath);
+    }
+
+    DaemonAnswer daemonVersion() const override { return avahiVersion(); }
+    std::optional<QByteArray> urlHandler(const QByteArray& scheme) const override
+    {
+        return urlHandlerPath(scheme);
+    }
+};
+
+} // namespace
+
+std::shared_ptr<const Machine> liveMachine()
+{
+    static const std::shared_ptr<const Machine> machine = std::make_shared<LiveMachine>();
+    return machine;
+}
+
+} // namespace norvex

@@ -1,0 +1,54 @@
+#include "systeminfo/mac/platform/norvexPlatform.h"
+
+#include "systeminfo/mac/platform/cfObjects.h"
+#include "systeminfo/mac/platform/handles.h"
+#include "systeminfo/mac/platform/machine.h"
+#include "systeminfo/mac/platform/recorded/recordedMachine.h"
+
+#include <QFile>
+
+#include <utility>
+
+namespace norvex {
+
+std::shared_ptr<const Machine> loadRecording(const QString& fileName, QString* errorMessage)
+{
+    QFile file(fileName);
+    PlistFailure failure;
+    std::shared_ptr<const Machine> machine;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        failure.reason = file.errorString();
+    } else {
+        machine = readRecording(file, failure);
+    }
+    if (machine == nullptr && errorMessage != nullptr) {
+        const QString line = failure.line == 0 ? QString() : QStringLiteral(":%1").arg(failure.line);
+        *errorMessage = fileName + line + QLatin1String(": ") + failure.reason;
+    }
+    return machine;
+}
+
+void setMachine(std::shared_ptr<const Machine> machine)
+{
+    setCurrentMachine(std::move(machine));
+}
+
+unsigned int nextObject(unsigned int iterator)
+{
+    return IOIteratorNext(iterator);
+}
+
+void releaseObject(unsigned int object)
+{
+    IOObjectRelease(object);
+}
+
+LiveCounts liveCounts()
+{
+    LiveCounts counts;
+    addLiveObjects(counts);
+    addLiveHandles(counts);
+    return counts;
+}
+
+} // namespace norvex

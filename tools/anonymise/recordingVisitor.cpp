@@ -1,0 +1,95 @@
+#include "tools/anonymise/recordingVisitor.h"
+
+#include <algorithm>
+
+namespace norvex::Tool {
+
+RecordingVisitor::~RecordingVisitor() = default;
+
+namespace {
+
+using namespace Privacy;
+using Kind = RecordedValue::Kind;
+
+// Whether the dictionary describes a device that users give names to.
+bool isBluetoothDevice(const RecordedValue& dictionary)
+{
+    const RecordedValue* transport = dictionary.find("Transport");
+    return (transport != nullptr && transport->bytes.startsWith("Bluetooth")) ||
+           dictionary.find("BD_ADDR") != nullptr || dictionary.find("BluetoothDeviceAddress") != nullptr;
+}
+
+PrivateKind privateKindIn(const RecordedValue& dictionary, const QByteArray& key)
+{
+    const bool isName = key == "Product" || key == "Name" || key == "DeviceName";
+    return isName && isBluetoothDevice(dictionary) ? PrivateKind::Name : privateKindOf(key);
+}
+
+// Volumes and partitions have users' names; a whole disk has its model's.
+bool isNamedByUser(const RecordedValue& entry)
+{
+    const RecordedValue* classes = entry.find("classes");
+    const RecordedValue* properties = entry.find("properties");
+    const RecordedValue* whole = properties == nullptr ? nullptr : properties->find("Whole");
+    const auto isMedia = [](const RecordedValue::Item& item) {
+        return item.value.bytes == "IOMedia" || item.value.bytes == "AppleAPFSVolume";
+    };
+    return classes != nullptr && std::any_of(classes->items.begin(), classes->items.end(), isMedia) &&
+           (whole == nullptr || whole->number == 0);
+}
+
+// Arrays share the kind of their key.
+void visitValue(RecordedValue& value, PrivateKind privateKind, RecordingVisitor& visitor)
+{
+    if (value.kind == Kind::Dictionary) {
+        std::vector<PrivateKind> kinds;
+        for (const RecordedValue::Item& item : value.items) {
+            kinds.push_back(privateKindIn(value, item.key));
+        }
+        bool isSorted = true;
+        for (std::size_t i = 0; i < kinds.size(); ++i) {
+            const QByteArray key = value.items[i].key;
+            visitor.visitKey(value.items[i].key);
+            visitValue(value.items[i].value, kinds[i], visitor);
+            isSorted = isSorted && value.items[i].key == key;
+        }
+        if (!isSorted) {
+            value.sortKeys();
+        }
+    } else if (value.kind == Kind::Array) {
+        for (RecordedValue::Item& item : value.items) {
+            visitValue(item.value, privateKind, visitor);
+        }
+    } else {
+        visitor.visit(value, privateKind);
+    }
+}
+
+void visitEntry(RecordedValue& entry, RecordingVisitor& visitor)
+{
+    const PrivateKind nameKind = isNamedByUser(entry) ? PrivateKind::Label : PrivateKind::None;
+    for (RecordedValue::Item& item : entry.items) {
+        if (item.key == "children") {
+            for (RecordedValue::Item& child : item.value.items) {
+                visitEntry(child.value, visitor);
+            }
+        } else if (item.key != "classes") {
+            visitValue(item.value, nameKind, visitor);
+        }
+    }
+}
+
+} // namespace
+
+void visitRecording(RecordedValue& recording, RecordingVisitor& visitor)
+{
+    for (RecordedValue::Item& item : recording.items) {
+        if (item.key == "registry") {
+            visitEntry(item.value, visitor);
+        } else {
+            visitValue(item.value, PrivateKind::None, visitor);
+        }
+    }
+}
+
+} // namespace norvex::Tool

@@ -1,0 +1,256 @@
+#include "tools/record/recorder.h"
+
+#include "tools/record/recordingWriter.h"
+#include "tools/record/registryRecorder.h"
+
+#include "machelpers/norvexMacHelpers.h"
+#include "systeminfo/mac/fileQueries.h"
+#include "systeminfo/mac/ioRegistry.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/sysctlGestalt.h"
+
+#include <cerrno>
+#include <cstring>
+
+NORVEX_DEPRECATED_CALLS_BEGIN
+
+namespace norvex::Tool {
+
+namespace {
+
+using namespace norvex::SystemInfo::MacSysInfo;
+using Value = RecordedValue;
+
+// A query is made with the buffer that the report gives it: some answer in the width that they are asked for.
+constexpr std::size_t text = 0;
+
+const struct
+{
+    const char* name;
+    std::size_t width; // in bytes, or text
+} sysctlQueries[] = {
+    {"kern.osversion", text},
+    {"kern.version", text},
+    {"hw.machine", text},
+    {"hw.model", text},
+    {"hw.physicalcpu_max", 4},
+    {"hw.ncpu", 4},
+    {"hw.cputype", 4},
+    {"hw.cpusubtype", 4},
+    {"hw.cpufamily", 4},
+    {"hw.cpu64bit_capable", 4},
+    {"machdep.cpu.vendor", text},
+    {"machdep.cpu.brand_string", text},
+    {"machdep.cpu.family", 4},
+    {"machdep.cpu.model", 4},
+    {"machdep.cpu.extmodel", 4},
+    {"machdep.cpu.extfamily", 4},
+    {"machdep.cpu.stepping", 4},
+    {"machdep.cpu.signature", 4},
+    {"machdep.cpu.microcode_version", 4},
+    {"machdep.cpu.logical_per_package", 4},
+    {"machdep.cpu.cores_per_package", 4},
+    {"machdep.cpu.features", text},
+    {"hw.cpufrequency_max", 8},
+    {"hw.busfrequency_max", 8},
+    {"hw.l1dcachesize", 8},
+    {"hw.l1icachesize", 8},
+    {"hw.l2cachesize", 8},
+    {"hw.l3cachesize", 8},
+    {"hw.byteorder", 4},
+};
+
+const char gestaltCodes[][5] = {"sys1", "sys2", "sys3", "sysa", "lram", "ram ",
+                                "ramm", "lmem", "pgsz", "prty", "mmu "};
+
+const char driverPropertyList[] = "/System/Library/Extensions/FTDIUSBSerialDriver.kext/Contents/Info.plist";
+const char* const driverKeys[] = {"CFBundleVersion", "CFBundleName"};
+
+Value textValue(const QString& content)
+{
+    return Value::text(xmlText(content.toUtf8()));
+}
+
+std::optional<Value> sysctlInteger(const char* name, std::size_t width)
+{
+    unsigned char buffer[8] = {};
+    std::size_t length = width;
+    if (sysctlbyname(name, buffer, &length, nullptr, 0) != 0) {
+        return std::nullopt;
+    }
+    std::int32_t narrow = 0;
+    std::int64_t wide = 0;
+    std::memcpy(&narrow, buffer, sizeof narrow);
+    std::memcpy(&wide, buffer, sizeof wide);
+    return length > sizeof narrow ? Value::integer(64, wide) : Value::integer(32, narrow);
+}
+
+Value sysctlValues()
+{
+    Value values = Value::dictionary();
+    for (const auto& query : sysctlQueries) {
+        if (query.width != text) {
+            if (auto number = sysctlInteger(query.name, query.width)) {
+                values.add(query.name, std::move(*number));
+            }
+        } else if (const auto content = sysctlText(query.name)) {
+            values.add(query.name, textValue(*content));
+        }
+    }
+    if (const auto seconds = bootTime()) {
+        values.add("kern.boottime", Value::integer(64, *seconds));
+    }
+    return values;
+}
+
+Value gestaltValues()
+{
+    Value values = Value::dictionary();
+    for (const auto& code : gestaltCodes) {
+        if (const auto number = gestaltValue(gestaltSelector(code))) {
+            values.add(code, Value::integer(32, *number));
+        }
+    }
+    return values;
+}
+
+// Counts are unsigned; the format takes them modulo their size.
+Value count(std::uint64_t number)
+{
+    return Value::integer(64, static_cast<std::int64_t>(number));
+}
+
+Value fileSystemRecord(const FileSystemRecord& info)
+{
+    Value record = Value::dictionary();
+    record.add("f_bsize", count(info.f_bsize));
+    record.add("f_blocks", count(info.f_blocks));
+    record.add("f_bfree", count(info.f_bfree));
+    record.add("f_bavail", count(info.f_bavail));
+    record.add("f_files", count(info.f_files));
+    record.add("f_ffree", count(info.f_ffree));
+    record.add("f_fstypename", Value::text(xmlText(info.f_fstypename)));
+    record.add("f_mntonname", Value::text(xmlText(info.f_mntonname)));
+    record.add("f_mntfromname", Value::text(xmlText(info.f_mntfromname)));
+    return record;
+}
+
+Value letterCase(const QByteArray& path)
+{
+    Value answers = Value::dictionary();
+    errno = 0;
+    const long isSensitive = pathconf(path.constData(), _PC_CASE_SENSITIVE);
+    const int error = errno;
+    answers.add("caseSensitive", Value::integer(64, isSensitive));
+    if (isSensitive == -1) {
+        // A recording that gives no reason means EINVAL, which the report takes for an answer.
+        answers.add("errno", Value::integer(32, error != 0 ? error : EIO));
+    }
+    answers.add("casePreserving", Value::integer(64, pathconf(path.constData(), _PC_CASE_PRESERVING)));
+    return answers;
+}
+
+Value volumes()
+{
+    Value list = Value::array();
+    const QStringList paths = volumeEntries();
+    for (const QString& path : paths) {
+        Value volume = Value::dictionary();
+        volume.add("path", textValue(path));
+        FileSystemRecord info = {};
+        if (getFileSystemInfo(path, &info)) {
+            volume.add("statfs", fileSystemRecord(info));
+        }
+        volume.add("pathconf", letterCase(path.toUtf8()));
+        list.add(std::move(volume));
+    }
+    return list;
+}
+
+// Whole, however long: whether it fits the report's buffer is the report's business.
+int driverValue(const char* key, QByteArray& value)
+{
+    constexpr int largest = 1 << 24;
+    constexpr int tooLong = -3;
+    int code = tooLong;
+    for (int size = 1 << 10; code == tooLong && size <= largest; size *= 2) {
+        QByteArray buffer(size, '\0');
+        code = getValueForKeyInPropertyList(driverPropertyList, key, buffer.data(), size);
+        value = buffer.constData();
+    }
+    return code;
+}
+
+Value propertyLists()
+{
+    Value files = Value::dictionary();
+    Value properties = Value::dictionary();
+    for (const char* key : driverKeys) {
+        constexpr int noFile = -1;
+        constexpr int noString = -2;
+        QByteArray value;
+        const int code = driverValue(key, value);
+        if (code == noFile) {
+            return files;
+        }
+        if (code != noString) {
+            properties.add(key, Value::text(xmlText(value)));
+        }
+    }
+    files.add(driverPropertyList, std::move(properties));
+    return files;
+}
+
+std::optional<Value> mailHandler()
+{
+    const CFHolder<CFURLRef> url(CFURLCreateWithString(kCFAllocatorDefault, CFSTR("mailto:"), nullptr));
+    CFURLRef applicationUrl = nullptr;
+    if (!url || LSGetApplicationForURL(url.get(), kLSRolesAll, nullptr, &applicationUrl) != 0) {
+        return std::nullopt;
+    }
+    const CFHolder<CFURLRef> application(applicationUrl);
+    const CFHolder<CFStringRef> path(
+        application ? CFURLCopyFileSystemPath(application.get(), kCFURLPOSIXPathStyle) : nullptr);
+    return path ? std::make_optional(Value::text(recordedText(path.get()))) : std::nullopt;
+}
+
+Value services()
+{
+    Value answers = Value::dictionary();
+    std::uint32_t version = 0;
+    std::uint32_t size = sizeof version;
+    const DNSServiceErrorType error =
+        DNSServiceGetProperty(kDNSServiceProperty_DaemonVersion, &version, &size);
+    if (error == 0) {
+        answers.add("DaemonVersion", Value::integer(32, static_cast<std::int32_t>(version)));
+    } else {
+        answers.add("DaemonVersionError", Value::integer(32, error));
+    }
+    if (auto handler = mailHandler()) {
+        Value handlers = Value::dictionary();
+        handlers.add("mailto", std::move(*handler));
+        answers.add("urlHandlers", std::move(handlers));
+    }
+    return answers;
+}
+
+} // namespace
+
+RecordedValue recordMachine()
+{
+    RecordedValue recording = Value::dictionary();
+    recording.add("recording", Value::integer(32, 1));
+    recording.addUnlessEmpty("sysctl", sysctlValues());
+    recording.addUnlessEmpty("gestalt", gestaltValues());
+    RegistryRecording registry = recordRegistry();
+    recording.addUnlessEmpty("registry", std::move(registry.root));
+    recording.addUnlessEmpty("volumes", volumes());
+    recording.addUnlessEmpty("files", std::move(registry.deviceFiles));
+    recording.addUnlessEmpty("propertyLists", propertyLists());
+    recording.addUnlessEmpty("services", services());
+    return recording;
+}
+
+} // namespace norvex::Tool
+
+NORVEX_DEPRECATED_CALLS_END
