@@ -5,9 +5,7 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/machine.h"
 #include "systeminfo/mac/platform/recorded/recordedMachine.h"
-#include "systeminfo/norvexNetworkIfInfo.h"
 #include "systeminfo/norvexSystemInfo.h"
-#include "systeminfo/scanOpenGLInfo.h"
 
 #include <QApplication>
 #include <QBuffer>
@@ -15,8 +13,10 @@
 
 #include <benchmark/benchmark.h>
 
+#include <functional>
+#include <string>
+
 using namespace norvex::SystemInfo;
-using namespace norvex::SystemInfo::MacSysInfo;
 
 namespace {
 
@@ -82,81 +82,36 @@ BENCHMARK(macintoshSectionByEntries)
     ->Range(1000, 1000000)
     ->Unit(benchmark::kMillisecond);
 
-struct Section
-{
-    const char* name;
-    QString (*function)();
-};
+using Text = std::function<QString()>;
 
-QString openGL()
-{
-    QString text;
-    CScanOpenGLInfo().getInfo(text);
-    return text;
-}
-
-// Answered by the machine, live or recorded.
-const Section macintoshSections[] = {
-    {"allInfos(true)", [] { return norvex::SystemInfo::allInfos(true); }},
-    {"macintosh", MacSysInfo::allInfos},
-    {"osVersion", [] { return osVersion(true); }},
-    {"kernelInfo", kernelInfo},
-    {"macModel", macModel},
-    {"architecture", architecture},
-    {"cpuInfo", cpuInfo},
-    {"memoryInfo", memoryInfo},
-    {"ioKitSataDiskDevices", ioKitSataDiskDevices},
-    {"ioKitSerialAtapiDevices", ioKitSerialAtapiDevices},
-    {"ioKitNVMExpressDevices", ioKitNVMExpressDevices},
-    {"listFileSystemVolumesInfo", listFileSystemVolumesInfo},
-    {"ioKitEthernetDevices", ioKitEthernetDevices},
-    {"ioKitPlatformInfos", ioKitPlatformInfos},
-    {"ioKitRootInfos", ioKitRootInfos},
-    {"ioKitGraphicsCards", ioKitGraphicsCards},
-    {"ioKitUsbDevices", ioKitUsbDevices},
-    {"ioKitGetRs232SerialDevices", [] { return ioKitGetRs232SerialDevices(true); }},
-    {"checkFtdiDriver", checkFtdiDriver},
-    {"bonjourVersion", bonjourVersion},
-    {"defaultEmailApp", defaultEmailApp},
-};
-
-// Answered by Qt on whatever host this is.
-const Section qtSections[] = {
-    {"qtDateTime", qtDateTime},
-    {"qtGlobal", qtGlobal},
-    {"qtCoreApplication", qtCoreApplication},
-    {"qtLocale", qtLocale},
-    {"qtScreens", qtScreens},
-    {"qtDesktop", qtDesktop},
-    {"qtDesktopServices", qtDesktopServices},
-    {"qtPrinterInfo", qtPrinterInfo},
-    {"qtHostInfo", qtHostInfo},
-    {"network", NetworkInfo::allInfos},
-    {"qtSystemEnvironment", qtSystemEnvironment},
-    {"openGL", openGL},
-    {"allInfos(false)", [] { return norvex::SystemInfo::allInfos(false); }},
-};
-
-void runSection(benchmark::State& state, const Section& section,
-                std::shared_ptr<const norvex::Machine> machine)
+void makeText(benchmark::State& state, const Text& text, std::shared_ptr<const norvex::Machine> machine)
 {
     norvex::setMachine(std::move(machine));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(section.function());
+        benchmark::DoNotOptimize(text());
     }
     norvex::setMachine(nullptr);
 }
 
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-template <std::size_t count>
-void registerSections(const char* machineName, const std::shared_ptr<const norvex::Machine>& machine,
-                      const Section (&sections)[count])
+// The texts of one machine: each section and what they make together. Of a recorded machine only the Macintosh
+// sections say anything.
+void registerTexts(const std::string& machineName, const std::shared_ptr<const norvex::Machine>& machine)
 {
-    for (const Section& section : sections) {
-        const std::string name = std::string(machineName) + "/" + section.name;
-        benchmark::RegisterBenchmark(name.c_str(), runSection, section, machine)
+    const auto add = [&](const std::string& name, const Text& text) {
+        benchmark::RegisterBenchmark((machineName + "/" + name).c_str(), makeText, text, machine)
             ->Unit(benchmark::kMicrosecond);
+    };
+    add("allInfos(true)", [] { return norvex::SystemInfo::allInfos(true); });
+    add("macintosh", MacSysInfo::allInfos);
+    for (const SectionInfo& section : sections()) {
+        if (machine == nullptr || section.half == ReportHalf::Macintosh) {
+            add(section.name, section.text);
+        }
+    }
+    if (machine == nullptr) {
+        add("allInfos(false)", [] { return norvex::SystemInfo::allInfos(false); });
     }
 }
 
@@ -170,13 +125,12 @@ int main(int argc, char* argv[])
     const QApplication application(argc, argv);
     qInstallMessageHandler(discard);
     benchmark::Initialize(&argc, argv);
-    registerSections("live", nullptr, macintoshSections);
-    registerSections("live", nullptr, qtSections);
+    registerTexts("live", nullptr);
     QFile recording(qEnvironmentVariable("NORVEX_RECORDING"));
     if (recording.open(QIODevice::ReadOnly)) {
         const QByteArray text = recording.readAll();
         benchmark::RegisterBenchmark("recorded/load", loadRecording, text)->Unit(benchmark::kMillisecond);
-        registerSections("recorded", machineOf(text), macintoshSections);
+        registerTexts("recorded", machineOf(text));
     }
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -1,6 +1,8 @@
 #include "systeminfo/norvexNetworkIfInfo.h"
 
 #include "systeminfo/qtSectionParts.h"
+#include "systeminfo/reportTexts.h"
+#include "systeminfo/sectionText.h"
 
 #include <QNetworkInterface>
 
@@ -10,25 +12,24 @@ namespace Internal {
 
 QString interfaceBlock(const InterfaceFacts& iface)
 {
-    QString block = NetworkInfo::separatorNetIf() + iface.name + NetworkInfo::sNewLine;
+    SectionText block(NetworkInfo::sNewLine);
+    block.lines(NetworkInfo::separatorNetIf()).line(iface.name);
     if (iface.flags.testFlag(QNetworkInterface::IsLoopBack)) {
-        block += QLatin1String("Loopback interface") + NetworkInfo::sNewLine;
+        block.line("Loopback interface");
     }
-    block += QStringLiteral("%1: %2").arg(QStringLiteral("Hardware address")).arg(iface.hardwareAddress) +
-             NetworkInfo::sNewLine;
     const bool isUp = iface.flags.testFlag(QNetworkInterface::IsUp);
-    block += QLatin1String("Status: ") + QLatin1String(isUp ? "Up" : "Down") + NetworkInfo::sNewLine;
-
-    block += QLatin1String("Addresses: IP , netmask , broadcast") + NetworkInfo::sNewLine;
-    const QLatin1String comma(" , ");
+    block.line(QLatin1String(hardwareAddressLabel) + QLatin1String(": ") + iface.hardwareAddress)
+        .line(isUp ? "Status: Up" : "Status: Down")
+        .line("Addresses: IP , netmask , broadcast");
     for (const QNetworkAddressEntry& entry : iface.addresses) {
-        block += entry.ip().toString() + comma + entry.netmask().toString() + comma +
-                 entry.broadcast().toString() + NetworkInfo::sNewLine;
+        const QStringList parts{entry.ip().toString(), entry.netmask().toString(),
+                                entry.broadcast().toString()};
+        block.line(parts.join(QLatin1String(" , ")));
     }
     if (iface.addresses.isEmpty()) {
-        block += QLatin1String("<no address>") + NetworkInfo::sNewLine;
+        block.line("<no address>");
     }
-    return block;
+    return block.text();
 }
 
 } // namespace Internal
@@ -39,18 +40,19 @@ QString sNewLine = QStringLiteral("\n");
 
 QString allInfos()
 {
-    QString section = QLatin1String("Network Interfaces Info") + sNewLine;
+    Internal::SectionText section(sNewLine);
+    section.line(Internal::networkHeading);
     const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
     for (const QNetworkInterface& iface : interfaces) {
-        section += Internal::interfaceBlock(
-            {iface.name(), iface.hardwareAddress(), iface.flags(), iface.addressEntries()});
+        section.lines(Internal::interfaceBlock(
+            {iface.name(), iface.hardwareAddress(), iface.flags(), iface.addressEntries()}));
     }
-    return section;
+    return section.text();
 }
 
 QString separatorNetIf()
 {
-    return QString(55, QLatin1Char('_')) + sNewLine;
+    return QString(Internal::interfaceSeparatorLength, QLatin1Char('_')) + sNewLine;
 }
 
 QString ifUserFriendlyName(const QNetworkInterface& iface)

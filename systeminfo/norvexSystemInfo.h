@@ -14,6 +14,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 namespace norvex {
 namespace SystemInfo {
@@ -24,10 +25,8 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// The whole report of this machine at this moment.
 ///
-/// The order is: the Macintosh section (MacSysInfo::allInfos()), the Qt banner, qtDateTime(), qtGlobal(),
-/// qtCoreApplication(), qtLocale(), qtScreens(), qtDesktop(), qtDesktopServices(), qtPrinterInfo(),
-/// qtHostInfo(), NetworkInfo::allInfos(), qtSystemEnvironment() and the OpenGL section
-/// (CScanOpenGLInfo::getInfo()), with a separator() behind each section of the Qt part.
+/// Its halves are the Macintosh section (MacSysInfo::allInfos()) and, behind the Qt banner, what Qt answers. sections()
+/// lists the sections in their order; a separator() follows each group of them.
 ///
 /// @param skipOpenGL true leaves the OpenGL section out, together with its separator, and creates nothing of
 ///        OpenGL.
@@ -40,6 +39,48 @@ NORVEX_SYSTEMINFO_EXPORT QString allInfos(bool skipOpenGL);
 
 /// The line between two sections: 72 hyphens and sNewLine.
 NORVEX_SYSTEMINFO_EXPORT QString separator();
+
+/// The halves of a report, in its order. Each begins with its banner line.
+enum class ReportHalf {
+    Macintosh, ///< what macOS's own interfaces answer
+    Qt         ///< what Qt answers
+};
+
+/// The threads that may call a section's function.
+enum class SectionThread {
+    Any, ///< any thread, several at once
+    Gui  ///< the application's GUI thread
+};
+
+/// The application object that a section describes the machine with. Without it the section stands in the report all
+/// the same, but says less.
+enum class SectionApplication {
+    None,   ///< needs none
+    Gui,    ///< a QGuiApplication
+    Widgets ///< a QApplication
+};
+
+/// A section of the report.
+struct SectionInfo
+{
+    const char* name;               ///< of the function that makes it, such as "cpuInfo"; names never change
+    ReportHalf half;                ///< where it stands
+    int group;                      ///< a separator() stands behind each group; counts from 0 in each half
+    const char* description;        ///< one line, English
+    QStringList topics;             ///< what it is about, such as "cpu"; the first is the main one
+    SectionThread thread;           ///< who may call text()
+    SectionApplication application; ///< what text() needs
+    QString (*text)();              ///< makes the section: whole lines, without a separator
+};
+
+/// All sections of the report, in its order. allInfos() is made from this table.
+///
+/// The topics are system, cpu, memory, disks, volumes, network, graphics, usb, serial, screens, printers, environment
+/// and opengl.
+///
+/// @return the table, made by the first call; valid until the library is unloaded. Any thread. Only the first call
+///        can throw (std::bad_alloc).
+NORVEX_SYSTEMINFO_EXPORT const QVector<SectionInfo>& sections();
 
 /// The library's version numbers, the least significant first.
 ///

@@ -1,12 +1,15 @@
+#include "systeminfo/buildFacts.h"
 #include "systeminfo/norvexSystemInfo.h"
-#include "systeminfo/qtBuildFacts.h"
 #include "systeminfo/qtSectionParts.h"
+#include "systeminfo/sectionText.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QLocale>
 
 namespace norvex::SystemInfo {
+
+using Internal::SectionText;
 
 namespace {
 
@@ -26,15 +29,6 @@ const ApplicationRow applicationRows[] = {
     {"Organization Name:    ", QCoreApplication::organizationName},
 };
 
-// UTC minus local wall-clock time, in minutes. Both are read as UTC, so that their distance is what the
-// clocks on the wall differ by, a daylight-saving shift included.
-int activeBias(const QDateTime& localTime)
-{
-    QDateTime wallClock = localTime;
-    wallClock.setTimeSpec(Qt::UTC);
-    return static_cast<int>(wallClock.secsTo(localTime.toTimeSpec(Qt::UTC)) / 60);
-}
-
 } // namespace
 
 namespace Internal {
@@ -44,16 +38,19 @@ QString dateTimeLines(const QDateTime& localTime)
     const QString format = QStringLiteral("dd.MM.yyyy hh:mm:ss");
     const QString local = localTime.toString(format);
     const QString utc = localTime.toTimeSpec(Qt::UTC).toString(format);
-    return QLatin1String("Local Date and Time: ") + local + sNewLine +
-           QLatin1String("UTC   Date and Time: ") + utc + sNewLine +
-           QStringLiteral("ActiveBias: %1 min").arg(activeBias(localTime)) + sNewLine;
+    const int bias = -localTime.offsetFromUtc() / 60; // UTC minus local time, in minutes
+    return SectionText(sNewLine)
+        .line("Local Date and Time: ", local)
+        .line("UTC   Date and Time: ", utc)
+        .line(QStringLiteral("ActiveBias: %1 min").arg(bias))
+        .text();
 }
 
 QString libraryPathLines(const QStringList& paths)
 {
-    const QString label = QStringLiteral("Library Paths:        ");
-    const QString indent(label.size(), QLatin1Char(' '));
-    return label + paths.join(sNewLine + indent) + sNewLine;
+    const char* const label = "Library Paths:        ";
+    const QString indent(static_cast<int>(qstrlen(label)), QLatin1Char(' '));
+    return SectionText(sNewLine).line(label, paths.join(sNewLine + indent)).text();
 }
 
 QString measurementSystemName(QLocale::MeasurementSystem system)
@@ -74,41 +71,37 @@ QString qtDateTime()
 
 QString qtGlobal()
 {
-    const QString lines[] = {
-        QStringLiteral("Qt Global"),
-        QStringLiteral("Qt version this object was linked against: ") + QLatin1String(QT_VERSION_STR),
-        QStringLiteral("Qt version currently used for execution:   ") + QLatin1String(qVersion()),
-        QLatin1String(Internal::platformLine),
-        QStringLiteral("Endianess detected by Qt:                  ") +
-            QLatin1String(Internal::byteOrderName),
-        QStringLiteral("Pointer size QSysInfo::Wordsize   %1bits").arg(static_cast<int>(QSysInfo::WordSize)),
-        QStringLiteral("Pointer size QT_POINTER_SIZE      %1bytes").arg(QT_POINTER_SIZE),
-    };
-    QString section;
-    for (const QString& line : lines) {
-        section += line + sNewLine;
-    }
-    return section;
+    return SectionText(sNewLine)
+        .line("Qt Global")
+        .line("Qt version this object was linked against: " QT_VERSION_STR)
+        .line("Qt version currently used for execution:   ", QString::fromLatin1(qVersion()))
+        .line(Internal::platformLine)
+        .line("Endianess detected by Qt:                  ", QString::fromLatin1(Internal::byteOrderName))
+        .line(QStringLiteral("Pointer size QSysInfo::Wordsize   %1bits")
+                  .arg(static_cast<int>(QSysInfo::WordSize)))
+        .line(QStringLiteral("Pointer size QT_POINTER_SIZE      %1bytes").arg(QT_POINTER_SIZE))
+        .text();
 }
 
 QString qtCoreApplication()
 {
-    QString section = QLatin1String("QCoreApplication:") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("QCoreApplication:");
     for (const ApplicationRow& row : applicationRows) {
-        section += QLatin1String(row.label) + row.value() + sNewLine;
+        section.line(row.label, row.value());
     }
-    return section + Internal::libraryPathLines(QCoreApplication::libraryPaths());
+    return section.lines(Internal::libraryPathLines(QCoreApplication::libraryPaths())).text();
 }
 
 QString qtLocale()
 {
     const QLocale locale = QLocale::system();
-    QString section = QLatin1String("QLocale") + sNewLine;
-    section += QLatin1String("Country:          ") + QLocale::countryToString(locale.country()) + sNewLine;
-    section += QLatin1String("Language:         ") + QLocale::languageToString(locale.language()) + sNewLine;
-    section += QLatin1String("Measuring System: ") +
-               Internal::measurementSystemName(locale.measurementSystem()) + sNewLine;
-    return section;
+    return SectionText(sNewLine)
+        .line("QLocale")
+        .line("Country:          ", QLocale::countryToString(locale.country()))
+        .line("Language:         ", QLocale::languageToString(locale.language()))
+        .line("Measuring System: ", Internal::measurementSystemName(locale.measurementSystem()))
+        .text();
 }
 
 } // namespace norvex::SystemInfo

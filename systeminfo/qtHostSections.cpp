@@ -1,5 +1,6 @@
 #include "systeminfo/norvexSystemInfo.h"
 #include "systeminfo/qtSectionParts.h"
+#include "systeminfo/sectionText.h"
 
 #include <QHostInfo>
 #include <QPrinterInfo>
@@ -7,6 +8,8 @@
 #include <QStandardPaths>
 
 namespace norvex::SystemInfo {
+
+using Internal::SectionText;
 
 namespace {
 
@@ -33,27 +36,28 @@ namespace Internal {
 
 QString printerLines(const QList<Printer>& printers)
 {
-    QString lines = QLatin1String("Available printers:") + sNewLine;
+    SectionText lines(sNewLine);
+    lines.line("Available printers:");
     if (printers.isEmpty()) {
-        lines += QLatin1String("    <None>") + sNewLine;
+        lines.line("    <None>");
     }
     for (const Printer& printer : printers) {
-        lines += QStringLiteral("   %1").arg(printer.name);
-        lines += QLatin1String(printer.isDefault ? "    [default printer]" : "") + sNewLine;
+        lines.line("   ", printer.name + QLatin1String(printer.isDefault ? "    [default printer]" : ""));
     }
-    return lines;
+    return lines.text();
 }
 
 } // namespace Internal
 
 QString qtDesktopServices()
 {
-    QString section = QLatin1String("QDesktopServices") + sNewLine + QLatin1String("HomeLocation") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("QDesktopServices").line("HomeLocation");
     for (const LocationRow& row : locationRows) {
-        section += QLatin1String(row.pathLabel) + QStandardPaths::writableLocation(row.location) + sNewLine +
-                   QLatin1String(row.nameLabel) + QStandardPaths::displayName(row.location) + sNewLine;
+        section.line(row.pathLabel, QStandardPaths::writableLocation(row.location))
+            .line(row.nameLabel, QStandardPaths::displayName(row.location));
     }
-    return section;
+    return section.text();
 }
 
 QString qtPrinterInfo()
@@ -63,24 +67,27 @@ QString qtPrinterInfo()
     for (const QPrinterInfo& printer : available) {
         printers.append({printer.printerName(), printer.isDefault()});
     }
-    return QLatin1String("QPrinterInfo") + sNewLine + Internal::printerLines(printers);
+    return SectionText(sNewLine).line("QPrinterInfo").lines(Internal::printerLines(printers)).text();
 }
 
 QString qtHostInfo()
 {
-    return QLatin1String("QHostInfo") + sNewLine +
-           QStringLiteral("Local host name:   %1").arg(QHostInfo::localHostName()) + sNewLine +
-           QStringLiteral("Local domain name: %1").arg(QHostInfo::localDomainName()) + sNewLine;
+    return SectionText(sNewLine)
+        .line("QHostInfo")
+        .line("Local host name:   ", QHostInfo::localHostName())
+        .line("Local domain name: ", QHostInfo::localDomainName())
+        .text();
 }
 
 QString qtSystemEnvironment()
 {
-    QString section = QLatin1String("System environemnt (QProcess::systemEnvironment()):") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("System environemnt (QProcess::systemEnvironment()):");
     const QStringList entries = QProcess::systemEnvironment();
     for (const QString& entry : entries) {
-        section += QStringLiteral("  %1").arg(entry) + sNewLine;
+        section.line("  ", entry);
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo

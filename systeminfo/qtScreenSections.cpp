@@ -2,6 +2,7 @@
 #include "systeminfo/guiThread.h"
 #include "systeminfo/norvexSystemInfo.h"
 #include "systeminfo/qtSectionParts.h"
+#include "systeminfo/sectionText.h"
 
 #include <QApplication>
 #include <QDesktopWidget>
@@ -10,6 +11,8 @@
 #include <cmath>
 
 namespace norvex::SystemInfo {
+
+using Internal::SectionText;
 
 namespace {
 
@@ -95,68 +98,66 @@ ScreenFacts screenFacts(const QScreen& screen)
 
 QString screenLines(int number, const ScreenFacts& screen)
 {
-    const QString lines[] = {
-        QStringLiteral("#%1").arg(number),
-        QStringLiteral("  Name: %1").arg(screen.name),
-        QStringLiteral("  Physical DPI x: %1  y: %2").arg(screen.physicalDpiX).arg(screen.physicalDpiY),
-        QStringLiteral("  Logical  DPI x: %1  y: %2").arg(screen.logicalDpiX).arg(screen.logicalDpiY),
-        QStringLiteral("  devicePixelRatio: %1").arg(screen.pixelRatio),
-        QStringLiteral("  RefreshRate: %1 Hz").arg(screen.refreshRate),
-        physicalSizeLine(screen.millimetres),
-        diagonalLine(screen.millimetres),
-        QStringLiteral("  Size (width x height): %1 x %2")
-            .arg(screen.pixels.width())
-            .arg(screen.pixels.height()),
-        QStringLiteral("  Color depth: %1").arg(screen.depth),
-        QStringLiteral("  Orientation: %1").arg(static_cast<int>(screen.orientation)),
-        QStringLiteral("  Native Orientation: %1").arg(static_cast<int>(screen.nativeOrientation)),
-        QStringLiteral("  Primary Orientation: %1").arg(static_cast<int>(screen.primaryOrientation)),
-    };
-    QString block;
-    for (const QString& line : lines) {
-        block += line + sNewLine;
-    }
-    return block;
+    const auto text = [](int value) { return QString::number(value); };
+    return SectionText(sNewLine)
+        .line("#", text(number))
+        .line("  Name: ", screen.name)
+        .line(QStringLiteral("  Physical DPI x: %1  y: %2").arg(screen.physicalDpiX).arg(screen.physicalDpiY))
+        .line(QStringLiteral("  Logical  DPI x: %1  y: %2").arg(screen.logicalDpiX).arg(screen.logicalDpiY))
+        .line(QStringLiteral("  devicePixelRatio: %1").arg(screen.pixelRatio))
+        .line(QStringLiteral("  RefreshRate: %1 Hz").arg(screen.refreshRate))
+        .line(physicalSizeLine(screen.millimetres))
+        .line(diagonalLine(screen.millimetres))
+        .line("  Size (width x height): ",
+              text(screen.pixels.width()) + QLatin1String(" x ") + text(screen.pixels.height()))
+        .line("  Color depth: ", text(screen.depth))
+        .line("  Orientation: ", text(screen.orientation))
+        .line("  Native Orientation: ", text(screen.nativeOrientation))
+        .line("  Primary Orientation: ", text(screen.primaryOrientation))
+        .text();
 }
 
 QString desktopLines(const DesktopFacts& desktop)
 {
-    QString lines = QStringLiteral("Number of screens:  %1").arg(desktop.screens.size()) + sNewLine +
-                    QStringLiteral("Primary screen:     #%1").arg(desktop.primaryScreen) + sNewLine;
+    SectionText lines(sNewLine);
+    lines.line("Number of screens:  ", QString::number(desktop.screens.size()))
+        .line("Primary screen:     #", QString::number(desktop.primaryScreen));
     for (int i = 0; i < desktop.screens.size(); ++i) {
-        lines += QStringLiteral("Screen #%1:").arg(i) + geometryText(desktop.screens.at(i)) + sNewLine;
+        lines.line(QStringLiteral("Screen #%1:").arg(i) + geometryText(desktop.screens.at(i)));
     }
-    lines += QLatin1String("Screen -1:") + geometryText(desktop.defaultScreen) + sNewLine;
-    lines += QStringLiteral("isVirtualDesktop:   %1").arg(static_cast<int>(desktop.isVirtual)) + sNewLine;
+    lines.line("Screen -1:", geometryText(desktop.defaultScreen))
+        .line("isVirtualDesktop:   ", QString::number(static_cast<int>(desktop.isVirtual)));
     if (desktop.isVirtual) {
-        lines += sizeText(QStringLiteral("Virtual Desktop Geometry: width: %1, height %2"),
-                          desktop.virtualGeometry) +
-                 sNewLine;
+        lines.line(sizeText(QStringLiteral("Virtual Desktop Geometry: width: %1, height %2"),
+                            desktop.virtualGeometry));
     }
-    return lines;
+    return lines.text();
 }
 
 } // namespace Internal
 
 QString qtScreens()
 {
-    QString section = QLatin1String("QScreen") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("QScreen");
     int number = 0;
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
-        section += Internal::screenLines(++number, Internal::screenFacts(*screen));
+        section.lines(Internal::screenLines(++number, Internal::screenFacts(*screen)));
     }
-    return section;
+    return section.text();
 }
 
 QString qtDesktop()
 {
-    QString heading = QLatin1String("QDesktopWidget") + sNewLine;
-    if (!Internal::mayUseWidgets()) {
+    SectionText section(sNewLine);
+    section.line("QDesktopWidget");
+    if (Internal::mayUseWidgets()) {
+        section.lines(Internal::desktopLines(desktopFacts()));
+    } else {
         qWarning("qtDesktop: there is no QApplication on this thread, so no desktop to describe");
-        return heading;
     }
-    return heading + Internal::desktopLines(desktopFacts());
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo

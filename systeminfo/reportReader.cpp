@@ -1,5 +1,7 @@
 #include "systeminfo/norvexSystemInfo.h"
 
+#include "systeminfo/reportTexts.h"
+
 #include <QObject>
 #include <QStringMatcher>
 #include <algorithm>
@@ -9,10 +11,7 @@
 namespace norvex::SystemInfo {
 namespace {
 
-const char* const qtBanner = "###### System informations retrieved using Qt #######";
-const char* const networkHeading = "Network Interfaces Info";
-const char* const interfaceSeparator = "_______________________________________________________";
-const char* const hardwareAddressLabel = "Hardware address";
+using namespace Internal;
 
 /// Interfaces that are passed over: those whose name begins with the prefix, but for the one exception.
 struct IgnoredInterfaces
@@ -35,7 +34,7 @@ struct ReportKind
 // In the order of precedence: a report with both banners is of the first kind.
 const ReportKind reportKinds[] = {
     {
-        "############ Windows specific section ###########",
+        windowsBanner,
         "Processor information:",
         "Number of processors:",
         "Processor revision:",
@@ -43,7 +42,7 @@ const ReportKind reportKinds[] = {
         {{nullptr, nullptr}, {nullptr, nullptr}},
     },
     {
-        "############ Macintosh specific section ###########",
+        macintoshBanner,
         nullptr,
         "Number of physical cores:",
         "CPU signature:",
@@ -156,7 +155,7 @@ bool ReportReader::isIgnored(const QString& interfaceName, bool skipBracedInterf
 
 bool ReportReader::collectMacAddresses(bool skipBracedInterfaceNames, QStringList& macAddresses)
 {
-    const QStringMatcher separator{QString::fromLatin1(interfaceSeparator)};
+    const QStringMatcher separator{QString(interfaceSeparatorLength, QLatin1Char('_'))};
     const QStringMatcher label{QString::fromLatin1(hardwareAddressLabel)};
 
     int position = networkSection_;

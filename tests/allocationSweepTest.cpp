@@ -131,7 +131,7 @@ void AllocationSweepTest::reports_data()
 {
     QTest::addColumn<QString>("name");
     for (const char* name :
-         {"report-complete", "report-noPort", "report-noMatching", "usb-unusableNumbers"}) {
+         {"report-complete", "report-noPort", "report-noMatching", "ioKitUsbDevices-unusableNumbers"}) {
         QTest::newRow(name) << NORVEX_TEST_DATA "/recordings/" + QString(name);
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "systeminfo/mac/platform/recorded/recordedMachine.h"
+#include "systeminfo/norvexSystemInfo.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -48,6 +49,18 @@ inline QByteArray contentsOf(const QString& fileName)
 {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// How many groups of sections a half of the report has. A separator stands behind each.
+inline int groupCount(norvex::SystemInfo::ReportHalf half)
+{
+    QSet<int> groups;
+    for (const norvex::SystemInfo::SectionInfo& section : norvex::SystemInfo::sections()) {
+        if (section.half == half) {
+            groups += section.group;
+        }
+    }
+    return groups.size();
 }
 
 /// The folder of recordings that NORVEX_RECORDINGS names instead of the tests' own, so that any collection of

@@ -1,48 +1,30 @@
 #include "recordingSupport.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/norvexSystemInfo.h"
 
 #include <QtTest>
 #include <ctime>
 
 using namespace norvex::SystemInfo::MacSysInfo;
+using norvex::SystemInfo::SectionInfo;
+using norvex::SystemInfo::sections;
 
 namespace {
 
-/// What a recording is about, told by its name up to the first hyphen.
-const struct Topic
+/// What a recording gives, by its name up to the first hyphen: a section, "system" (what is printed of the system),
+/// "serialAll" (every serial port), or else the whole Macintosh section.
+QString textFor(const QString& recording)
 {
-    const char* name;
-    QString (*section)();
-} topics[] = {
-    {"system",
-     [] { return osVersion(true) + platformName() + sNewLine + kernelInfo() + macModel() + architecture(); }},
-    {"cpu", cpuInfo},
-    {"memory", memoryInfo},
-    {"sata", ioKitSataDiskDevices},
-    {"atapi", ioKitSerialAtapiDevices},
-    {"nvme", ioKitNVMExpressDevices},
-    {"volumes", listFileSystemVolumesInfo},
-    {"ethernet", ioKitEthernetDevices},
-    {"platform", ioKitPlatformInfos},
-    {"root", ioKitRootInfos},
-    {"graphics", ioKitGraphicsCards},
-    {"usb", ioKitUsbDevices},
-    {"serial", [] { return ioKitGetRs232SerialDevices(true); }},
-    {"serialAll", [] { return ioKitGetRs232SerialDevices(false); }},
-    {"ftdi", checkFtdiDriver},
-    {"bonjour", bonjourVersion},
-    {"mail", defaultEmailApp},
-};
-
-QString sectionFor(const QString& name)
-{
-    const QString topic = name.section('-', 0, 0);
-    for (const Topic& each : topics) {
-        if (topic == QLatin1String(each.name)) {
-            return each.section();
+    const QString topic = recording.section('-', 0, 0);
+    for (const SectionInfo& section : sections()) {
+        if (topic == QLatin1String(section.name)) {
+            return section.text();
         }
     }
-    return allInfos();
+    if (topic == "system") {
+        return osVersion(true) + platformName() + sNewLine + kernelInfo() + macModel() + architecture();
+    }
+    return topic == "serialAll" ? ioKitGetRs232SerialDevices(false) : allInfos();
 }
 
 QList<QStringList> tableOf(const char* fileName)
@@ -96,7 +78,7 @@ void ReplayTest::recordings()
     norvex::setMachine(machine);
 
     const LoggedMessages messages;
-    const QString text = sectionFor(QTest::currentDataTag());
+    const QString text = textFor(QTest::currentDataTag());
     QVERIFY(norvex::liveCounts().isZero());
     QVERIFY(QFile::exists(file + ".txt"));
     sameLines(text, QString::fromUtf8(contentsOf(file + ".txt")));

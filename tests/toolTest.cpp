@@ -144,10 +144,13 @@ void ToolTest::addWritingRows()
         "");
     ROW("new file", "umask 027; $TOOL --section macModel --machine mac.plist -o new; cat new; stat -c %a new",
         0, "Model: Mac9,9\n640\n", "");
-    ROW("existing file", "echo old >f; chmod 604 f; $TOOL --list-sections -o f; wc -l <f; stat -c %a f", 0,
-        "32\n604\n", "");
-    ROW("link", "$TOOL --version >/dev/null; $TOOL --list-sections -o link; test -L link; wc -l <target", 0,
-        "32\n", "");
+    ROW("existing file",
+        "echo old >f; chmod 604 f; $TOOL --list-sections -o f; $TOOL --list-sections | cmp - f; stat -c %a f",
+        0, "604\n", "");
+    ROW("link",
+        "$TOOL --version >/dev/null; $TOOL --list-sections -o link; test -L link; "
+        "$TOOL --list-sections | cmp - target",
+        0, "", "");
     ROW("no space for a file",
         "(ulimit -f 1; $TOOL --no-opengl -o keep 2>e || tail -n1 e); cat keep; ls keep*", 0,
         "norvex-systeminfo: cannot write 'keep': File too large\nold\nkeep\n", "");
@@ -155,8 +158,10 @@ void ToolTest::addWritingRows()
         "standard output: File too large");
     ROW("folder", "$TOOL --list-sections -o runtime", 1, "", "cannot write 'runtime': .*directory");
     ROW("no folder", "$TOOL --list-sections -o absent/file", 1, "", "'absent/file': No such file");
-    ROW("pipe as file", "cat pipe >f & $TOOL --list-sections -o pipe; wait; test -p pipe && wc -l <f", 0,
-        "32\n", "");
+    ROW("pipe as file",
+        "cat pipe >f & $TOOL --list-sections -o pipe; wait; test -p pipe && "
+        "$TOOL --list-sections | cmp - f",
+        0, "", "");
     ROW("stdout as file",
         "(echo a; $TOOL --section macModel -o /dev/stdout --machine mac.plist; echo b) >f; cat f", 0,
         "a\nModel: Mac9,9\nb\n", "");

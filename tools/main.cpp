@@ -25,18 +25,20 @@ namespace norvex::Tool {
 namespace {
 
 using Action = Options::Action;
+using SystemInfo::SectionApplication;
+using SystemInfo::SectionInfo;
 
-ApplicationKind neededApplication(const Options& options)
+SectionApplication neededApplication(const Options& options)
 {
     if (options.action == Action::Record || (options.action == Action::Identify && options.reportFile)) {
-        return ApplicationKind::Core;
+        return SectionApplication::None;
     }
     if (options.sections.empty()) {
-        return ApplicationKind::Widgets;
+        return SectionApplication::Widgets;
     }
-    ApplicationKind needed = ApplicationKind::Core;
-    for (const Section* section : options.sections) {
-        needed = std::max(needed, section->needs);
+    SectionApplication needed = SectionApplication::None;
+    for (const SectionInfo* section : options.sections) {
+        needed = std::max(needed, section->application);
     }
     return needed;
 }
@@ -46,7 +48,7 @@ bool usesOpenGL(const Options& options)
     if (options.sections.empty()) {
         return options.action == Action::PrintReport && !options.skipOpenGL;
     }
-    const Section* openGL = findSection("openGL");
+    const SectionInfo* openGL = findSection("openGL");
     return std::count(options.sections.begin(), options.sections.end(), openGL) > 0;
 }
 
@@ -60,8 +62,8 @@ public:
     {
         QCoreApplication::setApplicationName(QStringLiteral("norvex-systeminfo"));
         QCoreApplication::setApplicationVersion(SystemInfo::libVersionString());
-        const ApplicationKind kind = neededApplication(options);
-        if (kind == ApplicationKind::Core) {
+        const SectionApplication needed = neededApplication(options);
+        if (needed == SectionApplication::None) {
             application_ = std::make_unique<QCoreApplication>(count_, arguments_);
             return;
         }
@@ -74,7 +76,7 @@ public:
             arguments_[count_++] = platformOption_;
             arguments_[count_++] = platformName_.data();
         }
-        if (kind == ApplicationKind::Gui) {
+        if (needed == SectionApplication::Gui) {
             application_ = std::make_unique<QGuiApplication>(count_, arguments_);
         } else {
             application_ = std::make_unique<QApplication>(count_, arguments_);
@@ -92,7 +94,7 @@ private:
 QString sectionNames()
 {
     QString text;
-    for (const Section& section : allSections()) {
+    for (const SectionInfo& section : namedSections()) {
         text += QLatin1String(section.name) + QLatin1Char('\n');
     }
     return text;
@@ -104,7 +106,7 @@ QString report(const Options& options)
         return SystemInfo::allInfos(options.skipOpenGL);
     }
     QString text;
-    for (const Section* section : options.sections) {
+    for (const SectionInfo* section : options.sections) {
         text += section->text();
     }
     return text;

@@ -116,7 +116,7 @@ bool CommandLine::acceptAction(Options::Action action)
 
 bool CommandLine::acceptSection(const QByteArray& name)
 {
-    const Section* section = findSection(name);
+    const SystemInfo::SectionInfo* section = findSection(name);
     if (!section) {
         return fail(QStringLiteral("unknown section '%1' (--list-sections prints the names)")
                         .arg(QFile::decodeName(name)));
@@ -172,7 +172,7 @@ bool CommandLine::acceptCombination()
     const bool lists = o.action == Options::Action::ListSections;
     const bool records = o.action == Options::Action::Record;
     bool asksForOpenGL = false;
-    for (const Section* section : o.sections) {
+    for (const SystemInfo::SectionInfo* section : o.sections) {
         asksForOpenGL = asksForOpenGL || section == findSection("openGL");
     }
     const struct

@@ -17,7 +17,7 @@ struct Options
 
     Action action = Action::PrintReport;
     bool skipOpenGL = false;
-    std::vector<const Section*> sections; ///< empty for the whole report
+    std::vector<const SystemInfo::SectionInfo*> sections; ///< empty for the whole report
     std::optional<QByteArray> recording;  ///< answers the Macintosh section
     std::optional<QByteArray> outputFile; ///< absent: standard output
     std::optional<QByteArray>

@@ -1,27 +1,15 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
+#include "systeminfo/norvexSystemInfo.h"
 
-#include <vector>
+#include <QByteArray>
 
 namespace norvex::Tool {
 
-/// What a section of the report needs of Qt, each kind more than the one before it.
-enum class ApplicationKind { Core, Gui, Widgets };
-
-/// A section of the report as --section names it.
-struct Section
-{
-    const char* name;
-    ApplicationKind needs;
-    QString (*text)();
-};
-
-/// All sections in the order of --list-sections, which is the report's.
-const std::vector<Section>& allSections();
+/// What --section can name, in the order of --list-sections: the whole Macintosh section, then the report's sections.
+const QVector<SystemInfo::SectionInfo>& namedSections();
 
 /// The section of that name, letter case counts; null when there is none.
-const Section* findSection(const QByteArray& name);
+const SystemInfo::SectionInfo* findSection(const QByteArray& name);
 
 } // namespace norvex::Tool

@@ -1,26 +1,17 @@
 #include "systeminfo/mac/cpuNames.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/processorQueries.h"
 #include "systeminfo/mac/sysctlGestalt.h"
+#include "systeminfo/sectionText.h"
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-namespace {
+using namespace Internal;
 
-// What an earlier line found out for a later one.
-struct Context
-{
-    std::uint32_t typeWithoutFlags = 0;
-};
+namespace {
 
 // The text of a line behind its label; nothing when the query fails.
 using LineText = std::optional<QString>;
-
-struct Line
-{
-    const char* label;
-    const char* query;
-    LineText (*text)(const char* query, Context& context);
-};
 
 constexpr std::uint32_t flags64Bit = 0x01000000; // CPU_ARCH_ABI64
 constexpr std::uint32_t typeMask = 0x00ffffff;
@@ -31,124 +22,88 @@ std::optional<std::uint32_t> sysctlUInt32(const char* query)
     return value ? std::make_optional(static_cast<std::uint32_t>(*value)) : std::nullopt;
 }
 
-QString decimalAndHex(std::uint32_t value)
+QString decimalAndHexadecimal(std::uint32_t value)
 {
-    return QStringLiteral("%1 = 0x%2").arg(value).arg(value, 0, 16, QLatin1Char('0'));
+    return QString::number(value) + QLatin1String(" = ") + hexadecimal(value);
 }
 
-LineText unsignedText(const char* query, Context&)
+template <typename Value, typename Format>
+LineText formatted(const std::optional<Value>& value, Format format)
 {
-    const auto value = sysctlUInt32(query);
-    return value ? LineText(QString::number(*value)) : std::nullopt;
+    return value ? LineText(format(*value)) : std::nullopt;
 }
 
-LineText signedText(const char* query, Context&)
+QString familyText(std::uint32_t family)
 {
-    const auto value = sysctlInt32(query);
-    return value ? LineText(QString::number(*value)) : std::nullopt;
+    const QString name = family == cpuFamilyPenryn ? penrynFamilyName(sysctlInt32("machdep.cpu.model"))
+                                                   : cpuFamilyName(family);
+    return decimalAndHexadecimal(family) + QLatin1String(" =") + name;
 }
 
-LineText plainText(const char* query, Context&)
+QString byteOrderText(std::uint32_t order)
 {
-    return sysctlText(query);
+    const char* const name = order == 4321 ? "Big Endian" : (order == 1234 ? "Little Endian" : "unknwon");
+    return QStringLiteral("%1 = ").arg(order) + QLatin1String(name);
 }
 
-LineText clockSpeed(const char* query, Context&)
+// Makes the texts in the order of the section: the sub-type depends on the type in a line above it.
+class ProcessorTexts
 {
-    const auto hertz = sysctlUInt64(query);
-    return hertz ? LineText(clockSpeedConvertUserFriendly(*hertz)) : std::nullopt;
-}
+public:
+    LineText of(const ProcessorQuery& query);
 
-LineText cacheSize(const char* query, Context&)
-{
-    const auto bytes = sysctlUInt64(query);
-    return bytes ? LineText(memorySizeConvertUserFriendly(*bytes)) : std::nullopt;
-}
+private:
+    QString typeText(std::uint32_t type);
+    QString subTypeText(std::int32_t subType) const;
 
-LineText cpuType(const char* query, Context& context)
-{
-    const auto type = sysctlUInt32(query);
-    if (!type) {
-        return std::nullopt;
-    }
-    context.typeWithoutFlags = *type & typeMask;
-    const char* const bits = (*type & flags64Bit) != 0 ? "64bit " : "";
-    return QStringLiteral("%1 = ").arg(*type) + cpuTypeName(context.typeWithoutFlags) + QLatin1String(bits);
-}
-
-LineText cpuSubType(const char* query, Context& context)
-{
-    const auto subType = sysctlInt32(query);
-    if (!subType) {
-        return std::nullopt;
-    }
-    const bool isX86 = context.typeWithoutFlags == cpuTypeX86;
-    const bool hasFamily = isX86 && sysctlInt32("hw.cpufamily").value_or(0) != 0;
-    return decimalAndHex(static_cast<std::uint32_t>(*subType)) + QLatin1String(" = ") +
-           cpuSubTypeName(context.typeWithoutFlags, *subType, hasFamily);
-}
-
-LineText cpuFamily(const char* query, Context&)
-{
-    const auto family = sysctlUInt32(query);
-    if (!family) {
-        return std::nullopt;
-    }
-    const QString name = *family == cpuFamilyPenryn ? penrynFamilyName(sysctlInt32("machdep.cpu.model"))
-                                                    : cpuFamilyName(*family);
-    return decimalAndHex(*family) + QLatin1String(" =") + name;
-}
-
-LineText byteOrder(const char* query, Context&)
-{
-    const auto order = sysctlUInt32(query);
-    if (!order) {
-        return std::nullopt;
-    }
-    const char* const name = *order == 4321 ? "Big Endian" : (*order == 1234 ? "Little Endian" : "unknwon");
-    return QStringLiteral("%1 = ").arg(*order) + QLatin1String(name);
-}
-
-const Line lines[] = {
-    {"Number of physical cores: ", "hw.physicalcpu_max", unsignedText},
-    {"Number of virtual cores: ", "hw.ncpu", unsignedText},
-    {"CPU type: ", "hw.cputype", cpuType},
-    {"CPU sub type: ", "hw.cpusubtype", cpuSubType},
-    {"CPU family: ", "hw.cpufamily", cpuFamily},
-    {"CPU 64bit capable: ", "hw.cpu64bit_capable", signedText},
-    {"CPU vendor: ", "machdep.cpu.vendor", plainText},
-    {"CPU brand name: ", "machdep.cpu.brand_string", plainText},
-    {"CPU family: ", "machdep.cpu.family", signedText},
-    {"CPU model: ", "machdep.cpu.model", signedText},
-    {"CPU extmodel: ", "machdep.cpu.extmodel", signedText},
-    {"CPU extfamily: ", "machdep.cpu.extfamily", signedText},
-    {"CPU stepping: ", "machdep.cpu.stepping", signedText},
-    {"CPU signature: ", "machdep.cpu.signature", signedText},
-    {"CPU microcode version: ", "machdep.cpu.microcode_version", signedText},
-    {"CPU logical per package: ", "machdep.cpu.logical_per_package", signedText},
-    {"CPU cores per package: ", "machdep.cpu.cores_per_package", signedText},
-    {"CPU features: ", "machdep.cpu.features", plainText},
-    {"Processor clock speed: ", "hw.cpufrequency_max", clockSpeed},
-    {"Bus clock speed: ", "hw.busfrequency_max", clockSpeed},
-    {"L1 Data Cache size: ", "hw.l1dcachesize", cacheSize},
-    {"L1 Instruction Cache size: ", "hw.l1icachesize", cacheSize},
-    {"L2 Cache size: ", "hw.l2cachesize", cacheSize},
-    {"L3 Cache size: ", "hw.l3cachesize", cacheSize},
-    {"Byte order: ", "hw.byteorder", byteOrder},
+    std::uint32_t typeWithoutFlags_ = 0;
 };
+
+LineText ProcessorTexts::of(const ProcessorQuery& query)
+{
+    const auto number = [](auto value) { return QString::number(value); };
+    switch (query.value) {
+    case ProcessorValue::Unsigned: return formatted(sysctlUInt32(query.name), number);
+    case ProcessorValue::Signed: return formatted(sysctlInt32(query.name), number);
+    case ProcessorValue::Text: return sysctlText(query.name);
+    case ProcessorValue::ClockSpeed:
+        return formatted(sysctlUInt64(query.name), clockSpeedConvertUserFriendly);
+    case ProcessorValue::CacheSize: return formatted(sysctlUInt64(query.name), memorySizeConvertUserFriendly);
+    case ProcessorValue::Type:
+        return formatted(sysctlUInt32(query.name), [this](std::uint32_t type) { return typeText(type); });
+    case ProcessorValue::SubType:
+        return formatted(sysctlInt32(query.name), [this](std::int32_t type) { return subTypeText(type); });
+    case ProcessorValue::Family: return formatted(sysctlUInt32(query.name), familyText);
+    case ProcessorValue::ByteOrder: return formatted(sysctlUInt32(query.name), byteOrderText);
+    }
+    return std::nullopt;
+}
+
+QString ProcessorTexts::typeText(std::uint32_t type)
+{
+    typeWithoutFlags_ = type & typeMask;
+    const char* const bits = (type & flags64Bit) != 0 ? "64bit " : "";
+    return QStringLiteral("%1 = ").arg(type) + cpuTypeName(typeWithoutFlags_) + QLatin1String(bits);
+}
+
+QString ProcessorTexts::subTypeText(std::int32_t subType) const
+{
+    const bool isX86 = typeWithoutFlags_ == cpuTypeX86;
+    const bool hasFamily = isX86 && sysctlInt32("hw.cpufamily").value_or(0) != 0;
+    return decimalAndHexadecimal(static_cast<std::uint32_t>(subType)) + QLatin1String(" = ") +
+           cpuSubTypeName(typeWithoutFlags_, subType, hasFamily);
+}
 
 } // namespace
 
 QString cpuInfo()
 {
-    QString section;
-    Context context;
-    for (const Line& line : lines) {
-        if (const LineText text = line.text(line.query, context)) {
-            section += QLatin1String(line.label) + *text + sNewLine;
-        }
+    SectionText section(sNewLine);
+    ProcessorTexts texts;
+    for (const ProcessorQuery& query : processorQueries) {
+        section.line(query.label, texts.of(query));
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

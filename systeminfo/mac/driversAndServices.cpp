@@ -1,6 +1,8 @@
+#include "systeminfo/mac/driversAndServices.h"
+
 #include "machelpers/norvexMacHelpers.h"
-#include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/sectionText.h"
 
 #include <QtGlobal>
 
@@ -8,9 +10,9 @@ NORVEX_DEPRECATED_CALLS_BEGIN
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-namespace {
+using namespace Internal;
 
-const char ftdiPropertyList[] = "/System/Library/Extensions/FTDIUSBSerialDriver.kext/Contents/Info.plist";
+namespace {
 
 struct DriverValue
 {
@@ -22,7 +24,7 @@ DriverValue driverValue(const char* key)
 {
     constexpr int bufferSize = 512;
     char buffer[bufferSize] = {};
-    const int code = getValueForKeyInPropertyList(ftdiPropertyList, key, buffer, bufferSize);
+    const int code = getValueForKeyInPropertyList(ftdiDriverPropertyList, key, buffer, bufferSize);
     const QString keyText = QString::fromLatin1(key);
     switch (code) {
     case 0: return {code, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};
@@ -39,31 +41,35 @@ DriverValue driverValue(const char* key)
 
 QString checkFtdiDriver()
 {
-    QString section = QLatin1String("FTDI driver") + sNewLine;
-    const DriverValue version = driverValue("CFBundleVersion");
-    section += version.text + sNewLine;
+    SectionText section(sNewLine);
+    const DriverValue version = driverValue(ftdiDriverVersionKey);
+    section.line("FTDI driver").line(version.text);
     if (version.code != 0) {
-        return section;
+        return section.text();
     }
-    DriverValue name = driverValue("CFBundleName");
+    DriverValue name = driverValue(ftdiDriverNameKey);
     if (name.code == -1) { // the file was there a moment ago
-        name.text =
-            QStringLiteral("Unexpected error code %1 for key %2").arg(-1).arg(QLatin1String("CFBundleName"));
+        name.text = QStringLiteral("Unexpected error code %1 for key %2")
+                        .arg(-1)
+                        .arg(QLatin1String(ftdiDriverNameKey));
     }
-    return section + name.text + sNewLine;
+    return section.line(name.text).text();
+}
+
+DNSServiceErrorType dnsServiceDaemonVersion(std::uint32_t& version)
+{
+    std::uint32_t size = sizeof version;
+    return DNSServiceGetProperty(kDNSServiceProperty_DaemonVersion, &version, &size);
 }
 
 void checkBonjour(int& errorCode, QString& versionText)
 {
     std::uint32_t version = 0;
-    std::uint32_t size = sizeof version;
-    const DNSServiceErrorType result =
-        DNSServiceGetProperty(kDNSServiceProperty_DaemonVersion, &version, &size);
-    if (result == 0) {
+    errorCode = dnsServiceDaemonVersion(version);
+    if (errorCode == 0) {
         versionText +=
             QStringLiteral("%1.%2.%3").arg(version / 10000).arg(version / 100 % 100).arg(version % 100);
     }
-    errorCode = result;
 }
 
 QString bonjourVersion()
@@ -74,25 +80,30 @@ QString bonjourVersion()
     if (error != 0) {
         version = QStringLiteral(" failed to get version, error = %1").arg(error);
     }
-    return QLatin1String("Bonjour version: ") + version + sNewLine;
+    return SectionText(sNewLine).line("Bonjour version: ", version).text();
+}
+
+bool mailApplicationPath(CFHolder<CFStringRef>& path)
+{
+    const CFHolder<CFURLRef> link(CFURLCreateWithString(kCFAllocatorDefault, CFSTR("mailto:"), nullptr));
+    CFURLRef url = nullptr;
+    if (!link || LSGetApplicationForURL(link.get(), kLSRolesAll, nullptr, &url) != 0) {
+        return false;
+    }
+    const CFHolder<CFURLRef> application(url);
+    path = CFHolder<CFStringRef>(
+        application ? CFURLCopyFileSystemPath(application.get(), kCFURLPOSIXPathStyle) : nullptr);
+    return true;
 }
 
 QString defaultEmailApp()
 {
-    QString application = QStringLiteral("<failed>");
-    const CFHolder<CFURLRef> url(CFURLCreateWithString(kCFAllocatorDefault, CFSTR("mailto:"), nullptr));
-    CFURLRef applicationUrl = nullptr;
-    if (url && LSGetApplicationForURL(url.get(), kLSRolesAll, nullptr, &applicationUrl) == 0) {
-        const CFHolder<CFURLRef> owned(applicationUrl);
-        const CFHolder<CFStringRef> path(owned ? CFURLCopyFileSystemPath(owned.get(), kCFURLPOSIXPathStyle)
-                                               : nullptr);
-        if (path) {
-            application = CFStringToQString(path.get());
-        }
-    } else {
+    CFHolder<CFStringRef> path;
+    if (!mailApplicationPath(path)) {
         qWarning("LSGetApplicationForURL failed!\n");
     }
-    return QLatin1String("Default e-mail app: ") + QStringLiteral("'%1'").arg(application) + sNewLine;
+    const QString application = path ? CFStringToQString(path.get()) : QStringLiteral("<failed>");
+    return SectionText(sNewLine).quotedLine("Default e-mail app: ", application).text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -3,6 +3,8 @@
 
 namespace norvex::SystemInfo::MacSysInfo {
 
+using namespace Internal;
+
 namespace {
 
 const PropertyLine interfaceLines[] = {
@@ -30,17 +32,17 @@ const PropertyLine controllerLines[] = {
     {"  MAC address:      ", "IOMACAddress", PropertyKind::Bytes},
 };
 
-void appendController(QString& section, const IoEntry& controller)
+void appendController(SectionText& section, const IoEntry& controller)
 {
-    appendLine(section, "  AppleUSBEthernet: ", yesNo(controller.conformsTo("AppleUSBEthernet")));
+    section.line("  AppleUSBEthernet: ", yesNo(controller.conformsTo("AppleUSBEthernet")));
     appendPropertyLines(section, controller.properties().get(), controllerLines);
 }
 
-void appendInterface(QString& section, const IoEntry& entry, CFDictionaryRef properties)
+void appendInterface(SectionText& section, const IoEntry& entry, CFDictionaryRef properties)
 {
     appendPropertyLines(section, properties, interfaceLines);
     const bool isWireless = entry.conformsTo("IO80211Interface");
-    appendLine(section, "  802.11 wireless:  ", yesNo(isWireless));
+    section.line("  802.11 wireless:  ", yesNo(isWireless));
     if (isWireless) {
         appendPropertyLines(section, properties, wirelessLines);
     }
@@ -53,7 +55,8 @@ void appendInterface(QString& section, const IoEntry& entry, CFDictionaryRef pro
 
 QString ioKitEthernetDevices()
 {
-    QString section = QLatin1String("Ethernet interfaces (from IOKit)") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("Ethernet interfaces (from IOKit)");
     IoIterator interfaces = servicesOfClass("IOEthernetInterface");
     int number = 1;
     while (const IoEntry entry = interfaces.next()) {
@@ -61,10 +64,10 @@ QString ioKitEthernetDevices()
         if (!properties) {
             continue;
         }
-        section += QStringLiteral("#%1").arg(number++) + sNewLine;
+        section.line("#", QString::number(number++));
         appendInterface(section, entry, properties.get());
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -1,5 +1,6 @@
 #include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/sectionText.h"
 
 #include <QtGlobal>
 
@@ -106,7 +107,8 @@ unsigned long long ConvertVRAM_CFDataToUInt64(const __CFData* data)
 
 QString ioKitGraphicsCards()
 {
-    QString section = QLatin1String("Graphics card info (from IOKit)") + sNewLine;
+    Internal::SectionText section(sNewLine);
+    section.line("Graphics card info (from IOKit)");
     IoIterator devices = servicesOfClass("IOPCIDevice");
     int number = 1;
     while (const IoEntry device = devices.next()) {
@@ -116,11 +118,11 @@ QString ioKitGraphicsCards()
         }
         const QString model = modelText(valueIn(properties.get(), "model"));
         const QString memory = memorySizeConvertUserFriendly(videoMemory(device, properties.get()));
-        section += QStringLiteral("Card #%1").arg(number++) + sNewLine;
-        section += QStringLiteral("   Model:      %1").arg(model) + sNewLine;
-        section += QStringLiteral("   VRAM total: %1").arg(memory) + sNewLine;
+        section.line("Card #", QString::number(number++))
+            .line("   Model:      ", model)
+            .line("   VRAM total: ", memory);
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -1,5 +1,6 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/sysctlGestalt.h"
+#include "systeminfo/sectionText.h"
 
 #include <limits>
 
@@ -64,13 +65,11 @@ const struct
 
 QString memoryInfo()
 {
-    QString section;
+    Internal::SectionText section(sNewLine);
     for (const auto& line : lines) {
-        if (const auto text = line.text(line.selector)) {
-            section += QLatin1String(line.label) + *text + sNewLine;
-        }
+        section.line(line.label, line.text(line.selector));
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -1,6 +1,7 @@
-#include "systeminfo/mac/executedArchitecture.h"
+#include "systeminfo/buildFacts.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/sysctlGestalt.h"
+#include "systeminfo/sectionText.h"
 
 #include <QtGlobal>
 
@@ -9,13 +10,9 @@
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-namespace {
+using namespace Internal;
 
-// The text with the value for %1 and a line end; nothing without a value.
-QString line(const char* text, const std::optional<QString>& value)
-{
-    return value ? QString::fromLatin1(text).arg(*value) + sNewLine : QString();
-}
+namespace {
 
 QString versionText()
 {
@@ -31,8 +28,8 @@ QString versionText()
     return name.isEmpty() ? version : version + QStringLiteral(" (%1)").arg(name);
 }
 
-// What ctime gives, for every year and without its shared buffer. The line feed at its end is the line's.
-QString bootTimeLine()
+// What ctime gives, for every year and without its shared buffer, but for the line feed at its end.
+std::optional<QString> bootTimeText()
 {
     static const char* const days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
     static const char* const months[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
@@ -41,13 +38,12 @@ QString bootTimeLine()
     std::tm time = {};
     tzset();
     if (!started || localtime_r(&*started, &time) == nullptr) {
-        return QString();
+        return std::nullopt;
     }
     char text[64];
-    std::snprintf(text, sizeof text, "%s %s%3d %.2d:%.2d:%.2d %lld\n", days[time.tm_wday],
-                  months[time.tm_mon], time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec,
-                  1900LL + time.tm_year);
-    return QStringLiteral("Boottime: %1").arg(QLatin1String(text));
+    std::snprintf(text, sizeof text, "%s %s%3d %.2d:%.2d:%.2d %lld", days[time.tm_wday], months[time.tm_mon],
+                  time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec, 1900LL + time.tm_year);
+    return QString::fromLatin1(text);
 }
 
 QString architectureName(std::int32_t code)
@@ -87,24 +83,28 @@ QString osVersionName(int majorVersion, int minorVersion, int /*bugFixVersion*/)
 
 QString kernelInfo()
 {
-    return QLatin1String("Kernel information:") + sNewLine + line("Build: %1", sysctlText("kern.osversion")) +
-           line("Version: %1", sysctlText("kern.version")) + bootTimeLine() +
-           line("Kernel Arch.: %1", sysctlText("hw.machine"));
+    return SectionText(sNewLine)
+        .line("Kernel information:")
+        .line("Build: ", sysctlText("kern.osversion"))
+        .line("Version: ", sysctlText("kern.version"))
+        .line("Boottime: ", bootTimeText())
+        .line("Kernel Arch.: ", sysctlText("hw.machine"))
+        .text();
 }
 
 QString macModel()
 {
-    return line("Model: %1", sysctlText("hw.model"));
+    return SectionText(sNewLine).line("Model: ", sysctlText("hw.model")).text();
 }
 
 QString architecture()
 {
-    QString section;
+    SectionText section(sNewLine);
     if (const auto code = gestaltValue(gestaltSelector("sysa"))) {
-        section += QLatin1String("Mac System Architecture: ") + architectureName(*code) + sNewLine;
+        section.line("Mac System Architecture: ", architectureName(*code));
     }
-    return section + QLatin1String("Architecture of executed binary: ") +
-           QLatin1String(executedArchitecture) + sNewLine;
+    return section.line("Architecture of executed binary: ", QString::fromLatin1(executedArchitecture))
+        .text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -5,32 +5,31 @@ NORVEX_DEPRECATED_CALLS_BEGIN
 
 namespace norvex::SystemInfo::MacSysInfo {
 
+using namespace Internal;
+
 namespace {
 
 struct QuotedLine
 {
-    const char* text; // with %1 for the value
+    const char* label;
     const char* key;
 };
 
 const QuotedLine platformLines[] = {
-    {"Serial number: '%1'", "IOPlatformSerialNumber"},
-    {"UUID: '%1'", "IOPlatformUUID"},
+    {"Serial number: ", "IOPlatformSerialNumber"},
+    {"UUID: ", "IOPlatformUUID"},
 };
 
 const QuotedLine rootLines[] = {
-    {"OS Build Version: '%1'", "OS Build Version"},
-    {"IOKit Build Version: '%1'", "IOKitBuildVersion"},
+    {"OS Build Version: ", "OS Build Version"},
+    {"IOKit Build Version: ", "IOKitBuildVersion"},
 };
 
 template <typename Table>
-void appendQuotedLines(QString& section, const IoEntry& entry, const Table& table)
+void appendQuotedLines(SectionText& section, const IoEntry& entry, const Table& table)
 {
     for (const QuotedLine& line : table) {
-        const PropertyValue value = entry.property(line.key);
-        if (const CFStringRef string = value.string()) {
-            section += QString::fromLatin1(line.text).arg(fastString(string)) + sNewLine;
-        }
+        appendQuotedString(section, line.label, entry.property(line.key));
     }
 }
 
@@ -38,24 +37,26 @@ void appendQuotedLines(QString& section, const IoEntry& entry, const Table& tabl
 
 QString ioKitPlatformInfos()
 {
-    QString section = QLatin1String("Platform info (from IOKit)") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("Platform info (from IOKit)");
     if (const IoEntry platform = firstServiceOfClass("IOPlatformExpertDevice")) {
         appendQuotedLines(section, platform, platformLines);
     }
-    return section;
+    return section.text();
 }
 
 QString ioKitRootInfos()
 {
-    QString section = QLatin1String("Root info (from IOKit)") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("Root info (from IOKit)");
     mach_port_t port = MACH_PORT_NULL;
     if (IOMasterPort(MACH_PORT_NULL, &port) != KERN_SUCCESS) {
-        return section + QLatin1String("failed to get IO master port") + sNewLine;
+        return section.line("failed to get IO master port").text();
     }
     if (const IoEntry root{IORegistryGetRootEntry(port)}) {
         appendQuotedLines(section, root, rootLines);
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

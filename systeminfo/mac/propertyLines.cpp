@@ -56,10 +56,15 @@ std::optional<QString> propertyText(const PropertyValue& value, PropertyKind kin
     return std::nullopt;
 }
 
-void appendLine(QString& section, const char* label, const std::optional<QString>& text)
+QString deviceSeparator()
 {
-    if (text) {
-        section += QLatin1String(label) + *text + sNewLine;
+    return QString(40, QLatin1Char('_'));
+}
+
+void appendQuotedString(Internal::SectionText& section, const char* label, const PropertyValue& value)
+{
+    if (const CFStringRef string = value.string()) {
+        section.quotedLine(label, fastString(string));
     }
 }
 

@@ -4,6 +4,7 @@
 /// Report lines that show one property each, as tables.
 
 #include "systeminfo/mac/ioRegistry.h"
+#include "systeminfo/sectionText.h"
 
 #include <QString>
 
@@ -11,7 +12,7 @@
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-/// What a property has to be, and how it prints. A value of another kind gives no line.
+/// The kind that a property must have, and how it prints. A value of another kind gives no line.
 enum class PropertyKind {
     String, ///< a string, as CFStringToQString gives it
     YesNo,  ///< a boolean
@@ -31,18 +32,21 @@ struct PropertyLine
 /// The text of a value; nothing when it is absent or of another kind.
 std::optional<QString> propertyText(const PropertyValue& value, PropertyKind kind);
 
-/// Appends label, text and line end; nothing without a text.
-void appendLine(QString& section, const char* label, const std::optional<QString>& text);
-
 /// "Yes" or "No".
 QString yesNo(bool value);
 
+/// Appends a line with a string in quotes, by its direct C string; nothing for a value of another kind.
+void appendQuotedString(Internal::SectionText& section, const char* label, const PropertyValue& value);
+
+/// The line behind each USB device and serial port, without its end.
+QString deviceSeparator();
+
 /// Appends the lines of a table whose properties the dictionary has.
 template <typename Table>
-void appendPropertyLines(QString& section, CFDictionaryRef properties, const Table& table)
+void appendPropertyLines(Internal::SectionText& section, CFDictionaryRef properties, const Table& table)
 {
     for (const PropertyLine& line : table) {
-        appendLine(section, line.label, propertyText(valueIn(properties, line.key), line.kind));
+        section.line(line.label, propertyText(valueIn(properties, line.key), line.kind));
     }
 }
 

@@ -1,64 +1,59 @@
 #include "systeminfo/mac/fileQueries.h"
-#include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/propertyLines.h"
+#include "systeminfo/mac/usbVendors.h"
 
 #include <QtGlobal>
 
 namespace norvex::SystemInfo::MacSysInfo {
 
+using namespace Internal;
+
 namespace {
 
 // A warning that stands in the report as well.
-void appendWarning(QString& section, const QString& text)
+void appendWarning(SectionText& section, const char* text)
 {
-    qWarning("%s", qPrintable(text));
-    section += text + sNewLine;
+    qWarning("%s", text);
+    section.line(text);
 }
 
-void appendQuoted(QString& section, const char* text, const PropertyValue& value)
+QString idText(std::int64_t id)
 {
-    if (const CFStringRef string = value.string()) {
-        section += QString::fromLatin1(text).arg(fastString(string)) + sNewLine;
-    }
-}
-
-QString hexId(std::int64_t id)
-{
-    return QStringLiteral("0x%1").arg(static_cast<qulonglong>(id), 4, 16, QLatin1Char('0'));
+    return hexadecimal(static_cast<quint64>(id), 4);
 }
 
 // The device or driver above the port: the adapter, when it is a USB one.
-void appendProvider(QString& section, const IoEntry& provider)
+void appendProvider(SectionText& section, const IoEntry& provider)
 {
     const auto className = provider.className();
     const QString driver = fastString(className.get());
     if (!driver.isNull()) {
-        section += QStringLiteral("Parent driver class: '%1'").arg(driver) + sNewLine;
+        section.quotedLine("Parent driver class: ", driver);
     }
-    appendQuoted(section, "Provider Class: '%1'", provider.property("IOProviderClass"));
+    appendQuotedString(section, "Provider Class: ", provider.property("IOProviderClass"));
 
     if (const auto vendorId = provider.property("idVendor").int64()) {
-        const QString vendor = convertUsbVendorIdToName(static_cast<unsigned int>(*vendorId));
-        section += QLatin1String("USB Vendor ID: ") + hexId(*vendorId) +
-                   (vendor.isEmpty() ? QString() : QStringLiteral(" = %1").arg(vendor)) + sNewLine;
+        section.line("USB Vendor ID: ",
+                     idText(*vendorId) + usbVendorSuffix(static_cast<unsigned int>(*vendorId)));
     }
     if (const auto productId = provider.property("idProduct").int64()) {
-        section += QLatin1String("USB Product ID: ") + hexId(*productId) + sNewLine;
+        section.line("USB Product ID: ", idText(*productId));
     }
 }
 
-void appendPort(QString& section, const IoEntry& client, CFStringRef calloutDevice)
+void appendPort(SectionText& section, const IoEntry& client, CFStringRef calloutDevice)
 {
     const QString path = fastString(calloutDevice);
-    section += QStringLiteral("Device Name: '%1'").arg(path) + sNewLine;
+    section.quotedLine("Device Name: ", path);
     if (!deviceFileExists(path)) {
-        appendWarning(section, QStringLiteral("!!Device does not exist as file!!"));
+        appendWarning(section, "!!Device does not exist as file!!");
     }
     const IoEntry driver = client.parent();
     if (!driver) {
         return;
     }
-    appendQuoted(section, "channel: '%1'", driver.property("channel"));
+    appendQuotedString(section, "channel: ", driver.property("channel"));
     if (const IoEntry provider = driver.parent()) {
         appendProvider(section, provider);
     }
@@ -84,12 +79,13 @@ int ioKitGetSerialBsdDevicesIterator(unsigned int* iterator)
 
 QString ioKitGetRs232SerialDevices(bool rs232Only)
 {
-    QString section = QLatin1String("RS232 Serial Devices Info (from IOKit)") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("RS232 Serial Devices Info (from IOKit)");
     io_iterator_t handle = 0;
     const int opened = ioKitGetSerialBsdDevicesIterator(&handle);
     if (opened != KERN_SUCCESS) {
         qWarning("ioKitGetSerialBsdDevicesIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section;
+        return section.text();
     }
     IoIterator clients(handle);
     while (const IoEntry client = clients.next()) {
@@ -100,12 +96,12 @@ QString ioKitGetRs232SerialDevices(bool rs232Only)
         if (const CFStringRef device = calloutDevice.string()) {
             appendPort(section, client, device);
         } else {
-            appendWarning(section, QStringLiteral("ioCalloutDeviceName == NULL!! Maybe no correct driver "
-                                                  "installed for that RS232 device!"));
+            appendWarning(section, "ioCalloutDeviceName == NULL!! Maybe no correct driver installed for that "
+                                   "RS232 device!");
         }
-        section += QString(40, QLatin1Char('_')) + sNewLine;
+        section.line(deviceSeparator());
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -98,7 +98,8 @@ private:
 template <typename Table>
 QString storageSection(const char* heading, const char* className, const Table& lines)
 {
-    QString section = QLatin1String(heading) + sNewLine;
+    Internal::SectionText section(sNewLine);
+    section.line(heading);
     IoIterator devices = servicesOfClass(className);
     int number = 1;
     while (IoEntry entry = devices.next()) {
@@ -106,13 +107,13 @@ QString storageSection(const char* heading, const char* className, const Table& 
         if (!properties) {
             continue;
         }
-        section += QStringLiteral("#%1").arg(number++) + sNewLine;
+        section.line("#", QString::number(number++));
         StorageDevice device(std::move(entry), std::move(properties));
         for (const DeviceLine& line : lines) {
-            appendLine(section, line.label, propertyText(device.value(line.where, line.key), line.kind));
+            section.line(line.label, propertyText(device.value(line.where, line.key), line.kind));
         }
     }
-    return section;
+    return section.text();
 }
 
 } // namespace

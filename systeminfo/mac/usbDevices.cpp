@@ -1,10 +1,12 @@
-#include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/propertyLines.h"
+#include "systeminfo/mac/usbVendors.h"
 
-#include <QStringList>
 #include <QtGlobal>
 
 namespace norvex::SystemInfo::MacSysInfo {
+
+using namespace Internal;
 
 namespace {
 
@@ -68,30 +70,22 @@ QString speedText(unsigned int code)
     return QString::fromLatin1(isKnown ? texts[code] : "unknown");
 }
 
-QString hex(unsigned int number, int width)
+void appendDevice(SectionText& section, const Info& info)
 {
-    return QStringLiteral("%1").arg(qulonglong(number), width, 16, QLatin1Char('0'));
-}
-
-QString deviceBlock(const Info& info)
-{
-    const QString vendor = convertUsbVendorIdToName(info.vendorId);
-    QStringList lines;
-    lines += QStringLiteral("Device name: '%1'").arg(QString::fromUtf8(info.name));
-    lines += QStringLiteral("Vendor ID: 0x%1 ").arg(hex(info.vendorId, 4)) +
-             (vendor.isEmpty() ? QString() : QStringLiteral(" = %1").arg(vendor));
-    lines += QStringLiteral("Product ID:  0x%1").arg(hex(info.productId, 4));
-    lines += QStringLiteral("Location ID: 0x%1").arg(hex(info.locationId, 8));
-    lines += QStringLiteral("USB Address: 0x%1 (bus number)").arg(hex(info.address, 2));
-    lines += QStringLiteral("Speed:       0x%1 = ").arg(info.speed) + speedText(info.speed);
+    section.quotedLine("Device name: ", QString::fromUtf8(info.name))
+        .line("Vendor ID: ",
+              hexadecimal(info.vendorId, 4) + QLatin1Char(' ') + usbVendorSuffix(info.vendorId))
+        .line("Product ID:  ", hexadecimal(info.productId, 4))
+        .line("Location ID: ", hexadecimal(info.locationId, 8))
+        .line("USB Address: ", hexadecimal(info.address, 2) + QLatin1String(" (bus number)"))
+        .line("Speed:       ", QStringLiteral("0x%1 = ").arg(info.speed) + speedText(info.speed));
     if (!info.productName.isEmpty()) {
-        lines += QStringLiteral("USB Product Name: '%1'").arg(info.productName);
+        section.quotedLine("USB Product Name: ", info.productName);
     }
     if (!info.vendorName.isEmpty()) {
-        lines += QStringLiteral("USB Vendor Name: '%1'").arg(info.vendorName);
+        section.quotedLine("USB Vendor Name: ", info.vendorName);
     }
-    lines += QString(40, QLatin1Char('_'));
-    return lines.join(sNewLine) + sNewLine;
+    section.line(deviceSeparator());
 }
 
 } // namespace
@@ -109,24 +103,25 @@ int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info)
 
 QString ioKitUsbDevices()
 {
-    QString section = QLatin1String("Attached USB devices (from IOKit):") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("Attached USB devices (from IOKit):");
     io_iterator_t handle = 0;
     const int opened = ioKitGetUsbDevIterator(&handle);
     if (opened != KERN_SUCCESS) {
         qWarning("ioKitGetUsbDevIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section;
+        return section.text();
     }
     IoIterator devices(handle);
     Info info;
     while (const IoEntry device = devices.next()) {
         const int result = readDevice(device, info);
         if (result == KERN_SUCCESS) {
-            section += deviceBlock(info);
+            appendDevice(section, info);
         } else {
             qWarning("ioKitGetUsbDevInfo returned 0x%08x\n", static_cast<unsigned int>(result));
         }
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -1,3 +1,5 @@
+#include "systeminfo/mac/usbVendors.h"
+
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 
 #include <algorithm>
@@ -85,9 +87,15 @@ const Vendor vendors[] = {
 
 QString convertUsbVendorIdToName(unsigned int vendorId)
 {
-    const auto place = std::lower_bound(std::begin(vendors), std::end(vendors), vendorId,
+    const auto found = std::lower_bound(std::begin(vendors), std::end(vendors), vendorId,
                                         [](const Vendor& vendor, unsigned int id) { return vendor.id < id; });
-    return place != std::end(vendors) && place->id == vendorId ? QString::fromLatin1(place->name) : QString();
+    return found != std::end(vendors) && found->id == vendorId ? QString::fromLatin1(found->name) : QString();
+}
+
+QString usbVendorSuffix(unsigned int vendorId)
+{
+    const QString name = convertUsbVendorIdToName(vendorId);
+    return name.isEmpty() ? name : QLatin1String(" = ") + name;
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

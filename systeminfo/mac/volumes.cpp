@@ -1,11 +1,14 @@
 #include "systeminfo/mac/fileQueries.h"
 #include "systeminfo/mac/frameworks.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/sectionText.h"
 
 #include <cerrno>
 #include <limits>
 
 namespace norvex::SystemInfo::MacSysInfo {
+
+using namespace Internal;
 
 namespace {
 
@@ -29,34 +32,30 @@ QString nodesText(Count count)
     return count == unknownCount ? QStringLiteral("-") : QString::number(count);
 }
 
-QString line(const char* label, const QString& value)
+void appendSize(SectionText& section, const char* label, Count blocks, Count blockSize)
 {
-    return QLatin1String(label) + value + sNewLine;
-}
-
-QString sizeLine(const char* label, Count blocks, Count blockSize)
-{
-    return blocks == unknownCount ? QString() : line(label, diskSizeConvertUserFriendly(blocks * blockSize));
-}
-
-QString volumeLines(const QString& path, const FileSystemRecord& info)
-{
-    QString text = line("  Mount to:         ", QString::fromUtf8(info.f_mntonname)) +
-                   line("  Mount from:       ", QString::fromUtf8(info.f_mntfromname)) +
-                   line("  Type:             ", QString::fromUtf8(info.f_fstypename)) +
-                   line("  Case sensitivity: ", caseText(getFileSystemCaseSensitivity(path))) +
-                   line("  Block size:       ", QString::number(info.f_bsize)) +
-                   line("  Blocks total:     ", QString::number(Count(info.f_blocks))) +
-                   line("  Blocks free:      ", QString::number(Count(info.f_bfree))) +
-                   line("  Blocks avail:     ", QString::number(Count(info.f_bavail))) +
-                   line("  File nodes total: ", nodesText(info.f_files)) +
-                   line("  File nodes free:  ", nodesText(info.f_ffree));
-    if (info.f_bsize != unknownBlockSize) {
-        text += sizeLine("  Size:             ", info.f_blocks, info.f_bsize) +
-                sizeLine("  Free:             ", info.f_bfree, info.f_bsize) +
-                sizeLine("  Avail:            ", info.f_bavail, info.f_bsize);
+    if (blocks != unknownCount) {
+        section.line(label, diskSizeConvertUserFriendly(blocks * blockSize));
     }
-    return text;
+}
+
+void appendVolume(SectionText& section, const QString& path, const FileSystemRecord& info)
+{
+    section.line("  Mount to:         ", QString::fromUtf8(info.f_mntonname))
+        .line("  Mount from:       ", QString::fromUtf8(info.f_mntfromname))
+        .line("  Type:             ", QString::fromUtf8(info.f_fstypename))
+        .line("  Case sensitivity: ", caseText(getFileSystemCaseSensitivity(path)))
+        .line("  Block size:       ", QString::number(info.f_bsize))
+        .line("  Blocks total:     ", QString::number(Count(info.f_blocks)))
+        .line("  Blocks free:      ", QString::number(Count(info.f_bfree)))
+        .line("  Blocks avail:     ", QString::number(Count(info.f_bavail)))
+        .line("  File nodes total: ", nodesText(info.f_files))
+        .line("  File nodes free:  ", nodesText(info.f_ffree));
+    if (info.f_bsize != unknownBlockSize) {
+        appendSize(section, "  Size:             ", info.f_blocks, info.f_bsize);
+        appendSize(section, "  Free:             ", info.f_bfree, info.f_bsize);
+        appendSize(section, "  Avail:            ", info.f_bavail, info.f_bsize);
+    }
 }
 
 } // namespace
@@ -82,16 +81,17 @@ int getFileSystemCaseSensitivity(const QString& path)
 
 QString listFileSystemVolumesInfo()
 {
-    QString section = QLatin1String("Volumes") + sNewLine;
+    SectionText section(sNewLine);
+    section.line("Volumes");
     const QStringList paths = volumeEntries();
     for (const QString& path : paths) {
         FileSystemRecord info = {};
-        section += path + sNewLine;
+        section.line(path);
         if (getFileSystemInfo(path, &info)) {
-            section += volumeLines(path, info);
+            appendVolume(section, path, info);
         }
     }
-    return section;
+    return section.text();
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

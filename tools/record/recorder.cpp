@@ -4,9 +4,10 @@
 #include "tools/record/registryRecorder.h"
 
 #include "machelpers/norvexMacHelpers.h"
+#include "systeminfo/mac/driversAndServices.h"
 #include "systeminfo/mac/fileQueries.h"
-#include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/processorQueries.h"
 #include "systeminfo/mac/sysctlGestalt.h"
 
 #include <cerrno>
@@ -21,56 +22,23 @@ namespace {
 using namespace norvex::SystemInfo::MacSysInfo;
 using Value = RecordedValue;
 
-// A query is made with the buffer that the report gives it: some answer in the width that they are asked for.
-constexpr std::size_t text = 0;
-
-const struct
-{
-    const char* name;
-    std::size_t width; // in bytes, or text
-} sysctlQueries[] = {
-    {"kern.osversion", text},
-    {"kern.version", text},
-    {"hw.machine", text},
-    {"hw.model", text},
-    {"hw.physicalcpu_max", 4},
-    {"hw.ncpu", 4},
-    {"hw.cputype", 4},
-    {"hw.cpusubtype", 4},
-    {"hw.cpufamily", 4},
-    {"hw.cpu64bit_capable", 4},
-    {"machdep.cpu.vendor", text},
-    {"machdep.cpu.brand_string", text},
-    {"machdep.cpu.family", 4},
-    {"machdep.cpu.model", 4},
-    {"machdep.cpu.extmodel", 4},
-    {"machdep.cpu.extfamily", 4},
-    {"machdep.cpu.stepping", 4},
-    {"machdep.cpu.signature", 4},
-    {"machdep.cpu.microcode_version", 4},
-    {"machdep.cpu.logical_per_package", 4},
-    {"machdep.cpu.cores_per_package", 4},
-    {"machdep.cpu.features", text},
-    {"hw.cpufrequency_max", 8},
-    {"hw.busfrequency_max", 8},
-    {"hw.l1dcachesize", 8},
-    {"hw.l1icachesize", 8},
-    {"hw.l2cachesize", 8},
-    {"hw.l3cachesize", 8},
-    {"hw.byteorder", 4},
-};
+const char* const textQueries[] = {"kern.osversion", "kern.version", "hw.machine", "hw.model"};
 
 const char gestaltCodes[][5] = {"sys1", "sys2", "sys3", "sysa", "lram", "ram ",
                                 "ramm", "lmem", "pgsz", "prty", "mmu "};
-
-const char driverPropertyList[] = "/System/Library/Extensions/FTDIUSBSerialDriver.kext/Contents/Info.plist";
-const char* const driverKeys[] = {"CFBundleVersion", "CFBundleName"};
 
 Value textValue(const QString& content)
 {
     return Value::text(xmlText(content.toUtf8()));
 }
 
+std::optional<Value> sysctlTextValue(const char* name)
+{
+    const auto content = sysctlText(name);
+    return content ? std::make_optional(textValue(*content)) : std::nullopt;
+}
+
+// Asked with the buffer that the report gives it: some queries answer in the width that they are asked for.
 std::optional<Value> sysctlInteger(const char* name, std::size_t width)
 {
     unsigned char buffer[8] = {};
@@ -85,20 +53,32 @@ std::optional<Value> sysctlInteger(const char* name, std::size_t width)
     return length > sizeof narrow ? Value::integer(64, wide) : Value::integer(32, narrow);
 }
 
+std::optional<Value> processorValue(const ProcessorQuery& query)
+{
+    switch (query.value) {
+    case ProcessorValue::Text: return sysctlTextValue(query.name);
+    case ProcessorValue::ClockSpeed:
+    case ProcessorValue::CacheSize: return sysctlInteger(query.name, sizeof(std::int64_t));
+    default: return sysctlInteger(query.name, sizeof(std::int32_t));
+    }
+}
+
 Value sysctlValues()
 {
     Value values = Value::dictionary();
-    for (const auto& query : sysctlQueries) {
-        if (query.width != text) {
-            if (auto number = sysctlInteger(query.name, query.width)) {
-                values.add(query.name, std::move(*number));
-            }
-        } else if (const auto content = sysctlText(query.name)) {
-            values.add(query.name, textValue(*content));
+    const auto add = [&values](const char* name, std::optional<Value> value) {
+        if (value) {
+            values.add(name, std::move(*value));
         }
+    };
+    for (const char* name : textQueries) {
+        add(name, sysctlTextValue(name));
+    }
+    for (const ProcessorQuery& query : processorQueries) {
+        add(query.name, processorValue(query));
     }
     if (const auto seconds = bootTime()) {
-        values.add("kern.boottime", Value::integer(64, *seconds));
+        add("kern.boottime", Value::integer(64, *seconds));
     }
     return values;
 }
@@ -175,7 +155,7 @@ int driverValue(const char* key, QByteArray& value)
     int code = tooLong;
     for (int size = 1 << 10; code == tooLong && size <= largest; size *= 2) {
         QByteArray buffer(size, '\0');
-        code = getValueForKeyInPropertyList(driverPropertyList, key, buffer.data(), size);
+        code = getValueForKeyInPropertyList(ftdiDriverPropertyList, key, buffer.data(), size);
         value = buffer.constData();
     }
     return code;
@@ -185,7 +165,7 @@ Value propertyLists()
 {
     Value files = Value::dictionary();
     Value properties = Value::dictionary();
-    for (const char* key : driverKeys) {
+    for (const char* key : {ftdiDriverVersionKey, ftdiDriverNameKey}) {
         constexpr int noFile = -1;
         constexpr int noString = -2;
         QByteArray value;
@@ -197,38 +177,23 @@ Value propertyLists()
             properties.add(key, Value::text(xmlText(value)));
         }
     }
-    files.add(driverPropertyList, std::move(properties));
+    files.add(ftdiDriverPropertyList, std::move(properties));
     return files;
-}
-
-std::optional<Value> mailHandler()
-{
-    const CFHolder<CFURLRef> url(CFURLCreateWithString(kCFAllocatorDefault, CFSTR("mailto:"), nullptr));
-    CFURLRef applicationUrl = nullptr;
-    if (!url || LSGetApplicationForURL(url.get(), kLSRolesAll, nullptr, &applicationUrl) != 0) {
-        return std::nullopt;
-    }
-    const CFHolder<CFURLRef> application(applicationUrl);
-    const CFHolder<CFStringRef> path(
-        application ? CFURLCopyFileSystemPath(application.get(), kCFURLPOSIXPathStyle) : nullptr);
-    return path ? std::make_optional(Value::text(recordedText(path.get()))) : std::nullopt;
 }
 
 Value services()
 {
     Value answers = Value::dictionary();
     std::uint32_t version = 0;
-    std::uint32_t size = sizeof version;
-    const DNSServiceErrorType error =
-        DNSServiceGetProperty(kDNSServiceProperty_DaemonVersion, &version, &size);
-    if (error == 0) {
-        answers.add("DaemonVersion", Value::integer(32, static_cast<std::int32_t>(version)));
-    } else {
+    if (const DNSServiceErrorType error = dnsServiceDaemonVersion(version)) {
         answers.add("DaemonVersionError", Value::integer(32, error));
+    } else {
+        answers.add("DaemonVersion", Value::integer(32, static_cast<std::int32_t>(version)));
     }
-    if (auto handler = mailHandler()) {
+    CFHolder<CFStringRef> mailApplication;
+    if (mailApplicationPath(mailApplication) && mailApplication) {
         Value handlers = Value::dictionary();
-        handlers.add("mailto", std::move(*handler));
+        handlers.add("mailto", Value::text(recordedText(mailApplication.get())));
         answers.add("urlHandlers", std::move(handlers));
     }
     return answers;

@@ -1,11 +1,22 @@
 #pragma once
 
-/// @file
-/// The architecture that this library was compiled for, as the report names it.
-
 #include <QtGlobal>
 
-namespace norvex::SystemInfo::MacSysInfo {
+/// @file
+/// What the report says of this build. Nothing else asks which system or processor it is compiled for.
+
+namespace norvex::SystemInfo::Internal {
+
+#if defined(Q_OS_MAC)
+constexpr char platformLine[] = "Qt Mac Cocoa based version.";
+#elif defined(Q_OS_LINUX)
+constexpr char platformLine[] = "Qt Linux based version.";
+#else
+constexpr char platformLine[] = "Qt Unix based version.";
+#endif
+
+constexpr const char* byteOrderName =
+    QSysInfo::ByteOrder == QSysInfo::LittleEndian ? "Little Endian" : "Big Endian";
 
 #if defined(Q_PROCESSOR_X86_64)
 constexpr char executedArchitecture[] = "Intel (64bit mode)";
@@ -21,4 +32,4 @@ constexpr char executedArchitecture[] = "PowerPC (64bit mode)";
 constexpr char executedArchitecture[] = "unknown";
 #endif
 
-} // namespace norvex::SystemInfo::MacSysInfo
+} // namespace norvex::SystemInfo::Internal

@@ -1,0 +1,27 @@
+#pragma once
+
+/// @file
+/// The queries behind the checks of drivers and services, shared with whoever records a machine.
+
+#include "systeminfo/mac/ioRegistry.h"
+
+#include <cstdint>
+
+namespace norvex::SystemInfo::MacSysInfo {
+
+constexpr char ftdiDriverPropertyList[] =
+    "/System/Library/Extensions/FTDIUSBSerialDriver.kext/Contents/Info.plist";
+constexpr char ftdiDriverVersionKey[] = "CFBundleVersion";
+constexpr char ftdiDriverNameKey[] = "CFBundleName";
+
+/// Asks the DNS service discovery daemon for its version.
+/// @param version receives it on success
+/// @return 0, or the error of `DNSServiceGetProperty`
+DNSServiceErrorType dnsServiceDaemonVersion(std::uint32_t& version);
+
+/// Asks Launch Services for the application that opens "mailto:" links.
+/// @param path receives the path of the application; null when it has none
+/// @return false when `LSGetApplicationForURL` fails
+bool mailApplicationPath(CFHolder<CFStringRef>& path);
+
+} // namespace norvex::SystemInfo::MacSysInfo
