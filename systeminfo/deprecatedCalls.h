@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Some interfaces that are used on purpose are deprecated on later systems and in later versions of Qt, without a
-/// successor on the oldest that are supported. Between these two they are used without a warning.
+/// The oldest supported systems and versions of Qt have only interfaces that later ones deprecate. Code between these
+/// two macros uses such interfaces without a warning.
 
 #define NORVEX_DEPRECATED_CALLS_BEGIN                                                                        \
     _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wdeprecated-declarations\"")

@@ -3,7 +3,7 @@
 /// @file
 /// The report's section on network interfaces.
 ///
-/// All functions may be called on any thread, also without an application object.
+/// You may call all functions on any thread, on several at once, and without an application object.
 
 #include "norvexExport.h"
 
@@ -15,17 +15,17 @@ namespace norvex {
 namespace SystemInfo {
 namespace NetworkInfo {
 
-/// The line terminator of this section: one line feed. It is set when the library is loaded; nobody writes it
-/// afterwards, and no caller may.
+/// The line terminator of this section: one line feed. Loading the library sets it. Nobody writes it afterwards, and
+/// neither may you.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// The network section: every interface that Qt sees, in Qt's order, with its name, hardware address, state
 /// and addresses.
 ///
 /// @return the heading "Network Interfaces Info" and a block for each interface, opened by separatorNetIf();
-///        the heading alone when there is no interface. "Up" and "Down" tell whether the interface is
-///        switched on, not whether it has a link. An interface without a hardware address has nothing behind
-///        that label. No section separator stands at the end.
+///        the heading alone when there is no interface. "Up" and "Down" tell whether the interface is switched
+///        on, not whether it has a link. Behind the label of a missing hardware address stands nothing. The text
+///        does not end in a section separator.
 ///
 /// Source: QNetworkInterface::allInterfaces(). SystemInfo::extractAccessKeyValues() reads the names and
 /// hardware addresses back out of this text.

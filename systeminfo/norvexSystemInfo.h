@@ -1,14 +1,14 @@
 #pragma once
 
 /// @file
-/// The system-information report of this machine, its sections that Qt can answer, and the reader that finds
-/// hardware identification values in a report.
+/// The system-information report of this machine, the sections that Qt answers, and the reader that finds hardware
+/// identification values in a report.
 ///
-/// A report is plain text: whole lines, each ended by one line feed, a line of 72 hyphens behind each
-/// section. Every section function asks Qt at the moment of the call, keeps nothing, and returns a new string
-/// that the caller owns. None of them fails: a value that Qt leaves empty prints as nothing behind its label.
-/// Unless its own description says otherwise a section may be called on any thread, without an application
-/// object, and by several threads at once.
+/// A report is plain text. It consists of whole lines, each ended by one line feed, and a line of 72 hyphens follows
+/// each group of sections. A section function asks Qt at the moment of the call, keeps nothing, and returns a new
+/// string that you own. No section function fails: a value that Qt leaves empty prints as nothing behind its label.
+/// Unless its description says otherwise, you may call a section function on any thread, on several at once, and
+/// without an application object.
 
 #include "norvexExport.h"
 
@@ -19,8 +19,8 @@
 namespace norvex {
 namespace SystemInfo {
 
-/// The line terminator of the report's frame and of its Qt sections: one line feed. It is set when the
-/// library is loaded; nobody writes it afterwards, and no caller may.
+/// The line terminator of the report's frame and of its Qt sections: one line feed. Loading the library sets it.
+/// Nobody writes it afterwards, and neither may you.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// The whole report of this machine at this moment.
@@ -28,16 +28,14 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// Its halves are the Macintosh section (MacSysInfo::allInfos()) and, behind the Qt banner, what Qt answers. sections()
 /// lists the sections in their order; a separator() follows each group of them.
 ///
-/// @param skipOpenGL true leaves the OpenGL section out, together with its separator, and creates nothing of
-///        OpenGL.
-/// @return the report. A section that cannot be answered is short, never missing, so the frame is always
-///        complete.
+/// @param skipOpenGL true leaves out the OpenGL section with its separator, and creates no OpenGL object
+/// @return the report. Its frame is always complete: a section that cannot be answered is short, never missing.
 ///
-/// Call it on the application's GUI thread while the QApplication exists: the screen, desktop and OpenGL
-/// sections describe nothing otherwise (see there). An exception such as std::bad_alloc passes through.
+/// Call it on the application's GUI thread while the QApplication exists: otherwise the screen, desktop and OpenGL
+/// sections describe nothing (see there). Exceptions such as std::bad_alloc pass through.
 NORVEX_SYSTEMINFO_EXPORT QString allInfos(bool skipOpenGL);
 
-/// The line between two sections: 72 hyphens and sNewLine.
+/// The line behind a group of sections: 72 hyphens and sNewLine.
 NORVEX_SYSTEMINFO_EXPORT QString separator();
 
 /// The halves of a report, in its order. Each begins with its banner line.
@@ -52,8 +50,7 @@ enum class SectionThread {
     Gui  ///< the application's GUI thread
 };
 
-/// The application object that a section describes the machine with. Without it the section stands in the report all
-/// the same, but says less.
+/// The application object that a section needs. Without it, the section stands in the report but says less.
 enum class SectionApplication {
     None,   ///< needs none
     Gui,    ///< a QGuiApplication
@@ -63,23 +60,23 @@ enum class SectionApplication {
 /// A section of the report.
 struct SectionInfo
 {
-    const char* name;               ///< of the function that makes it, such as "cpuInfo"; names never change
-    ReportHalf half;                ///< where it stands
-    int group;                      ///< a separator() stands behind each group; counts from 0 in each half
-    const char* description;        ///< one line, English
-    QStringList topics;             ///< what it is about, such as "cpu"; the first is the main one
-    SectionThread thread;           ///< who may call text()
-    SectionApplication application; ///< what text() needs
+    const char* name;               ///< of the section, such as "cpuInfo"; never changes
+    ReportHalf half;                ///< the half that the section stands in
+    int group;                      ///< a separator() follows each group; counts from 0 in each half
+    const char* description;        ///< one line, in English
+    QStringList topics;             ///< what the section is about, such as "cpu"; the main topic comes first
+    SectionThread thread;           ///< the threads that may call text()
+    SectionApplication application; ///< the application object that text() needs
     QString (*text)();              ///< makes the section: whole lines, without a separator
 };
 
-/// All sections of the report, in its order. allInfos() is made from this table.
+/// All sections of the report, in its order. allInfos() reads this table.
 ///
 /// The topics are system, cpu, memory, disks, volumes, network, graphics, usb, serial, screens, printers, environment
 /// and opengl.
 ///
-/// @return the table, made by the first call; valid until the library is unloaded. Any thread. Only the first call
-///        can throw (std::bad_alloc).
+/// @return the table; the first call makes it, and it lives until the library is unloaded. Any thread. The first call
+///        passes on std::bad_alloc.
 NORVEX_SYSTEMINFO_EXPORT const QVector<SectionInfo>& sections();
 
 /// The library's version numbers, the least significant first.
@@ -89,7 +86,7 @@ NORVEX_SYSTEMINFO_EXPORT const QVector<SectionInfo>& sections();
 /// @param[out] c the major number, 1
 NORVEX_SYSTEMINFO_EXPORT void libVersion(int& a, int& b, int& c);
 
-/// The library's version as it is written, the most significant number first: "1.2.171".
+/// The library's version as people write it, the most significant number first: "1.2.171".
 NORVEX_SYSTEMINFO_EXPORT QString libVersionString();
 
 /// The name of the platform, exactly as MacSysInfo::platformName() gives it.
@@ -97,83 +94,78 @@ NORVEX_SYSTEMINFO_EXPORT QString platformName();
 
 /// Reads the hardware identification values out of the text of a report.
 ///
-/// The report may come from this library or from its Windows counterpart, and may have LF or CR LF line ends.
-/// A report that holds the banners of both is read as a Windows report. Values are found by exact,
-/// case-sensitive search for the texts that the writers produce; the first occurrence counts.
+/// The report may come from this library or from its Windows counterpart, with LF or CR LF line ends. A report with
+/// the banners of both counts as a Windows report. The reader finds values by exact, case-sensitive search for the
+/// texts that the writers produce; the first occurrence counts.
 ///
 /// @param report the text of a report
-/// @param skipBracedInterfaceNames true leaves out network interfaces whose name begins with "{" and ends
-///        with "}"
-/// @param[in,out] macAddresses receives the MAC addresses (every "Hardware address" with exactly five colons)
-///        in the report's order, behind what the list already holds. Of a Macintosh report interfaces named
-///        "awdl…" and "p2p…" are left out, "p2p0" itself is not.
-/// @param[out] numberOfProcessors receives the number of processors, of a Macintosh report the number of
-///        physical cores; of a larger number its low 8 bits
-/// @param[out] processorRevision receives the low 16 bits of the processor revision, of a Macintosh report
-///        those of the CPU signature or, where it has none, the CPU sub type
-/// @param[out] errorMessage receives the reason of a failure, translated with the context QObject; untouched
-///        on success
-/// @return true when all values were read. Where the report holds nothing but blanks behind the label, or in
-///        front of a revision's first "=", the number or revision stays as it was and counts as read. false
-///        at the first failure: a banner, the network section, a label or a value is missing, no MAC address
-///        was found while the list is empty, or a value is no decimal number (then the value is set to 0).
-///        What was read until then stays written.
+/// @param skipBracedInterfaceNames true skips network interfaces whose name begins with "{" and ends with "}"
+/// @param[in,out] macAddresses receives the MAC addresses (every "Hardware address" with exactly five colons) in the
+///        report's order, behind what the list already holds. In a Macintosh report, interfaces named "awdl…" and
+///        "p2p…" do not count, but "p2p0" itself does.
+/// @param[out] numberOfProcessors receives the number of processors, from a Macintosh report the number of physical
+///        cores; of a larger number its low 8 bits
+/// @param[out] processorRevision receives the low 16 bits of the processor revision, from a Macintosh report those of
+///        the CPU signature or, without one, of the CPU sub type
+/// @param[out] errorMessage receives the reason of a failure, translated with the context QObject; untouched on success
+/// @return true when the reader found all values. A number or revision with nothing but blanks behind its label (or
+///        in front of a revision's first "=") stays as it was and counts as found. false at the first failure: a
+///        banner, the network section, a label or a value is missing, the list of MAC addresses stays empty, or a
+///        value is no decimal number (which sets it to 0). Values read before the failure stay written.
 ///
-/// It looks at nothing but its arguments and may be called on any thread.
+/// It reads nothing but its arguments. Any thread. The time is linear in the length of the report. std::bad_alloc
+/// passes through.
 NORVEX_SYSTEMINFO_EXPORT bool extractAccessKeyValues(const QString& report, bool skipBracedInterfaceNames,
                                                      QStringList& macAddresses,
                                                      unsigned char& numberOfProcessors,
                                                      unsigned short& processorRevision,
                                                      QString& errorMessage);
 
-/// Date and time: the present moment in local time and in UTC ("dd.MM.yyyy hh:mm:ss"), and the bias in
-/// minutes, UTC minus local time with the daylight-saving shift in force, so that it is negative east of
-/// Greenwich. Source: QDateTime.
+/// Date and time: the present moment in local time and in UTC ("dd.MM.yyyy hh:mm:ss"), and the bias in minutes. The
+/// bias is UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
 NORVEX_SYSTEMINFO_EXPORT QString qtDateTime();
 
-/// Qt itself: the version compiled against and the version running, the platform and byte order of this
-/// build, and its word and pointer sizes. Source: the Qt headers of the build, qVersion().
+/// Qt itself: the version that the library was compiled against and the version that runs, the platform, byte order,
+/// word size and pointer size of this build. Source: the Qt headers of the build, qVersion().
 NORVEX_SYSTEMINFO_EXPORT QString qtGlobal();
 
 /// The application: version, name, folder, file, process id, organisation, and the library paths in a column.
-/// Source: QCoreApplication. Without an application object Qt knows neither folder nor file and says so in
-/// its warning log.
+/// Source: QCoreApplication. Without an application object Qt knows neither folder nor file, and logs a warning.
 NORVEX_SYSTEMINFO_EXPORT QString qtCoreApplication();
 
-/// The system's locale: country, language and measurement system; "unknown" stands for every measurement
-/// system but the metric and the imperial one of the United States. Source: QLocale::system().
+/// The system's locale: country, language and measurement system. "unknown" stands for every measurement system but
+/// the metric one and the imperial one of the United States. Source: QLocale::system().
 NORVEX_SYSTEMINFO_EXPORT QString qtLocale();
 
-/// The screens, numbered from 1: name, resolutions in dots per inch, pixel ratio, refresh rate in Hz,
-/// physical size in millimetres and inches, size in pixels, colour depth in bits, and orientations as the
-/// numbers of Qt::ScreenOrientation. A screen without a known physical size prints 0 for it.
+/// The screens, numbered from 1: name, resolutions in dots per inch, pixel ratio, refresh rate in Hz, physical size in
+/// millimetres and inches, size in pixels, colour depth in bits, and orientations as the numbers of
+/// Qt::ScreenOrientation. A screen of unknown physical size prints 0 for it.
 ///
-/// Source: QGuiApplication::screens(). To be called on the GUI thread. Without screens, so also without a
-/// QGuiApplication, the section is its heading alone.
+/// Source: QGuiApplication::screens(). Call it on the GUI thread. Without a screen or a QGuiApplication the section is
+/// its heading alone.
 NORVEX_SYSTEMINFO_EXPORT QString qtScreens();
 
-/// The desktop: number of screens, primary screen, available and full size of each screen (numbered from 0)
-/// and of the default screen (number -1) in pixels, and the size of the virtual desktop where the screens
-/// form one.
+/// The desktop: number of screens, primary screen, available and full size of each screen (numbered from 0) and of the
+/// default screen (number -1) in pixels, and the size of the virtual desktop if the screens form one.
 ///
-/// Source: QDesktopWidget. To be called on the GUI thread while a QApplication exists; otherwise there is no
-/// desktop to ask, so the section is its heading alone and a warning is logged. Where the application has no
-/// screen the section counts 0 screens and gives the default screen's sizes as 0.
+/// Source: QDesktopWidget. Call it on the GUI thread while a QApplication exists. Otherwise there is no desktop to ask:
+/// the section is its heading alone, and a warning goes to the log. For an application without a screen the section
+/// counts 0 screens and gives the default screen's sizes as 0.
 NORVEX_SYSTEMINFO_EXPORT QString qtDesktop();
 
-/// The user's standard folders, each with its path and its display name; a folder that Qt cannot determine
-/// has an empty path. Source: QStandardPaths.
+/// The user's standard folders, each with its path and its display name. The path is empty if Qt cannot determine it.
+/// Source: QStandardPaths.
 NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 
-/// The printers by name, the default printer marked; "    <None>" when there is none. Source: QPrinterInfo,
-/// which may ask a print server on the network. To be called on the GUI thread.
+/// The printers by name, the default printer marked; "    <None>" when there is none. Source: QPrinterInfo, which may
+/// ask a print server on the network and wait for it. Call it on the GUI thread.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
-/// The names of this host and of its domain; the domain is empty where none is configured. Source: QHostInfo.
+/// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo.
 NORVEX_SYSTEMINFO_EXPORT QString qtHostInfo();
 
-/// The environment of this process, a variable a line, in Qt's order. Source: QProcess::systemEnvironment().
-/// Nobody may change the environment during the call.
+/// The environment of this process, a variable a line, in Qt's order. Source: QProcess::systemEnvironment(). Do not
+/// change the environment on another thread during the call.
 NORVEX_SYSTEMINFO_EXPORT QString qtSystemEnvironment();
 
 } // namespace SystemInfo

@@ -4,7 +4,7 @@
 
 namespace norvex::SystemInfo::Internal {
 
-/// The record for the given bits of QGLFormat::OpenGLVersionFlags; never null.
+/// The record for bits of QGLFormat::OpenGLVersionFlags; never null.
 COpenGLVersionInfo versionInfoFromFlags(int flags);
 
 } // namespace norvex::SystemInfo::Internal

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The parts of the Qt sections that turn values into lines: pure functions, so that they can be tried with
-/// values that this machine does not have.
+/// The parts of the Qt sections that turn values into lines. They are pure functions, so that tests can try values that
+/// this machine does not have.
 
 #include <QLocale>
 #include <QNetworkInterface>
@@ -16,7 +16,7 @@ QT_FORWARD_DECLARE_CLASS(QScreen)
 
 namespace norvex::SystemInfo::Internal {
 
-/// The three lines of the date section for the given moment, which must be in local time.
+/// The three lines of the date section for a moment in local time.
 QString dateTimeLines(const QDateTime& localTime);
 
 /// The library paths in a column behind their label; the label alone for an empty list.
@@ -24,7 +24,7 @@ QString libraryPathLines(const QStringList& paths);
 
 QString measurementSystemName(QLocale::MeasurementSystem system);
 
-/// What is printed of a screen.
+/// What a report shows of a screen.
 struct ScreenFacts
 {
     QString name;
@@ -54,7 +54,7 @@ struct DesktopScreen
     QRect whole;
 };
 
-/// What is printed of the desktop. As it is made here it is a desktop without any screen.
+/// What a report shows of the desktop. The default values are those of a desktop without a screen.
 struct DesktopFacts
 {
     int primaryScreen = 0;
@@ -75,7 +75,7 @@ struct Printer
 
 QString printerLines(const QList<Printer>& printers);
 
-/// What is printed of a network interface.
+/// What a report shows of a network interface.
 struct InterfaceFacts
 {
     QString name;

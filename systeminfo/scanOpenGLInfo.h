@@ -33,10 +33,10 @@ struct COpenGLVersionInfo
 
 /// Finds out what OpenGL offers.
 ///
-/// All functions belong on the application's GUI thread, after the QApplication exists. Where they cannot ask
-/// (no QApplication, or another thread) and where no OpenGL context can be made they answer as a machine
-/// without OpenGL; none of them fails or throws. A context that was current before a call is current again
-/// after it.
+/// Call all functions on the application's GUI thread while the QApplication exists. Without a QApplication, on
+/// another thread, or when no OpenGL context can be made, they answer as a machine without OpenGL. None of them
+/// fails. They throw nothing of their own; std::bad_alloc passes through. A context that is current before a call is
+/// current again after it.
 class NORVEX_SYSTEMINFO_EXPORT CScanOpenGLInfo : public QObject
 {
     Q_OBJECT
@@ -48,18 +48,18 @@ public:
     ~CScanOpenGLInfo() override;
 
     /// Asks Qt now which versions its default context supports, or the current context if there is one
-    /// (QGLFormat::openGLVersionFlags()). It neither reads nor fills the cache.
+    /// (QGLFormat::openGLVersionFlags()). Neither reads nor fills the cache.
     ///
-    /// @return a record that is not null; flags 0 and "not recognized" where OpenGL cannot be used or asked.
+    /// @return a record that is not null; flags 0 and "not recognized" without OpenGL
     static COpenGLVersionInfo GetOpenGLVersion();
 
-    /// The versions as the first call in this process found them: it asks like GetOpenGLVersion() and fills
-    /// versionInfoCache, later calls return a copy of it.
+    /// The versions as the first call in this process found them. That call asks like GetOpenGLVersion() and fills
+    /// versionInfoCache; later calls return a copy of it.
     ///
-    /// A call without a QApplication returns what the cache holds, or the record of a machine without OpenGL
-    /// while it is empty; a call on another thread does not touch the cache and returns the latter. Neither
-    /// fills it, so that a later call on the GUI thread still asks. That no context can be made is a result,
-    /// and is kept.
+    /// Without a QApplication the call returns what the cache holds, or the record of a machine without OpenGL while
+    /// the cache is empty. On another thread it does not touch the cache and returns the record of a machine without
+    /// OpenGL. Neither fills the cache, so a later call on the GUI thread still asks. That no context can be made is a
+    /// result, and the cache keeps it.
     ///
     /// @return a record that is not null
     static COpenGLVersionInfo GetOpenGLVersionCached();
@@ -68,12 +68,12 @@ public:
     /// GetOpenGLVersionCached(), and the driver's version, vendor, renderer and extensions from glGetString
     /// in the context of a hidden QGLWidget that lives only during the call.
     ///
-    /// @param[out] info receives the section; what it held is discarded. Without OpenGL the section ends
-    ///        after the versions. A string that the driver does not give is empty.
+    /// @param[out] info receives the section and loses what it held. Without OpenGL the section ends after the
+    ///        versions. A string that the driver does not give is empty.
     void getInfo(QString& info);
 
-    /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and
-    /// leave the writing to GetOpenGLVersionCached().
+    /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and let
+    /// GetOpenGLVersionCached() write it.
     static COpenGLVersionInfo versionInfoCache;
 };
 

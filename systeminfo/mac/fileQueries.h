@@ -1,18 +1,18 @@
 #pragma once
 
 /// @file
-/// The two questions that the Macintosh section asks through Qt on macOS. Elsewhere the machine at hand, or
-/// the recorded one, answers.
+/// The two queries that the Macintosh section makes through Qt on macOS. On other hosts the machine answers, this host
+/// or a recording.
 
 #include <QString>
 #include <QStringList>
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-/// Whether a file exists at the path.
+/// Whether a file exists at a path.
 bool deviceFileExists(const QString& path);
 
-/// The absolute paths of the entries of /Volumes, by name, ignoring case.
+/// The absolute paths of the entries of /Volumes, sorted by name, ignoring case.
 QStringList volumeEntries();
 
 } // namespace norvex::SystemInfo::MacSysInfo

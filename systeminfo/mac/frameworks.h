@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The system interfaces that the Macintosh section is written against: macOS's own headers on macOS,
-/// elsewhere the layer that stands in for them under the same names. The only place that tells the two apart.
+/// The interfaces that the Macintosh section is written against: on macOS the system's own headers, on other hosts the
+/// platform layer, which declares the same names. No other file tells the two apart.
 
 #include "systeminfo/deprecatedCalls.h"
 

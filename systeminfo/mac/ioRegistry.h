@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// A typed view of the I/O registry and of CoreFoundation values in which everything is owned from the moment
-/// it is obtained: no section releases anything, and a value of another kind is simply absent.
+/// A typed view of the I/O registry and of CoreFoundation values. It owns everything from the moment it obtains it, so
+/// that no section releases anything. A value of another kind than the expected one counts as absent.
 
 #include "systeminfo/mac/frameworks.h"
 
@@ -45,10 +45,10 @@ private:
     Ref object_ = nullptr;
 };
 
-/// A property key as the registry takes it; null when it cannot be made.
+/// A property key as the registry takes it; null on failure.
 CFHolder<CFStringRef> makeKey(const char* key);
 
-/// A value of a property, or none. Each reading gives it when it is of that kind only.
+/// A value of a property, or none. Each getter answers only for a value of its kind.
 class PropertyValue
 {
 public:
@@ -62,9 +62,9 @@ public:
     CFDataRef data() const { return as<CFDataRef>(CFDataGetTypeID()); }
     CFDictionaryRef dictionary() const { return as<CFDictionaryRef>(CFDictionaryGetTypeID()); }
     std::optional<bool> boolean() const;
-    /// A number that is stored as a signed 32-bit integer and can be read.
+    /// A number that is stored as a signed 32-bit integer.
     std::optional<std::int32_t> int32() const;
-    /// A number that is stored as a signed 64-bit integer and can be read.
+    /// A number that is stored as a signed 64-bit integer.
     std::optional<std::int64_t> int64() const;
 
 private:
@@ -83,7 +83,7 @@ PropertyValue valueIn(CFDictionaryRef dictionary, const char* key);
 /// The bytes of a data value.
 QByteArray bytesOf(CFDataRef data);
 
-/// A string by its direct C string, which only some strings have: empty without one, and for null.
+/// A string by its direct C string, which only some strings have; empty without one, and for null.
 QString fastString(CFStringRef string);
 
 /// Owns the handle of a registry entry, or none.
@@ -119,7 +119,7 @@ class IoEntry : public IoObject
 public:
     using IoObject::IoObject;
 
-    /// All its own properties; null when they cannot be fetched.
+    /// All its own properties; null on failure.
     CFHolder<CFDictionaryRef> properties() const;
     /// One of its own properties.
     PropertyValue property(const char* key) const;
@@ -127,27 +127,27 @@ public:
     PropertyValue search(const char* key) const;
     IoEntry parent() const;
     bool conformsTo(const char* className) const;
-    /// The name of its class; null when there is none.
+    /// The name of its class; null without one.
     CFHolder<CFStringRef> className() const;
 };
 
-/// An iterator over entries; one that could not be opened is at its end.
+/// An iterator over entries; one that failed to open is at its end.
 class IoIterator : public IoObject
 {
 public:
     using IoObject::IoObject;
 
-    /// The next entry, none at the end.
+    /// The next entry; none at the end.
     IoEntry next() { return IoEntry(get() == 0 ? io_object_t(0) : IOIteratorNext(get())); }
 };
 
-/// The entries of a class. When they cannot be listed: a warning, and no iterator.
+/// The entries of a class. On failure logs a warning and gives no iterator.
 IoIterator servicesOfClass(const char* className);
 
-/// The first entry of a class, none without one.
+/// The first entry of a class, or none.
 IoEntry firstServiceOfClass(const char* className);
 
-/// Opens an iterator over the entries of a class, by way of the registry's main port.
+/// Opens an iterator over the entries of a class on the registry's main port.
 /// @param iterator receives the handle on success
 /// @return 0, or the code of the call that failed, after a warning
 int openServiceIterator(const char* className, unsigned int* iterator);

@@ -1,18 +1,18 @@
 #pragma once
 
 /// @file
-/// The Macintosh section of the system-information report: what sysctl, Gestalt, IOKit, the file system and
-/// the system's services say about the machine.
+/// The Macintosh section of the system-information report: what sysctl, Gestalt, IOKit, the file system and the system's
+/// services say about the machine.
 ///
-/// Every function asks the system at the moment of the call, keeps nothing and returns its text by value.
-/// None fails and none throws on a missing value: a line whose query fails is left out, a section's heading
-/// always stands. Warnings go to Qt's log (`qWarning`). Lines end with sNewLine.
+/// Every function asks the system at the moment of the call, keeps nothing and returns its text by value. No function
+/// fails: a section leaves out a line whose query fails, and always has its heading. Warnings go to Qt's log
+/// (`qWarning`). Lines end with sNewLine. std::bad_alloc passes through; nothing else is thrown.
 ///
-/// Threads: all functions may be called from any thread and from several at once. The only exception is that
-/// the records and iterators handed out belong to their caller.
+/// Threads: you may call all functions on any thread, on several at once. The records and iterators that they hand out
+/// are yours; use each on one thread at a time.
 ///
-/// On a host without the macOS interfaces the same functions answer from this host, or from the recording of
-/// a Mac (see norvexPlatform.h).
+/// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
+/// norvexPlatform.h).
 
 #include "../norvexExport.h"
 
@@ -44,18 +44,18 @@ using FileSystemRecord = struct ::statfs;
 using FileSystemRecord = ::norvex::MacStatfs;
 #endif
 
-/// The line terminator of the Macintosh section, a line feed. Set when the library is loaded.
+/// The line terminator of the Macintosh section: one line feed. Loading the library sets it. Nobody writes it
+/// afterwards, and neither may you.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// @name Assembly
 /// @{
 
-/// The whole Macintosh section: its banner line, all sections of this header in their fixed order, and a
-/// separator line after each group, the last one included. A failing query shows in its own section only.
-/// Passes on std::bad_alloc.
+/// The whole Macintosh section: its banner line, then the sections that SystemInfo::sections() lists for this half, with
+/// a separator line behind each group. A failing query shows in its own section only.
 NORVEX_SYSTEMINFO_EXPORT QString allInfos();
 
-/// The line between two groups: 72 hyphens and sNewLine.
+/// The line behind a group of sections: 72 hyphens and sNewLine.
 NORVEX_SYSTEMINFO_EXPORT QString separator();
 
 /// @}
@@ -65,95 +65,91 @@ NORVEX_SYSTEMINFO_EXPORT QString separator();
 /// The operating-system version.
 /// @param asReportLine true for the report's line, "MacOS version: 10.13.6 (High Sierra)" and sNewLine; false
 ///        for the bare name, "MacOS 10.13.6 (High Sierra)", without a line end.
-/// @return the text; only the label when one of the three version numbers cannot be read
+/// @return the text; the label alone when the query of one of the three version numbers fails
 ///
-/// From `Gestalt` (selectors 'sys1', 'sys2', 'sys3'). Where macOS's interfaces are absent the numbers are
-/// those of the running kernel's release.
+/// From `Gestalt` (selectors 'sys1', 'sys2', 'sys3'). On Linux the numbers are those of the running kernel's release.
 NORVEX_SYSTEMINFO_EXPORT QString osVersion(bool asReportLine);
 
-/// The operating system's name and version in one line without a line end: osVersion(false).
+/// The operating system's name and version without a line end: osVersion(false).
 NORVEX_SYSTEMINFO_EXPORT QString platformName();
 
 /// The release name of a version of the system.
-/// @param majorVersion only 10 has named releases here
+/// @param majorVersion only releases of version 10 have names
 /// @param minorVersion 0 ("Cheetah") to 14 ("Mojave")
-/// @param bugFixVersion accepted, without influence
+/// @param bugFixVersion has no influence
 /// @return the name, empty for every other version
 ///
 /// Pure; asks nothing.
 NORVEX_SYSTEMINFO_EXPORT QString osVersionName(int majorVersion, int minorVersion, int bugFixVersion);
 
-/// The kernel group: a heading, then build, version, boot time (local time zone) and kernel architecture,
-/// each line only when its query succeeds. From `sysctlbyname` ("kern.osversion", "kern.version",
-/// "kern.boottime", "hw.machine"). A text of 512 bytes or more, its zero byte included in the count, fails
-/// its query.
+/// The kernel: a heading, then build, version, boot time (local time zone) and kernel architecture, each line only when
+/// its query succeeds. From `sysctlbyname` ("kern.osversion", "kern.version", "kern.boottime", "hw.machine"). The query
+/// of a text longer than 511 bytes fails.
 NORVEX_SYSTEMINFO_EXPORT QString kernelInfo();
 
 /// The line with the hardware model identifier, such as "Model: MacPro6,1"; empty when `sysctlbyname`
 /// ("hw.model") fails.
 NORVEX_SYSTEMINFO_EXPORT QString macModel();
 
-/// Two lines: the machine's architecture (`Gestalt` 'sysa'; left out when that fails) and the architecture
-/// that this library was compiled for. "Intel (64bit mode)" is the text of x86-64 builds; a build for another
-/// processor names that one in the same form, as "ARM (64bit mode)".
+/// Two lines: the machine's architecture (`Gestalt` 'sysa'; left out when that fails) and the architecture that this
+/// library was compiled for: "Intel (64bit mode)" on x86-64, "ARM (64bit mode)" on arm64, others in the same form.
 NORVEX_SYSTEMINFO_EXPORT QString architecture();
 
 /// @}
 /// @name Processor and memory
 /// @{
 
-/// The processor block: core counts, the Mach type, sub-type and family with their names, vendor, brand,
-/// family, model, stepping, signature, microcode, features, clock speeds, cache sizes and byte order. Each
-/// line stands only when its `sysctlbyname` query succeeds. The lines "Number of physical cores:", "CPU
-/// signature:" and "CPU sub type" are read back by norvex::SystemInfo::extractAccessKeyValues.
+/// The processor: core counts, the Mach type, sub-type and family with their names, vendor, brand, family, model,
+/// stepping, signature, microcode, features, clock speeds, cache sizes and byte order. Each line stands only when its
+/// `sysctlbyname` query succeeds. norvex::SystemInfo::extractAccessKeyValues reads "Number of physical cores:",
+/// "CPU signature:" and "CPU sub type" back.
 NORVEX_SYSTEMINFO_EXPORT QString cpuInfo();
 
-/// The memory block: logical and physical RAM, low memory, page size, parity and MMU type, from `Gestalt`
-/// ('lram', 'ram ' with 'ramm', 'lmem', 'pgsz', 'prty', 'mmu '). Sizes are signed 32-bit values of the
-/// system; RAM of 2 GiB and more is taken in megabytes from 'ramm', for the physical size only.
+/// The memory: logical and physical RAM, low memory, page size, parity and MMU type, from `Gestalt` ('lram', 'ram ' with
+/// 'ramm', 'lmem', 'pgsz', 'prty', 'mmu '). The system gives sizes as signed 32-bit numbers; for the physical size alone,
+/// 'ramm' tells RAM of 2 GiB and more in megabytes.
 NORVEX_SYSTEMINFO_EXPORT QString memoryInfo();
 
 /// @}
 /// @name Devices in the I/O registry
 /// @{
 
-/// The drives on AHCI controllers (class AppleAHCIDiskDriver): a heading, then a block for every drive,
-/// numbered from 1. A value that is absent or of an unexpected kind leaves out its line; a drive whose
-/// properties cannot be read is left out. The heading alone, with a warning, when the drives cannot be
-/// listed.
+/// The drives on AHCI controllers (class AppleAHCIDiskDriver): a heading, then a block for each drive, numbered from 1.
+/// A value that is absent or of an unexpected kind has no line; a drive without readable properties has no block. When
+/// listing the drives fails, the section is its heading alone, and a warning goes to the log.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitSataDiskDevices();
 
-/// The optical drives on AHCI controllers (class IOAHCISerialATAPI), in the manner of ioKitSataDiskDevices().
+/// The optical drives on AHCI controllers (class IOAHCISerialATAPI), like ioKitSataDiskDevices().
 NORVEX_SYSTEMINFO_EXPORT QString ioKitSerialAtapiDevices();
 
-/// The NVM Express controllers (class IONVMeController), in the manner of ioKitSataDiskDevices().
+/// The NVM Express controllers (class IONVMeController), like ioKitSataDiskDevices().
 NORVEX_SYSTEMINFO_EXPORT QString ioKitNVMExpressDevices();
 
-/// The Ethernet interfaces, wired and wireless (class IOEthernetInterface), each with its controller's model
-/// and hardware address (lower-case hexadecimal pairs). The heading alone, with a warning, when they cannot
-/// be listed.
+/// The Ethernet interfaces, wired and wireless (class IOEthernetInterface), each with its controller's model and
+/// hardware address (lower-case hexadecimal pairs). When listing them fails, the section is its heading alone, and a
+/// warning goes to the log.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitEthernetDevices();
 
 /// The machine's serial number and hardware UUID (class IOPlatformExpertDevice), each line only when the
 /// property is a string. The heading alone when there is no such entry.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitPlatformInfos();
 
-/// The operating-system and IOKit builds that the root of the I/O registry publishes. A line of the section
-/// says so when the registry's main port cannot be had.
+/// The operating-system and IOKit builds that the root of the I/O registry publishes. When `IOMasterPort` fails, a line
+/// says so.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitRootInfos();
 
-/// The display controllers (class IOPCIDevice with the IOName "display", in any letter case), each with model
-/// and video memory. The model is "???" and the memory 0 where the registry does not tell them.
+/// The display controllers (class IOPCIDevice with the IOName "display", in any letter case), each with model and video
+/// memory: "???" and 0 if the registry does not tell them.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitGraphicsCards();
 
 /// The number behind a video-memory property.
-/// @param number a CFNumber, not null; neither retained nor released
-/// @return its value when it is stored as a non-negative signed 32- or 64-bit integer; otherwise 0, with a
-///        warning
+/// @param number a CFNumber, not null; stays yours
+/// @return its value, if it is stored as a signed 32- or 64-bit integer and not negative; otherwise 0, and a warning
+///        goes to the log
 NORVEX_SYSTEMINFO_EXPORT unsigned long long ConvertVRAM_CFNumberToUInt64(const __CFNumber* number);
 
 /// The number behind a video-memory property that is data.
-/// @param data a CFData, not null; neither retained nor released
+/// @param data a CFData, not null; stays yours
 /// @return its 1 to 8 bytes as a little-endian unsigned integer; 0 for any other length
 NORVEX_SYSTEMINFO_EXPORT unsigned long long ConvertVRAM_CFDataToUInt64(const __CFData* data);
 
@@ -171,44 +167,40 @@ struct usbDeviceInfoStruct_t
     QString vendorName;      ///< "USB Vendor Name"
 };
 
-/// The attached USB devices (class IOUSBDevice): a heading and a block for every device. A device whose name
-/// cannot be read is left out, with a warning.
+/// The attached USB devices (class IOUSBDevice): a heading and a block for each device. A device without a readable name
+/// has no block, and a warning goes to the log.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitUsbDevices();
 
 /// Opens an iterator over all USB devices.
-/// @param iterator receives the handle on success; the caller releases it with IOObjectRelease, or with
-///        norvex::releaseObject() where that is not macOS's
-/// @return a kern_return_t: 0 on success, else the code of the call that failed (5 when no matching
-///        dictionary could be made), after a warning
+/// @param iterator receives the handle on success; release it with IOObjectRelease, on other hosts than macOS with
+///        norvex::releaseObject()
+/// @return a kern_return_t: 0 on success, else the code of the call that failed (5 without a matching dictionary); a
+///        warning goes to the log
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetUsbDevIterator(unsigned int* iterator);
 
 /// Reads one USB device.
-/// @param device an entry of the iterator; it stays the caller's
-/// @param info reset, then filled. Numbers are taken from values stored as signed 32-bit integers; another
-///        stored type, or a read that fails, leaves 0 and logs a warning; a value that is no number at all
-///        leaves 0 silently, as a value that is absent does. Strings are taken where their direct C string
-///        exists.
-/// @return a kern_return_t: the result of reading the entry's name, 0 on success
+/// @param device an entry of the iterator; stays yours
+/// @param info reset, then filled. Numbers come from values stored as signed 32-bit integers. Another stored type, or a
+///        read that fails, leaves 0 and logs a warning (a failed read of "idProduct" logs none). A value that is
+///        absent or no number leaves 0. A string without a direct C string counts as empty.
+/// @return a kern_return_t: the result of `IORegistryEntryGetName`, 0 on success
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info);
 
 /// The maker behind a USB vendor ID, from a built-in table of 64.
-/// @param vendorId compared as a whole; nothing above 0xffff is known
+/// @param vendorId all 32 bits count; no ID above 0xffff has a name
 /// @return the name, or a null string
 ///
 /// Pure; asks nothing.
 NORVEX_SYSTEMINFO_EXPORT QString convertUsbVendorIdToName(unsigned int vendorId);
 
 /// The serial ports (class IOSerialBSDClient) with the drivers above them and, for USB adapters, their IDs.
-/// @param rs232Only true for the ports of type "IORS232SerialStream" and those whose type is unknown; false
-///        for every port
-/// @return the section, at least its heading. Two warnings about a port (no callout device, or none as a
-///        file) are logged and printed in its block. A type or callout device that is no string counts as not
-///        found.
+/// @param rs232Only true for the ports of type "IORS232SerialStream" and those of unknown type; false for all ports
+/// @return the section, at least its heading. Two warnings about a port (no callout device, or none as a file) go to
+///        the log and into its block. A type or callout device that is no string counts as absent.
 NORVEX_SYSTEMINFO_EXPORT QString ioKitGetRs232SerialDevices(bool rs232Only);
 
-/// Opens an iterator over all serial ports, in the manner of ioKitGetUsbDevIterator().
-/// @param iterator receives the handle on success; the caller releases it with IOObjectRelease, or with
-///        norvex::releaseObject() where that is not macOS's
+/// Opens an iterator over all serial ports, like ioKitGetUsbDevIterator().
+/// @param iterator receives the handle on success; release it as there
 /// @return a kern_return_t, as there
 NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iterator);
 
@@ -216,9 +208,9 @@ NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iter
 /// @name Volumes
 /// @{
 
-/// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type,
-/// letter case, block and file-node counts, and sizes. The path alone where `statfs` fails; "-" or no size
-/// line for a count of all ones. On Linux: the mounted file systems that hold user data, each under its mount
+/// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type, letter case,
+/// block and file-node counts, and sizes. When `statfs` fails, only the path stands. A count of all ones prints as "-"
+/// or has no size line. On Linux the volumes are the mounted file systems that hold user data, each under its mount
 /// point.
 NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 
@@ -230,8 +222,8 @@ NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemR
 
 /// How the file system that holds a path treats letter case.
 /// @param path in any form that the file system takes
-/// @return 1 case sensitive (also where the file system does not answer the question), 2 case preserving but
-///        not sensitive, 0 neither, -1 when the query failed
+/// @return 1 case sensitive (also if the file system does not know the query), 2 case preserving but not sensitive,
+///        0 neither, -1 on failure
 ///
 /// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path.
 NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
@@ -240,12 +232,12 @@ NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
 /// @name Drivers and services
 /// @{
 
-/// Whether the FTDI USB-serial driver is installed, with version and name from its property list. Two or
-/// three lines; whatever goes wrong has its own line.
+/// Whether the FTDI USB-serial driver is installed, with version and name from its property list. Two or three lines; a
+/// failure has a line of its own.
 NORVEX_SYSTEMINFO_EXPORT QString checkFtdiDriver();
 
-/// One line with the version of the DNS service discovery daemon, or with the error of the query. On Linux
-/// the daemon is Avahi, when it already runs; its version 0.8 counts as 800.
+/// One line with the version of the DNS service discovery daemon, or with the error of the query. On Linux the daemon is
+/// Avahi, if it already runs; its version 0.8 counts as 800. The query takes at most 0.2 s there.
 NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 
 /// Asks the DNS service discovery daemon for its version (`DNSServiceGetProperty`, "DaemonVersion").
@@ -253,13 +245,13 @@ NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 /// @param versionText on success the version, as "878.30.4", is appended; untouched otherwise
 NORVEX_SYSTEMINFO_EXPORT void checkBonjour(int& errorCode, QString& versionText);
 
-/// One line with the path of the application that opens "mailto:" links, `<failed>` when there is none
-/// (`LSGetApplicationForURL`; its failure logs a warning). On Linux: the handler's desktop file.
+/// One line with the path of the application that opens "mailto:" links (`LSGetApplicationForURL`). Without one the line
+/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file.
 NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 
 /// @}
 /// @name Value formatting
-/// Reentrant, without state; the numbers are exact for every input.
+/// Pure functions; the numbers are exact for every input.
 /// @{
 
 /// A frequency in Hz, kHz, MHz or GHz: decimal units, rounded half up, four significant digits below 1000
@@ -280,12 +272,12 @@ NORVEX_SYSTEMINFO_EXPORT QString memorySizeConvertUserFriendly(unsigned long lon
 NORVEX_SYSTEMINFO_EXPORT QString diskSizeConvertUserFriendly(unsigned long long bytes);
 
 /// The text of a CoreFoundation string up to its first zero character.
-/// @param string may be null; neither retained nor released
-/// @return the text; a null QString for null, and after a warning where the conversion to UTF-8 fails
+/// @param string may be null; stays yours
+/// @return the text; a null QString for null, and when the conversion to UTF-8 fails, which logs a warning
 NORVEX_SYSTEMINFO_EXPORT QString CFStringToQString(const __CFString* string);
 
 /// The word for a CoreFoundation boolean.
-/// @param value not null; neither retained nor released
+/// @param value not null; stays yours
 /// @return "Yes" or "No"
 NORVEX_SYSTEMINFO_EXPORT QString CFBooleanToQStringYesNo(const __CFBoolean* value);
 

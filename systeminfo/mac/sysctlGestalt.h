@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// sysctl and Gestalt values of a kind, or nothing when the query fails.
+/// Values of `sysctlbyname` and `Gestalt`; nothing when the query fails.
 
 #include "systeminfo/mac/frameworks.h"
 
@@ -12,13 +12,13 @@
 
 namespace norvex::SystemInfo::MacSysInfo {
 
-/// A 32-bit integer of sysctl; a value that is wider fails.
+/// A 32-bit integer of `sysctlbyname`; a wider value fails.
 std::optional<std::int32_t> sysctlInt32(const char* name);
-/// A 64-bit integer of sysctl; a narrower value is filled up with zeros.
+/// A 64-bit integer of `sysctlbyname`; zeros fill up a narrower value.
 std::optional<std::uint64_t> sysctlUInt64(const char* name);
-/// A text of sysctl of at most 511 bytes, as UTF-8.
+/// A UTF-8 text of `sysctlbyname`. A text of more than 511 bytes fails.
 std::optional<QString> sysctlText(const char* name);
-/// When the machine was started, in seconds since 1970.
+/// When the machine started, in seconds since 1970 (`sysctlbyname`, "kern.boottime").
 std::optional<time_t> bootTime();
 
 /// A Gestalt selector from its four characters.
