@@ -47,13 +47,13 @@ QString geometryText(const Internal::DesktopScreen& screen)
            sizeText(QStringLiteral("   screen Geometry width: %1, height: %2"), screen.whole);
 }
 
-// Qt prefers QScreen to QDesktopWidget by now; this section is about what QDesktopWidget says.
+// Qt recommends QScreen by now, but this section shows what QDesktopWidget says.
 NORVEX_DEPRECATED_CALLS_BEGIN
 
 Internal::DesktopFacts desktopFacts()
 {
     Internal::DesktopFacts facts;
-    // Qt 5.15 ends the process when it is to make the desktop widget without a screen to put it on.
+    // Without a screen, Qt 5.15 ends the process when it makes the desktop widget.
     if (QGuiApplication::screens().isEmpty()) {
         return facts;
     }

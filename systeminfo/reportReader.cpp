@@ -13,14 +13,14 @@ namespace {
 
 using namespace Internal;
 
-/// Interfaces that are passed over: those whose name begins with the prefix, but for the one exception.
+/// Interfaces that do not count: those whose name begins with the prefix, with one exception.
 struct IgnoredInterfaces
 {
     const char* prefix;
     const char* exception;
 };
 
-/// What tells one kind of report from the other. A null pointer stands for what the kind does not have.
+/// What differs between kinds of reports. A null pointer stands for what a kind does not have.
 struct ReportKind
 {
     const char* banner;
@@ -31,7 +31,7 @@ struct ReportKind
     IgnoredInterfaces ignored[2];
 };
 
-// In the order of precedence: a report with both banners is of the first kind.
+// In order of precedence: a report with both banners is of the first kind.
 const ReportKind reportKinds[] = {
     {
         windowsBanner,
@@ -77,7 +77,7 @@ QString without(const QStringRef& text, Predicate unwanted)
     return kept;
 }
 
-/// One pass over one report; the steps are called in the order of their declaration.
+/// Reads one report. Call the steps in the order of their declaration.
 ///
 /// A search that fails reads the whole rest of the report. That stays linear in its length because each of
 /// them ends the step that makes it, and because within the interface blocks every search starts behind the
@@ -85,7 +85,7 @@ QString without(const QStringRef& text, Predicate unwanted)
 class ReportReader
 {
 public:
-    /// Shares the text instead of referring to it: the caller may have it in a string that results go into.
+    /// Shares the text instead of referring to it: the caller may pass the same string for a result.
     ReportReader(const QString& report, QString& errorMessage) : report_(report), errorMessage_(errorMessage)
     {}
 
@@ -176,7 +176,7 @@ bool ReportReader::collectMacAddresses(bool skipBracedInterfaceNames, QStringLis
         // The character after the label is its colon.
         const QStringRef value = restOfLine(labelStart + length(hardwareAddressLabel) + 1);
         if (value.isNull()) {
-            break; // The report was cut off within this line; part of an address is no address.
+            break; // The report ends within this line; part of an address is no address.
         }
         if (value.count(QLatin1Char(':')) == 5 &&
             !isIgnored(without(nameLine, isCarriageReturn), skipBracedInterfaceNames)) {
@@ -184,7 +184,7 @@ bool ReportReader::collectMacAddresses(bool skipBracedInterfaceNames, QStringLis
         }
         position = value.position() + value.size() + 1;
     }
-    // A caller's earlier addresses count, too.
+    // Addresses that the list already held count, too.
     return !macAddresses.isEmpty() || fail(QObject::tr("No MAC addresses found!"));
 }
 
@@ -222,7 +222,7 @@ bool ReportReader::readProcessorRevision(unsigned short& processorRevision)
     if (label == -1) {
         return fail(QObject::tr("Could not find processor revision!"));
     }
-    // "CPU sub type: " and "CPU signature:" are of one length, so the value starts at one distance.
+    // "CPU sub type: " and "CPU signature:" have the same length.
     const QStringRef value = restOfLine(label + length(kind_->revision));
     if (value.isEmpty()) {
         return fail(QObject::tr("Could not find the value the processor revision."));

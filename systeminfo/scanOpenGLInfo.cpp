@@ -14,7 +14,7 @@ namespace norvex::SystemInfo {
 
 namespace {
 
-// Leaves the thread with the context it had, the caller's or none.
+// Gives the thread back the context that it had, or none.
 class CurrentContextKeeper
 {
 public:
@@ -39,9 +39,8 @@ private:
     QSurface* const surface_;
 };
 
-// QGLFormat::hasOpenGL() is about the platform plug-in; whether the machine gives it a context shows only
-// when one is made. The offscreen plug-in without an X server has OpenGL but no context, and Qt then reads
-// the version through a null pointer.
+// QGLFormat::hasOpenGL() tells about the platform plug-in; only making a context shows whether the machine has one. The
+// offscreen plug-in without an X server has OpenGL but no context, and Qt then reads the version through a null pointer.
 bool canMakeContext()
 {
     if (QOpenGLContext::currentContext()) {
@@ -61,7 +60,7 @@ bool canMakeContext()
 
 bool hasUsableOpenGL()
 {
-    // Without a screen Qt ends the process instead of making a surface.
+    // Without a screen, Qt ends the process instead of making a surface.
     return Internal::mayUseWidgets() && !QGuiApplication::screens().isEmpty() && QGLFormat::hasOpenGL() &&
            canMakeContext();
 }
@@ -79,8 +78,8 @@ const DriverRow driverRows[] = {
     {GL_EXTENSIONS, "glGetString(GL_EXTENSIONS) = %1\n"},
 };
 
-// The driver is asked only in the widget's own context: in the caller's the answer would be about something
-// else, and without any context macOS ends the process.
+// Asks the driver only in the widget's own context: another context answers about something else, and without one macOS
+// ends the process.
 QString driverLines()
 {
     const CurrentContextKeeper keeper;

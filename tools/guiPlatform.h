@@ -7,18 +7,18 @@
 
 namespace norvex::Tool {
 
-/// On which of Qt's platforms the application object is to be made. Where Qt's own choice would end the
-/// process or wait for ever, as without a display, it is another one.
+/// The platform of Qt for the application object. It differs from Qt's own choice if that would end the process or wait
+/// for ever, as it can without a display.
 struct GuiPlatform
 {
     QByteArray name;            ///< for the argument -platform; empty: Qt's own choice
-    QString notice;             ///< why the user's wish was not followed, if so
-    std::shared_ptr<void> held; ///< to be kept until the application object exists
+    QString notice;             ///< why the platform is not the one that the user asks for; empty if it is
+    std::shared_ptr<void> held; ///< keep it until the application object exists
 };
 
-/// Finds out what can be used here, in a few seconds at most. To be called before there is any thread or
-/// application object.
-/// @param withOpenGL whether OpenGL will be used
+/// Finds a platform that works here, in a few seconds at most. Call it before there is a thread or an application
+/// object.
+/// @param withOpenGL whether the tool uses OpenGL
 GuiPlatform chooseGuiPlatform(bool withOpenGL);
 
 } // namespace norvex::Tool

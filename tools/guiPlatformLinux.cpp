@@ -51,8 +51,8 @@ Wish wishOfEnvironment()
                                    : Wish::Other;
 }
 
-// Connecting takes as long as the server likes, so a thread does it, which the end of the process ends too.
-// The connection is handed out because some servers start anew when their last client goes.
+// A server can keep its client waiting for ever, so a thread connects; it ends with the process. The caller keeps the
+// connection, because some servers restart when their last client goes.
 DisplayState askDisplay(std::shared_ptr<void>& connection)
 {
     using Connection = std::shared_ptr<xcb_connection_t>;
@@ -73,7 +73,7 @@ DisplayState askDisplay(std::shared_ptr<void>& connection)
 
 [[noreturn]] void tryQtsChoice(int reportTo)
 {
-    // Nobody is to see the messages and the core file of a failure, and nothing outlives the tool.
+    // A failure leaves no message and no core file, and nothing outlives the tool.
     prctl(PR_SET_DUMPABLE, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int nothing = open("/dev/null", O_RDWR);
@@ -90,8 +90,8 @@ DisplayState askDisplay(std::shared_ptr<void>& connection)
     _exit(0);
 }
 
-// Plugins that cannot work end the process, so another process tries what Qt would choose. It stays until the
-// caller is done, for the same reason as the connection above.
+// A plugin that cannot work ends the process, so another process tries what Qt would choose. It stays alive while the
+// caller holds it, for the same reason as the connection above.
 bool worksInAnotherProcess(std::shared_ptr<void>& process)
 {
     int ends[2];
@@ -117,7 +117,7 @@ bool worksInAnotherProcess(std::shared_ptr<void>& process)
     return works;
 }
 
-// Names what was set to lead to a display; where nothing was, none was missed.
+// Names the variables that ask for a display. Without any, nobody misses one.
 QString noticeAbout(DisplayState state)
 {
     QStringList settings;
@@ -144,7 +144,7 @@ GuiPlatform chooseGuiPlatform(bool withOpenGL)
     if (wish == Wish::Minimal || (wish == Wish::Other && worksInAnotherProcess(platform.held))) {
         return platform;
     }
-    // For OpenGL the offscreen platform turns to the display as well; the minimal one never does.
+    // For OpenGL, the offscreen platform asks the display as well; the minimal platform never does.
     const bool meetsDisplay = wish == Wish::X11 || (withOpenGL && isSet("DISPLAY"));
     const DisplayState state = meetsDisplay ? askDisplay(platform.held) : DisplayState::Refuses;
     if ((wish == Wish::X11 && state == DisplayState::Answers) ||

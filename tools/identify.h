@@ -5,7 +5,7 @@
 
 namespace norvex::Tool {
 
-/// How messages name the file of a report.
+/// The name of a report's file in messages.
 QString shownName(const QByteArray& fileName);
 
 /// Reads the text of a report from a file.
@@ -14,7 +14,7 @@ QString shownName(const QByteArray& fileName);
 /// @param[out] errorMessage receives file and reason when that fails
 bool readReport(const QByteArray& fileName, QString& report, QString& errorMessage);
 
-/// What identifies the machine that a report describes, as it is printed.
+/// What identifies the machine that a report describes, as the tool prints it.
 /// @param[out] text lines, or a JSON object in one line
 /// @param[out] errorMessage receives what the report lacks when that fails
 bool identify(const QString& report, bool skipBraced, bool asJson, QByteArray& text, QString& errorMessage);

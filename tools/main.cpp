@@ -52,8 +52,8 @@ bool usesOpenGL(const Options& options)
     return std::count(options.sections.begin(), options.sections.end(), openGL) > 0;
 }
 
-// The application object that the work needs, and what it keeps referring to. The program's own arguments are
-// not passed on: Qt would take its options out of them.
+// The application object that the work needs, with the arguments that it refers to. It does not see the program's own
+// arguments: Qt would take its options out of them.
 class Application
 {
 public:
@@ -133,13 +133,13 @@ QByteArray recording(const Options& options)
 {
     RecordedValue machine = recordMachine();
     if (options.anonymous) {
-        // A recording was made on another host.
+        // The host of a recording is another one.
         anonymise(machine, options.recording ? QString() : QSysInfo::machineHostName());
     }
     return recordingText(machine);
 }
 
-// What the options that need an application object ask for.
+// Makes what the options ask for. An application object exists.
 bool produce(const Options& options, QByteArray& text, QString& errorMessage)
 {
     if (options.action == Action::Identify) {
@@ -190,7 +190,7 @@ int run(const Options& options, const Output& output, char* programName)
 int main(int argc, char* argv[])
 {
     using namespace norvex::Tool;
-    // As Qt will do, but before the first file name is decoded.
+    // As Qt does later, but before the first file name is decoded.
     setlocale(LC_ALL, "");
     const Output output;
     try {

@@ -12,7 +12,7 @@ namespace norvex::Tool {
 
 namespace {
 
-// An option with a letter of its own has that as its number.
+// An option with a letter has it as its number.
 enum OptionId {
     helpOption = 'h',
     outputOption = 'o',
@@ -32,7 +32,7 @@ struct OptionRow
 {
     OptionId id;
     const char* name;
-    const char* argument; // null: takes none; in brackets: may be left out
+    const char* argument; // null: takes none; in brackets: optional
     const char* help;
 };
 
@@ -161,7 +161,7 @@ bool CommandLine::accept(int id, const char* argument)
     case recordOption:
         return acceptAction(Options::Action::Record) && acceptOnce(options_.recordFile, "--record", argument);
     case anonymousOption: options_.anonymous = true; return true;
-    default: return false; // getopt_long has said why
+    default: return false; // getopt_long has printed the reason
     }
 }
 
@@ -200,7 +200,8 @@ bool CommandLine::acceptCombination()
     return true;
 }
 
-// What getopt_long needs to know of the options.
+// The options as getopt_long takes them. QCommandLineParser would be the library for this, but it knows no optional
+// arguments (--identify [FILE]) and decodes file names, which are bytes.
 struct SystemOptions
 {
     SystemOptions()
@@ -251,7 +252,7 @@ QString helpOfOption(const OptionRow& row)
 
 std::optional<Options> parseOptions(int argc, char* argv[])
 {
-    // getopt_long calls the program by its first argument, and sorts the others.
+    // getopt_long names the program after its first argument, and sorts the others.
     char name[] = "norvex-systeminfo";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.at(0) = name;

@@ -18,17 +18,17 @@ struct Options
     Action action = Action::PrintReport;
     bool skipOpenGL = false;
     std::vector<const SystemInfo::SectionInfo*> sections; ///< empty for the whole report
-    std::optional<QByteArray> recording;  ///< answers the Macintosh section
+    std::optional<QByteArray> recording;  ///< of the machine that the Macintosh section describes
     std::optional<QByteArray> outputFile; ///< absent: standard output
-    std::optional<QByteArray>
-        reportFile; ///< to identify a machine by, "-" is standard input; absent: this machine
+    /// Action::Identify reads it; "-" is standard input. Absent: this machine.
+    std::optional<QByteArray> reportFile;
     std::optional<QByteArray> recordFile; ///< receives the recording of Action::Record
     bool anonymous = false;
     bool skipBraced = false;
     bool asJson = false;
 };
 
-/// Reads the command line. Wrong usage is said on standard error and gives nothing.
+/// Reads the command line. Wrong usage gives nothing, and a message on standard error.
 std::optional<Options> parseOptions(int argc, char* argv[]);
 
 /// What --help prints.

@@ -18,8 +18,8 @@ namespace norvex::Tool {
 
 namespace {
 
-// What opens in a closed stream's place must refuse the stream's own use, so that writing the report to a
-// closed standard output fails as it would have.
+// The next file that opens would take the number of a closed stream. What takes it instead refuses the stream's use, so
+// that writing the report to a closed standard output still fails.
 void reserveStandardStreams()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
@@ -72,7 +72,7 @@ QString reasonOf(int errorNumber)
 Output::Output() : pipeSignalAction_(signal(SIGPIPE, SIG_DFL))
 {
     signal(SIGPIPE, pipeSignalAction_);
-    // A file that grows beyond the user's limit is a write that fails, and is reported as one.
+    // Writing beyond the user's limit for files then fails with an error instead of ending the process.
     signal(SIGXFSZ, SIG_IGN);
     reserveStandardStreams();
 }
@@ -88,7 +88,7 @@ int Output::writeToFile(const QByteArray& fileName, const QByteArray& text) cons
     const QString shownName = QStringLiteral("'%1'").arg(name);
     struct stat status;
     if (stat(fileName.constData(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-        // "/dev/stdout", whatever stands behind it
+        // "/dev/stdout", whatever it leads to
         if (isSameFile(status, STDOUT_FILENO)) {
             return writeToStandardOutput(text);
         }
@@ -102,7 +102,7 @@ int Output::writeToFile(const QByteArray& fileName, const QByteArray& text) cons
     if (!file.open(QIODevice::WriteOnly)) {
         return failedToWrite(shownName, file.errorString());
     }
-    // QSaveFile's own buffer takes a partial write, as when the disk becomes full, for success.
+    // QSaveFile's own buffer counts a partial write, as on a full disk, as success.
     if (const int error = writeAll(file.handle(), text)) {
         file.cancelWriting();
         return failedToWrite(shownName, reasonOf(error));
@@ -115,7 +115,7 @@ int Output::writeAndClose(int descriptor, const QString& shownName, const QByteA
     // Libraries that talk to services ignore the signal for the whole process.
     signal(SIGPIPE, pipeSignalAction_);
     int error = writeAll(descriptor, text);
-    // Some file systems tell only now that they could not store what they were given.
+    // Some file systems report only now that they could not store everything.
     if (close(descriptor) != 0 && error == 0 && errno != EINTR) {
         error = errno;
     }

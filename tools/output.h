@@ -5,20 +5,20 @@
 
 namespace norvex::Tool {
 
-/// Where the tool's result goes, and what its process must be prepared for before anything else runs.
+/// Writes the tool's result, and prepares the process for that.
 class Output
 {
 public:
-    /// To be made first in main(): keeps closed standard streams from being taken by other files, and
-    /// remembers how the process was told to treat a closed pipe, before libraries change that.
+    /// Make it first in main(): it keeps other files off the numbers of closed standard streams, and remembers the
+    /// process's action for closed pipes before libraries change it.
     Output();
 
-    /// @return an exit status; failures are said on standard error, a closed pipe is not.
+    /// @return an exit status. Standard error gets a message about a failure, but not about a closed pipe.
     int writeToStandardOutput(const QByteArray& text) const;
 
-    /// Replaces or creates a file; one that could not be written whole stays as it was. What is no regular
-    /// file, such as a device or a pipe, is written to.
-    /// @return an exit status; failures are said on standard error, a closed pipe is not.
+    /// Replaces or creates a regular file: whole, or it stays as it was. Writes to anything else, such as a device or a
+    /// pipe.
+    /// @return an exit status. Standard error gets a message about a failure, but not about a closed pipe.
     int writeToFile(const QByteArray& fileName, const QByteArray& text) const;
 
 private:
@@ -27,7 +27,7 @@ private:
     void (*pipeSignalAction_)(int);
 };
 
-/// Says something on standard error, behind the tool's name.
+/// Prints a message on standard error, behind the tool's name.
 void printMessage(const QString& message);
 
 } // namespace norvex::Tool

@@ -4,11 +4,10 @@
 
 namespace norvex::Tool {
 
-/// Whether the Macintosh section can answer from recordings, as it can wherever macOS's interfaces are stood
-/// in for.
+/// Whether the Macintosh section can describe a recorded machine: on all hosts but macOS.
 bool supportsRecordings();
 
-/// Lets the Macintosh section answer from a recording from now on.
+/// Lets the Macintosh section describe a recorded machine from now on.
 /// @param[out] errorMessage receives file, line and reason when that fails
 bool answerFromRecording(const QString& fileName, QString& errorMessage);
 

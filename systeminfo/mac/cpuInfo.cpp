@@ -46,7 +46,7 @@ QString byteOrderText(std::uint32_t order)
     return QStringLiteral("%1 = ").arg(order) + QLatin1String(name);
 }
 
-// Makes the texts in the order of the section: the sub-type depends on the type in a line above it.
+// Ask for the texts in the order of the section: the sub-type depends on the type in a line above it.
 class ProcessorTexts
 {
 public:

@@ -8,7 +8,7 @@ namespace {
 enum class Where {
     Own,                   // in the device's own properties
     Below,                 // on the device, or on an entry below it
-    DeviceCharacteristics, // inside the dictionary of that name, which is found below
+    DeviceCharacteristics, // in the dictionary of that name, which is on the device or below it
     ParentProtocol         // inside the parent's "Protocol Characteristics"
 };
 
@@ -57,7 +57,7 @@ const DeviceLine nvmeLines[] = {
     {"  Ejectable:                 ", "Ejectable", Where::Below, Kind::YesNo},
 };
 
-// A device with the places where its values are found; the parent is fetched when the first line asks for it.
+// A device and where its values are. The first line that shows a value of the parent fetches it.
 class StorageDevice
 {
 public:

@@ -17,7 +17,7 @@ constexpr Number kibi = 1024;
 constexpr Number mebi = 1024 * kibi;
 constexpr Number gibi = 1024 * mebi;
 
-/// How the values from one threshold up to the next are shown.
+/// How values from one threshold up to the next print.
 struct Tier
 {
     Number from;

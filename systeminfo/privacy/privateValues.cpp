@@ -21,7 +21,7 @@ QByteArray lettersAndDigits(const QByteArray& key)
 
 enum class Part { Begin, End, Anywhere, Whole };
 
-// The first row that fits decides.
+// The first row that matches decides.
 const struct
 {
     const char* text; // lower-case letters and digits
@@ -69,7 +69,7 @@ const struct
     {"ecid", Part::End, PrivateKind::Serial},
 };
 
-bool fits(const QByteArray& key, Part part, const char* text)
+bool matches(const QByteArray& key, Part part, const char* text)
 {
     switch (part) {
     case Part::Begin: return key.startsWith(text);
@@ -88,7 +88,7 @@ PrivateKind privateKindOf(const QByteArray& key)
 {
     const QByteArray letters = lettersAndDigits(key);
     for (const auto& row : rows) {
-        if (fits(letters, row.part, row.text)) {
+        if (matches(letters, row.part, row.text)) {
             return row.kind;
         }
     }
@@ -113,7 +113,7 @@ bool isCommonLabel(const QByteArray& label)
             return true;
         }
     }
-    return label.endsWith(" Media"); // a whole disk, called by its model
+    return label.endsWith(" Media"); // a whole disk, named after its model
 }
 
 bool isSerialNumber(std::uint64_t number)
@@ -149,8 +149,8 @@ QList<QByteArray> addressesIn(const QByteArray& data)
     const bool isExtended = data.size() == extendedAddressSize && !data.endsWith(QByteArray(2, '\0'));
     const bool isList = data.size() % addressSize == 0;
     QList<QByteArray> addresses = {data.left(isExtended ? extendedAddressSize : addressSize)};
-    for (int place = addressSize; isList && place < data.size(); place += addressSize) {
-        addresses += data.mid(place, addressSize);
+    for (int start = addressSize; isList && start < data.size(); start += addressSize) {
+        addresses += data.mid(start, addressSize);
     }
     return addresses;
 }
@@ -168,8 +168,8 @@ QList<QByteArray> displaySerials(const QByteArray& data)
     constexpr int descriptorSize = 18;
     constexpr int headSize = 5;
     QList<QByteArray> serials;
-    for (int place = firstDescriptor; place + descriptorSize < displayDataSize; place += descriptorSize) {
-        const QByteArray descriptor = data.mid(place, descriptorSize);
+    for (int start = firstDescriptor; start + descriptorSize < displayDataSize; start += descriptorSize) {
+        const QByteArray descriptor = data.mid(start, descriptorSize);
         if (data.size() >= displayDataSize && descriptor.startsWith(QByteArray("\0\0\0\xff", 4))) {
             serials += descriptor.mid(headSize);
         }
@@ -179,12 +179,12 @@ QList<QByteArray> displaySerials(const QByteArray& data)
 
 void cleanDisplayData(QByteArray& data)
 {
-    constexpr int serialPlace = 12;
+    constexpr int serialOffset = 12;
     constexpr int serialSize = 4;
     if (data.size() < displayDataSize) {
         return;
     }
-    data.replace(serialPlace, serialSize, QByteArray(serialSize, '\0'));
+    data.replace(serialOffset, serialSize, QByteArray(serialSize, '\0'));
     unsigned sum = 0;
     for (int i = 0; i < displayDataSize - 1; ++i) {
         sum += static_cast<unsigned char>(data.at(i));

@@ -11,7 +11,7 @@
 
 namespace norvex::Privacy {
 
-/// What kind of private value a property holds, as far as its key tells.
+/// The kind of private value that a property holds, as its key tells.
 enum class PrivateKind {
     None,
     Serial,  ///< a serial number, or another value that one machine alone has, such as a token
@@ -33,15 +33,15 @@ constexpr int addressSize = 6;
 constexpr int extendedAddressSize = 8;
 constexpr int uuidSize = 16;
 
-/// Whether an integer under the key of a serial number is one. Small ones are numbers of something else.
+/// Whether an integer under the key of a serial number is one. Small integers number something else.
 bool isSerialNumber(std::uint64_t number);
-/// The hardware address that an integer holds; empty when it is too small for one.
+/// The hardware address that an integer holds; empty if it is too small for one.
 QByteArray addressOf(std::uint64_t number);
 /// The addresses in data of at least 6 bytes: one of 8, several of 6, or one of 6 before something else.
 QList<QByteArray> addressesIn(const QByteArray& data);
 /// The bytes of hexadecimal digits with or without separators; empty for any other text.
 QByteArray hexBytesOf(const QByteArray& text);
-/// The texts between the zero bytes of data; none when it holds anything but ASCII text.
+/// The texts between the zero bytes of data; none if it holds anything but ASCII text.
 QList<QByteArray> textsIn(const QByteArray& data);
 
 /// The serial numbers in a display's identification data (EDID) that are texts.

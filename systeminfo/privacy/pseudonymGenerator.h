@@ -7,18 +7,18 @@
 
 namespace norvex::Privacy {
 
-/// Invents values in the shape of others. What it invents depends on the shape and on what was invented
-/// before, not on the value itself, so that nothing leads back from one to the other.
+/// Invents values in the shape of others. The result depends on the shape and on earlier results, not on the value
+/// itself, so that nothing leads back to the value.
 class PseudonymGenerator
 {
 public:
-    /// Keeps a value that is to be replaced from being invented for another.
+    /// Keeps a private value from becoming the pseudonym of another.
     void reserve(const QByteArray& value) { taken_.insert(value.toLower()); }
 
-    /// A text with the same number of characters: digits for digits, letters for letters in their case,
-    /// hexadecimal ones when there are no others; all else stays.
+    /// A text of the same length: digits for digits, letters for letters in their case (hexadecimal ones if there are no
+    /// others). Other characters stay.
     QByteArray text(const QByteArray& utf8);
-    /// Bytes of the same number. Zero bytes stay.
+    /// As many bytes. Zero bytes stay.
     QByteArray bytes(const QByteArray& original);
     /// A UUID of the same version and variant.
     QByteArray uuid(const QByteArray& original);

@@ -24,7 +24,7 @@ bool isEach(const QByteArray& bytes, char byte)
     return std::all_of(bytes.begin(), bytes.end(), [byte](char c) { return c == byte; });
 }
 
-// Whether there is anything to replace: "0000" is no serial number, "****" hides one already.
+// "0000" is no serial number, and "****" hides one already.
 bool hasContent(const QByteArray& utf8)
 {
     return std::any_of(utf8.begin(), utf8.end(), [](char c) {
@@ -44,7 +44,7 @@ bool isHexNumber(const QByteArray& text)
     });
 }
 
-// The blanks and zero bytes around a value belong to where it is stored.
+// The blanks and zero bytes around a value fill up its field.
 QByteArray trimmed(const QByteArray& bytes)
 {
     const auto isBlank = [](char c) { return c == ' ' || c == '\0' || c == '\t' || c == '\n'; };
@@ -78,8 +78,8 @@ QByteArray utf16(const QByteArray& utf8)
 QByteArray hexPairs(const QByteArray& address, char separator)
 {
     QByteArray text = address.toHex();
-    for (int place = text.size() - 2; place > 0; place -= 2) {
-        text.insert(place, separator);
+    for (int index = text.size() - 2; index > 0; index -= 2) {
+        text.insert(index, separator);
     }
     return text;
 }
@@ -107,7 +107,7 @@ QByteArray littleEndian(const QByteArray& uuid)
     return reversed(uuid.mid(0, 4)) + reversed(uuid.mid(4, 2)) + reversed(uuid.mid(6, 2)) + uuid.mid(8);
 }
 
-// What is unmistakable is replaced wherever it turns up; the rest where it stands for itself.
+// What is unmistakable is replaced wherever it stands; the rest only as a word or a path component of its own.
 bool isUnmistakable(const QByteArray& utf8)
 {
     constexpr int shortest = 6;
@@ -145,7 +145,7 @@ void PseudonymMap::addAddress(const QByteArray& address)
     if (isEach(address, '\0') || isEach(address, '\xff') || addresses_.contains(address)) {
         return;
     }
-    // Of the 5 bytes that are the device's own in 8, the first two tell that the rest is one of 6.
+    // In an address of 8 bytes, these two say that the other 6 are an address of their own.
     const bool isExtended = address.mid(3, 2) == "\xff\xfe" || address.mid(3, 2) == "\xff\xff";
     const QByteArray device = address.mid(address.size() == 8 && isExtended ? 5 : makerLength);
     if (!addresses_.contains(device)) {
@@ -160,7 +160,7 @@ void PseudonymMap::addAddress(const QByteArray& address)
     }
 }
 
-// IPv6 addresses, and the multicast groups in which neighbours ask for them.
+// The forms in IPv6 addresses, and in the multicast groups in which neighbours ask for them.
 void PseudonymMap::addDerivedForms(const QByteArray& device, const QByteArray& replacement)
 {
     for (const char* prefix : {"\x33\x33\xff", "\xff\xfe"}) {

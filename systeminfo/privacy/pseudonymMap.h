@@ -7,8 +7,7 @@
 
 namespace norvex::Privacy {
 
-/// The identifying values of a recording and what replaces each, in all forms in which it can turn up
-/// elsewhere.
+/// Private values and their pseudonyms, in all forms in which they can stand elsewhere.
 class PseudonymMap
 {
 public:
@@ -16,11 +15,11 @@ public:
 
     void addAddress(const QByteArray& address); ///< of 6 bytes, or 8
     void addUuid(const QByteArray& uuid);       ///< of 16 bytes, as its text begins
-    /// Serial numbers come last, the longest first: they may be made of the others.
+    /// Add serial numbers last, the longest first: they may contain the other values.
     void addText(const QByteArray& utf8, TextKind kind);
     void addSerialBytes(const QByteArray& bytes);
 
-    /// A value that is such an identity as a whole.
+    /// A value that is private as a whole; it stays if it is not.
     QByteArray replacedWhole(const QByteArray& value) const;
     QByteArray replacedAddress(const QByteArray& address) const;
     /// The key of a dictionary.

@@ -8,8 +8,8 @@
 
 namespace norvex::Privacy {
 
-/// A set of byte sequences and what each is replaced by, wherever it stands. Replacing takes time in
-/// proportion to the text, however many sequences there are.
+/// Byte sequences and their replacements. Replacing takes time in proportion to the text, however many sequences there
+/// are.
 class Replacements
 {
 public:
@@ -19,14 +19,14 @@ public:
         Word,     ///< between characters that are neither letters nor digits
         Component ///< as a whole text, or between the slashes of a path
     };
-    /// How upper and lower case are treated.
+    /// What upper and lower case mean.
     enum class Letters {
         Exact,
-        EachAsFound, ///< found in either case; each letter takes the case of the one that it replaces
+        EachAsFound, ///< found in either case; each letter takes the case of the letter that it replaces
         AllAsFound   ///< found in either case; the replacement takes the case of the text found
     };
 
-    /// The first replacement given for a sequence stays.
+    /// A sequence keeps its first replacement.
     void add(const QByteArray& sequence, const QByteArray& replacement, Where where, Letters letters);
 
     /// The bytes with all sequences replaced, the longest where several begin.
@@ -50,18 +50,18 @@ private:
     {
         std::uint32_t child = 0;   ///< the first of the bytes that can follow, 0: none
         std::uint32_t sibling = 0; ///< the next byte that can stand here
-        std::uint32_t target = 0;  ///< place in targets_ of the sequence that ends here
+        std::uint32_t target = 0;  ///< index in targets_ of the sequence that ends here
         char byte = 0;
     };
 
     Found longestFrom(std::uint32_t root, const QByteArray& bytes, int start) const;
     std::uint32_t nodeBelow(std::uint32_t node, char byte) const;
 
-    // Exact sequences and folded ones begin at a root each.
+    // Exact sequences and folded ones have a root each.
     static constexpr std::uint32_t exactRoot = 0;
     static constexpr std::uint32_t foldedRoot = 1;
     std::vector<Node> nodes_ = std::vector<Node>(2);
-    std::vector<Target> targets_ = std::vector<Target>(1); ///< the first stands for none
+    std::vector<Target> targets_ = std::vector<Target>(1); ///< the first stands for no replacement
     std::array<bool, 256> begins_ = {}; ///< whether any sequence begins with the folded byte
 };
 

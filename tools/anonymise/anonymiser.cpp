@@ -39,7 +39,7 @@ public:
     }
 
 private:
-    // Under its own key even a value is replaced that is too short to be looked for elsewhere.
+    // Under its own key, even a value that is too short for a search elsewhere has a replacement.
     QByteArray replaced(const QByteArray& bytes, PrivateKind privateKind, const QByteArray& elsewhere) const
     {
         const bool isOwn = privateKind != PrivateKind::None && privateKind != PrivateKind::Display;

@@ -6,9 +6,9 @@
 
 namespace norvex::Tool {
 
-/// Replaces what identifies a machine, its networks and its users, the same value by the same replacement
-/// wherever it stands. Names of classes and of properties stay.
-/// @param hostName of the machine that was recorded; empty when that is not known
+/// Replaces what identifies a machine, its networks and its users. A value has the same replacement wherever it stands.
+/// Names of classes and properties stay.
+/// @param hostName of the recorded machine; empty if it is unknown
 void anonymise(RecordedValue& recording, const QString& hostName);
 
 } // namespace norvex::Tool

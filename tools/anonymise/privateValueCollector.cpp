@@ -118,7 +118,7 @@ private:
         }
     }
 
-    // By any of its names.
+    // A host has several names.
     void addHost(QByteArray host)
     {
         static const QRegularExpression address(QStringLiteral("^[0-9.]+$|^\\[.*\\]$"));
@@ -135,7 +135,7 @@ private:
 
     void addVolume(const RecordedValue& volume)
     {
-        // The folders in which systems mount what users connect. Linux has the user's name there.
+        // The folders in which systems mount what users connect. On Linux the user's name is part of the path.
         static const QRegularExpression folder(
             QStringLiteral("^/(?:Volumes|mnt|(?:run/)?media/([^/]+))/([^/]+)"));
         // "//domain;user:password@host/share" and "user@host:/folder"
@@ -160,7 +160,7 @@ private:
         addHost(exported.captured(2).toUtf8());
     }
 
-    // What is recognised under any key. The text holds bytes: Latin-1 keeps them.
+    // What has a shape that is private under any key. The text holds bytes; Latin-1 keeps them.
     void addFoundIn(const QString& text)
     {
         static const QRegularExpression uuid(QStringLiteral(

@@ -7,9 +7,9 @@
 
 namespace norvex::Tool {
 
-/// Finds what identifies a machine, its networks and its users: by the keys of properties, by the shape of
-/// values, and in the sources of mounted volumes. The recording stays as it is.
-/// @param hostName of the machine that was recorded; empty when that is not known
+/// Collects what identifies a machine, its networks and its users: by the keys of properties, by the shape of values,
+/// and from the sources of mounted volumes. The recording stays as it is.
+/// @param hostName of the recorded machine; empty if it is unknown
 void collectPrivateValues(RecordedValue& recording, const QString& hostName,
                           Privacy::PseudonymMap& pseudonyms);
 

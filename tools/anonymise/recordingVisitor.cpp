@@ -11,7 +11,7 @@ namespace {
 using namespace Privacy;
 using Kind = RecordedValue::Kind;
 
-// Whether the dictionary describes a device that users give names to.
+// Bluetooth devices have names that users give.
 bool isBluetoothDevice(const RecordedValue& dictionary)
 {
     const RecordedValue* transport = dictionary.find("Transport");

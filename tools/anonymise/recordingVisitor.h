@@ -5,7 +5,7 @@
 
 namespace norvex::Tool {
 
-/// Is shown what a recording holds, and may change it.
+/// Sees what a recording holds, and may change it.
 class RecordingVisitor
 {
 public:
@@ -13,12 +13,12 @@ public:
 
     /// A key of a dictionary, before its value.
     virtual void visitKey(QByteArray& key) = 0;
-    /// Anything but a dictionary or an array.
-    /// @param privateKind what the keys around the value say of it
+    /// A value that is neither a dictionary nor an array.
+    /// @param privateKind its kind, as the keys around it tell
     virtual void visit(RecordedValue& value, Privacy::PrivateKind privateKind) = 0;
 };
 
-/// Shows all that a recording holds to a visitor, but for the names of classes and the format's own keys.
+/// Shows a visitor everything in a recording but the names of classes and the format's own keys.
 void visitRecording(RecordedValue& recording, RecordingVisitor& visitor);
 
 } // namespace norvex::Tool

@@ -77,9 +77,9 @@ void RecordedValue::addUnlessEmpty(const QByteArray& key, RecordedValue containe
 
 const RecordedValue* RecordedValue::find(const char* key) const
 {
-    const auto place =
+    const auto found =
         std::find_if(items.begin(), items.end(), [key](const Item& item) { return item.key == key; });
-    return place == items.end() ? nullptr : &place->value;
+    return found == items.end() ? nullptr : &found->value;
 }
 
 RecordedValue* RecordedValue::find(const char* key)

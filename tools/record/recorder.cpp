@@ -38,7 +38,7 @@ std::optional<Value> sysctlTextValue(const char* name)
     return content ? std::make_optional(textValue(*content)) : std::nullopt;
 }
 
-// Asked with the buffer that the report gives it: some queries answer in the width that they are asked for.
+// The buffer has the size that the section's has: some queries answer in the width that the caller asks for.
 std::optional<Value> sysctlInteger(const char* name, std::size_t width)
 {
     unsigned char buffer[8] = {};
@@ -123,7 +123,7 @@ Value letterCase(const QByteArray& path)
     const int error = errno;
     answers.add("caseSensitive", Value::integer(64, isSensitive));
     if (isSensitive == -1) {
-        // A recording that gives no reason means EINVAL, which the report takes for an answer.
+        // Without a reason, a recording means EINVAL, which the section takes for an answer.
         answers.add("errno", Value::integer(32, error != 0 ? error : EIO));
     }
     answers.add("casePreserving", Value::integer(64, pathconf(path.constData(), _PC_CASE_PRESERVING)));
@@ -147,7 +147,7 @@ Value volumes()
     return list;
 }
 
-// Whole, however long: whether it fits the report's buffer is the report's business.
+// The whole value, however long. Whether it fits the buffer of a section is up to the section.
 int driverValue(const char* key, QByteArray& value)
 {
     constexpr int largest = 1 << 24;

@@ -4,7 +4,8 @@
 
 namespace norvex::Tool {
 
-/// What this machine answers to the queries behind the Macintosh section: the root of a recording.
+/// Asks this machine all queries behind the Macintosh section.
+/// @return the root of a recording
 RecordedValue recordMachine();
 
 } // namespace norvex::Tool

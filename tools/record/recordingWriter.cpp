@@ -12,7 +12,7 @@ namespace {
 
 using Kind = RecordedValue::Kind;
 
-// What toDouble reads back as the same number, in as few digits as that takes.
+// The shortest text that toDouble() reads back as the same number.
 QString realText(double number)
 {
     constexpr int alwaysEnough = 17;
@@ -92,11 +92,11 @@ private:
         xml_.writeEndElement();
     }
 
-    // A parser turns a carriage return that stands as itself into a line feed.
+    // A parser turns a literal carriage return into a line feed.
     void writeText(const QString& element, const QByteArray& utf8)
     {
         xml_.writeStartElement(element);
-        xml_.setAutoFormatting(false); // would indent the references
+        xml_.setAutoFormatting(false); // it would indent the references
         const QString text = decoded(utf8);
         int start = 0;
         for (int end = text.indexOf(QLatin1Char('\r')); end >= 0;

@@ -34,7 +34,7 @@ std::optional<Value> recordedNumber(CFNumberRef number)
     case kCFNumberSInt32Type: size = 32; break;
     case kCFNumberFloat32Type:
     case kCFNumberFloat64Type: isReal = true; break;
-    default: break; // the recording has no smaller type that is sure to hold it
+    default: break; // the smallest type that holds every integer
     }
     std::int64_t whole = 0;
     double real = 0;
@@ -46,7 +46,7 @@ std::optional<Value> recordedNumber(CFNumberRef number)
                : std::nullopt;
 }
 
-// By key: a dictionary has no order of its own.
+// Sorted by key: a dictionary has no order of its own.
 Value recordedDictionary(CFDictionaryRef dictionary, int depth)
 {
     Value result = Value::dictionary();
@@ -76,7 +76,7 @@ Value recordedArray(CFArrayRef array, int depth)
     return result;
 }
 
-// Nothing for what a recording cannot hold: dates, sets, what is nested too deep.
+// Nothing for what a recording cannot hold: dates, sets, values that nest too deep.
 std::optional<Value> recordedValue(CFTypeRef object, int depth)
 {
     const CFTypeID type = CFGetTypeID(object);
@@ -101,7 +101,7 @@ std::optional<Value> recordedValue(CFTypeRef object, int depth)
     return std::nullopt;
 }
 
-// A name that the system has cut inside a character, made whole by some character that is cut to the same
+// The system may cut a name inside a character. This completes it with some character that the system cuts to the same
 // bytes.
 QByteArray withWholeEnd(const QByteArray& name)
 {
@@ -130,7 +130,7 @@ bool contains(const ClassChain& chain, const QByteArray& className)
     return std::find(chain.begin(), chain.end(), className) != chain.end();
 }
 
-// The classes of the registry's entries, each looked up once.
+// The superclasses of the entries' classes; it looks up each class once.
 class Classes
 {
 public:
@@ -162,8 +162,8 @@ private:
         return chains_.emplace(name.toStdString(), std::move(chain)).first->second;
     }
 
-    // An entry can pass for a class that its own does not inherit, or the reverse. For the classes that the
-    // report looks for, the entry itself is asked.
+    // An entry can pass for a class that its own class does not inherit, or the reverse. For the classes that sections
+    // look for, the entry itself answers.
     ClassChain corrected(ClassChain chain, const IoEntry& entry)
     {
         static const char* const lookedFor[] = {

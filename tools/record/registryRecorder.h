@@ -12,10 +12,10 @@ struct RegistryRecording
     RecordedValue deviceFiles; ///< the paths of the serial ports' files that exist
 };
 
-/// Everything in the registry's service plane. An entry with several parents stands below the first of them.
+/// Records everything in the registry's service plane. An entry with several parents stands below the first of them.
 RegistryRecording recordRegistry();
 
-/// A string's characters, as far as XML can hold them; empty when the string gives none.
+/// The characters of a string as XML can hold them; empty if the string gives none.
 QByteArray recordedText(CFStringRef string);
 
 } // namespace norvex::Tool
