@@ -1,4 +1,4 @@
-// Reads the identification values out of a report, here of one that was just made.
+// Makes a report and reads the identification values back out of it.
 
 #include <systeminfo/norvexSystemInfo.h>
 

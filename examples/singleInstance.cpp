@@ -1,4 +1,5 @@
-// An application of which only one instance is to run: a second start brings the first to the front and ends.
+// An application that runs once: on macOS a second start brings the first instance to the front and ends. On Linux one
+// application cannot activate another: the call gives false there, and every start opens its own window.
 
 #include <machelpers/norvexMacHelpers.h>
 
@@ -9,11 +10,12 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     if (checkIfApplicationIsAlreadyRunningThenActivate()) {
-        macLog("Another instance is at work; this one ends.");
+        macLog("Another instance is running; this one ends.");
         return 0;
     }
-    disableAppNap("The window shows a clock."); // until the application ends
-    QLabel window(QStringLiteral("The only instance"));
+    disableAppNap(
+        "The window goes on working in the background."); // until the application ends; does nothing on Linux
+    QLabel window(QStringLiteral("An application that runs once"));
     window.show();
     if (application.arguments().contains(QStringLiteral("--quit"))) {
         QMetaObject::invokeMethod(&application, "quit", Qt::QueuedConnection);
