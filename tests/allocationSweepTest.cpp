@@ -148,7 +148,7 @@ void AllocationSweepTest::reports()
         return isSame;
     });
     if (QString(QTest::currentDataTag()).startsWith("report")) {
-        QCOMPARE(last.value_or(QString()), QString::fromUtf8(contentsOf(name + ".txt")));
+        QVERIFY(last.value_or(QString()).startsWith(QString::fromUtf8(contentsOf(name + ".txt"))));
     }
 }
 

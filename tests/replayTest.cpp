@@ -6,6 +6,7 @@
 #include <ctime>
 
 using namespace norvex::SystemInfo::MacSysInfo;
+using norvex::SystemInfo::ReportHalf;
 using norvex::SystemInfo::SectionInfo;
 using norvex::SystemInfo::sections;
 
@@ -25,6 +26,30 @@ QString textFor(const QString& recording)
         return osVersion(true) + platformName() + sNewLine + kernelInfo() + macModel() + architecture();
     }
     return topic == "serialAll" ? ioKitGetRs232SerialDevices(false) : allInfos();
+}
+
+struct Replay
+{
+    QString text;
+    QString warnings;
+};
+
+/// A text of the whole Macintosh section ends where the section ended when it was written. Sections that were added
+/// since follow it; they have recordings of their own.
+void cutNewerSections(Replay& replay, const Replay& expected)
+{
+    const int groups = expected.text.count(separator());
+    if (groups == groupCount(ReportHalf::Macintosh)) {
+        return;
+    }
+    for (const SectionInfo& section : sections()) {
+        if (section.half == ReportHalf::Macintosh && section.group >= groups) {
+            const QStringList own = recordingFolder().entryList({QString(section.name) + "-*.plist"});
+            QVERIFY2(!own.isEmpty(), section.name);
+        }
+    }
+    replay.text = replay.text.section(separator(), 0, groups - 1) + separator();
+    replay.warnings.truncate(expected.warnings.size());
 }
 
 QList<QStringList> tableOf(const char* fileName)
@@ -78,11 +103,16 @@ void ReplayTest::recordings()
     norvex::setMachine(machine);
 
     const LoggedMessages messages;
-    const QString text = textFor(QTest::currentDataTag());
+    Replay replay{textFor(QTest::currentDataTag()), messages.text()};
     QVERIFY(norvex::liveCounts().isZero());
     QVERIFY(QFile::exists(file + ".txt"));
-    sameLines(text, QString::fromUtf8(contentsOf(file + ".txt")));
-    sameLines(messages.text(), QString::fromUtf8(contentsOf(file + ".warnings")));
+    const Replay expected{QString::fromUtf8(contentsOf(file + ".txt")),
+                          QString::fromUtf8(contentsOf(file + ".warnings"))};
+    if (expected.text.startsWith("####")) {
+        cutNewerSections(replay, expected);
+    }
+    sameLines(replay.text, expected.text);
+    sameLines(replay.warnings, expected.warnings);
 }
 
 void ReplayTest::processorNames_data()
