@@ -1,5 +1,7 @@
-// GIO before Qt: it has a member that Qt makes a keyword.
+// GIO has members named "signals", so it comes before Qt's macro of that name.
 #include <gio/gdesktopappinfo.h>
+
+#include "systeminfo/mac/platform/live/gObject.h"
 
 #include "machelpers/applicationServices.h"
 #include "machelpers/privilegedToolLinux.h"
@@ -36,13 +38,8 @@ bool isRunningProcess(std::int32_t process)
 /// The desktop file of an application that is installed, empty when there is none of this name.
 QByteArray desktopFilePath(const QByteArray& name)
 {
-    GDesktopAppInfo* application = g_desktop_app_info_new(name.constData());
-    if (!application) {
-        return QByteArray();
-    }
-    QByteArray path(g_desktop_app_info_get_filename(application));
-    g_object_unref(application);
-    return path;
+    const GObjectOwner<GDesktopAppInfo> application(g_desktop_app_info_new(name.constData()));
+    return application ? QByteArray(g_desktop_app_info_get_filename(application.get())) : QByteArray();
 }
 
 class LinuxApplicationServices : public ApplicationServices

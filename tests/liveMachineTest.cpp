@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/live/kernel.h"
-#include "systeminfo/mac/platform/live/processor.h"
+#include "systeminfo/mac/platform/live/mountTable.h"
+#include "systeminfo/mac/platform/live/sysctl.h"
 #include "systeminfo/mac/platform/live/volumes.h"
 #include "systeminfo/mac/platform/machine.h"
 
@@ -145,8 +146,7 @@ void LiveMachineTest::hosts()
             const KernelFiles files(root.path().toUtf8());
             const QByteArray name = key.mid(2);
             const auto gestalt = kernelGestalt(selector(name), files);
-            const auto kernel = kernelSysctl(name, files);
-            const auto sysctl = kernel ? kernel : processorSysctl(name, cpuidOf(cpuid), files);
+            const auto sysctl = hostSysctl(name, cpuidOf(cpuid), files);
             QCOMPARE(name + " = " + (gestalt ? QByteArray::number(*gestalt) : shown(name, sysctl)),
                      name + " = " + value);
             ++asked;

@@ -44,7 +44,7 @@ constexpr LiveClass liveClasses[] = {
     {"IOSerialBSDClient", "IOService"},
 };
 
-// A part of the registry: what appends it, and the classes of its entries.
+/// A part of the registry: the function that appends it, and the most derived classes of its entries.
 struct Part
 {
     void (*append)(const Devices& devices, Registry& registry);

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The I/O registry of this host: what the kernel and udev know of its devices, as entries of the classes that a
-/// Mac has for them.
+/// The I/O registry of this host: the devices that the kernel and udev list, as entries of the classes that a Mac has
+/// for them.
 
 #include "systeminfo/mac/platform/registry.h"
 
@@ -10,14 +10,14 @@
 
 namespace norvex {
 
-/// The host's registry at this moment, as far as the entries of a class need it. The devices hang below the root
-/// entry, which is always there; a query for a class looks at the devices that can be of this class and no others.
-/// @param className empty for the whole registry; a class that no device here has gives the root entry alone
+/// The host's registry at this moment, with only the devices that can be of a class. The root entry is always there;
+/// the devices are below it.
+/// @param className empty for the whole registry. A class that no device here has gives the root entry alone.
 RegistryPtr liveRegistry(const QByteArray& className);
-/// The root entry alone: nothing of the host is scanned.
+/// The root entry alone, without a look at the host's devices.
 RegistryPtr liveRoot();
 
-/// The class above a class of the host's registry, empty when there is none or the class is unknown.
+/// The superclass of a class of the host's registry; empty when there is none or the class is unknown.
 QByteArray liveSuperclassOf(const QByteArray& className);
 
 } // namespace norvex

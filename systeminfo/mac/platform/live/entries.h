@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The parts of the host's registry: one function for each kind of device, and what they write entries with.
+/// Writes the entries of the host's registry: one function for each kind of device, and the classes that they use.
 
 #include "systeminfo/mac/platform/live/udevDevices.h"
 #include "systeminfo/mac/platform/registry.h"
@@ -12,21 +12,21 @@
 
 namespace norvex {
 
-/// A class of the host's registry, then its superclasses. A class that the table of classes does not have is a
-/// driver of the host, so it is a service; the empty name is no class at all.
+/// A class of the host's registry, then its superclasses. A class that is missing in the table of classes is a driver
+/// of the host, and so a service. The chain of the empty name is empty.
 Registry::ClassChain liveClassChain(const QByteArray& className);
 
-/// Properties under construction. A value that is absent is not set.
+/// Collects the properties of an entry. Absent values are not set.
 class Properties
 {
 public:
-    /// A string. Control characters, which no report wants, become blanks; what is no UTF-8 is replaced.
+    /// A string. Control characters become blanks, and malformed UTF-8 becomes replacement characters.
     Properties& text(const char* key, const DeviceText& value);
     Properties& boolean(const char* key, std::optional<bool> value);
     Properties& int32(const char* key, DeviceNumber value);
     Properties& int64(const char* key, DeviceNumber value);
     Properties& data(const char* key, const DeviceText& bytes);
-    /// A dictionary, unless it is empty.
+    /// A dictionary; an empty one is not set.
     Properties& dictionary(const char* key, Properties value);
 
     ObjectRef<CFDictionaryRef> finish() { return builder_.finish(); }
@@ -38,7 +38,7 @@ private:
     bool isEmpty_ = true;
 };
 
-/// An entry under construction: those that are begun while it lives are below it.
+/// Writes an entry. Entries that are begun while this object lives are its children.
 class EntryWriter
 {
 public:
@@ -54,7 +54,7 @@ private:
     RegistryEntry& entry_;
 };
 
-/// Each appends the entries of its devices to the one that is open.
+/// Each appends the entries of its devices below the open entry.
 void appendPlatform(const Devices& devices, Registry& registry);
 void appendDisplays(const Devices& devices, Registry& registry);
 void appendAhciDisks(const Devices& devices, Registry& registry);

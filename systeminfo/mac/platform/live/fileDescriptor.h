@@ -1,7 +1,6 @@
 #pragma once
 
 #include <unistd.h>
-
 #include <utility>
 
 namespace norvex {
@@ -11,7 +10,7 @@ class FileDescriptor
 {
 public:
     FileDescriptor() = default;
-    /// Takes over what open(), socket() and their like return; -1 for none.
+    /// Takes over the descriptor that open(), socket() and their like return; -1 stands for none.
     explicit FileDescriptor(int number) noexcept : number_(number) {}
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
     FileDescriptor& operator=(FileDescriptor other) noexcept
@@ -26,6 +25,7 @@ public:
         }
     }
 
+    /// The descriptor, or -1. It stays this object's.
     int get() const { return number_; }
     explicit operator bool() const { return number_ != -1; }
 

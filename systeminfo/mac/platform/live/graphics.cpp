@@ -1,20 +1,19 @@
 #include "systeminfo/mac/platform/live/entries.h"
 
-#include <QtGlobal>
-
 namespace norvex {
 
 namespace {
 
-constexpr qint64 displayClass = 0x03; // the highest byte of a PCI class
+/// The highest byte of the PCI class of display controllers.
+constexpr qint64 displayClass = 0x03;
 
-// Bytes of the card's own memory; there is none to tell for a card that uses the machine's.
+/// The size of the card's own memory in bytes; absent for a card that uses the machine's memory.
 DeviceNumber videoMemory(const Device& card)
 {
     if (const auto bytes = card.number("mem_info_vram_total")) { // amdgpu
         return bytes;
     }
-    DeviceNumber sum; // xe: one size for each tile of the chip
+    DeviceNumber sum; // xe has one size for each tile of the chip
     for (int tile = 0;; ++tile) {
         const QByteArray name = "tile" + QByteArray::number(tile) + "/physical_vram_size_bytes";
         const auto bytes = card.number(name, 0);
@@ -27,7 +26,7 @@ DeviceNumber videoMemory(const Device& card)
 
 } // namespace
 
-// Of the PCI devices, only display controllers are shown, so the others are left alone.
+/// The report shows no other PCI devices than display controllers.
 void appendDisplays(const Devices& devices, Registry& registry)
 {
     devices.forEach("pci", "*", [&](const Device& card) {

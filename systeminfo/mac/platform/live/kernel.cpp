@@ -1,18 +1,15 @@
 #include "systeminfo/mac/platform/live/kernel.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
+#include <map>
 #include <sys/sysinfo.h>
-#include <sys/time.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
 namespace norvex {
 
 namespace {
-
-using Text = std::optional<QByteArray>;
 
 utsname kernelName()
 {
@@ -21,54 +18,14 @@ utsname kernelName()
     return name;
 }
 
-Text version(const KernelFiles& files)
-{
-    // The line is longer than uname's version field, which has to do without the compiler.
-    const auto line = files.line("/proc/version");
-    return line ? Text(sysctlText(*line)) : std::nullopt;
-}
-
-Text bootTime(const KernelFiles& files)
-{
-    const auto statistics = files.contents("/proc/stat");
-    const auto seconds = statistics ? valueOfKey(*statistics, "btime", ' ') : std::nullopt;
-    bool isNumber = false;
-    timeval time = {};
-    time.tv_sec = seconds ? time_t(seconds->toLongLong(&isNumber)) : 0;
-    return isNumber ? Text(sysctlBytes(time)) : std::nullopt;
-}
-
-Text model(const KernelFiles& files)
-{
-    for (const char* path : {"/sys/class/dmi/id/product_name", "/proc/device-tree/model"}) {
-        if (const auto name = files.line(path)) {
-            return sysctlText(*name);
-        }
-    }
-    return std::nullopt;
-}
-
-struct KernelFact
-{
-    const char* name;
-    Text (*answer)(const KernelFiles&);
-};
-
-constexpr KernelFact kernelFacts[] = {
-    {"kern.osversion", [](const KernelFiles&) { return Text(sysctlText(kernelName().version)); }},
-    {"kern.version", version},
-    {"kern.boottime", bootTime},
-    {"hw.machine", [](const KernelFiles&) { return Text(sysctlText(kernelName().machine)); }},
-    {"hw.model", model},
-};
-
 using Number = std::optional<std::int32_t>;
 constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
 
-Number releaseNumber(std::size_t place)
+/// A number of the running kernel's release, counted from 0.
+Number releaseNumber(std::size_t index)
 {
     const auto numbers = kernelRelease(kernelName().release);
-    return numbers ? Number((*numbers)[place]) : std::nullopt;
+    return numbers ? Number((*numbers)[index]) : std::nullopt;
 }
 
 Number architecture()
@@ -93,19 +50,18 @@ std::optional<std::int64_t> physicalMemory()
     return std::int64_t(info.totalram) * info.mem_unit;
 }
 
-/// Memory in bytes, as far as it fits: the largest number stands for all sizes above it.
+/// Memory in bytes; the largest number stands for all sizes above it.
 Number memoryBytes()
 {
     const auto bytes = physicalMemory();
     return bytes ? Number(std::int32_t(std::min(*bytes, largest))) : std::nullopt;
 }
 
-/// Memory in bytes where the number can say it: nothing else tells a reader that it stands for more.
+/// Memory in bytes; absent for sizes above the largest number, which a reader would take for the size itself.
 Number exactMemoryBytes()
 {
     const auto bytes = physicalMemory();
-    return bytes && *bytes <= std::numeric_limits<std::int32_t>::max() ? Number(std::int32_t(*bytes))
-                                                                       : std::nullopt;
+    return bytes && *bytes <= largest ? Number(std::int32_t(*bytes)) : std::nullopt;
 }
 
 Number memoryMebibytes()
@@ -114,7 +70,7 @@ Number memoryMebibytes()
     return bytes ? Number(std::int32_t(std::min(*bytes >> 20, largest))) : std::nullopt;
 }
 
-/// Whether the memory corrects errors, as far as a driver of its controller tells.
+/// Whether the memory corrects errors; absent when no driver of its controller tells.
 Number memoryParity(const KernelFiles& files)
 {
     constexpr std::int32_t able = 1;
@@ -138,60 +94,83 @@ constexpr std::uint32_t code(const char (&characters)[5])
            std::uint32_t(characters[2]) << 8 | std::uint32_t(characters[3]);
 }
 
-struct Selector
-{
-    std::uint32_t code;
-    Number (*answer)(const KernelFiles&);
-};
+using Query = Number (*)(const KernelFiles&);
 
-constexpr Selector selectors[] = {
-    {code("sys1"), [](const KernelFiles&) { return releaseNumber(0); }},
-    {code("sys2"), [](const KernelFiles&) { return releaseNumber(1); }},
-    {code("sys3"), [](const KernelFiles&) { return releaseNumber(2); }},
-    {code("sysa"), [](const KernelFiles&) { return architecture(); }},
-    {code("lram"), [](const KernelFiles&) { return exactMemoryBytes(); }},
-    {code("ram "), [](const KernelFiles&) { return memoryBytes(); }},
-    {code("ramm"), [](const KernelFiles&) { return memoryMebibytes(); }},
-    {code("pgsz"), [](const KernelFiles&) { return Number(std::int32_t(sysconf(_SC_PAGESIZE))); }},
-    {code("prty"), memoryParity},
-};
+const std::map<std::uint32_t, Query>& selectors()
+{
+    static const std::map<std::uint32_t, Query> all = {
+        {code("sys1"), [](const KernelFiles&) { return releaseNumber(0); }},
+        {code("sys2"), [](const KernelFiles&) { return releaseNumber(1); }},
+        {code("sys3"), [](const KernelFiles&) { return releaseNumber(2); }},
+        {code("sysa"), [](const KernelFiles&) { return architecture(); }},
+        {code("lram"), [](const KernelFiles&) { return exactMemoryBytes(); }},
+        {code("ram "), [](const KernelFiles&) { return memoryBytes(); }},
+        {code("ramm"), [](const KernelFiles&) { return memoryMebibytes(); }},
+        {code("pgsz"), [](const KernelFiles&) { return Number(std::int32_t(sysconf(_SC_PAGESIZE))); }},
+        {code("prty"), memoryParity},
+    };
+    return all;
+}
 
 } // namespace
 
 std::optional<std::array<std::int32_t, 3>> kernelRelease(const QByteArray& release)
 {
     std::array<std::int32_t, 3> numbers = {};
-    int place = 0;
+    int position = 0;
     for (std::size_t index = 0; index < numbers.size(); ++index) {
-        const int start = place;
-        while (place < release.size() && release[place] >= '0' && release[place] <= '9') {
-            ++place;
+        const int start = position;
+        while (position < release.size() && release[position] >= '0' && release[position] <= '9') {
+            ++position;
         }
         bool fits = false;
-        numbers[index] = release.mid(start, place - start).toInt(&fits);
+        numbers[index] = release.mid(start, position - start).toInt(&fits);
         if (!fits) {
-            return index == 0 || place > start ? std::nullopt : std::make_optional(numbers);
+            return index == 0 || position > start ? std::nullopt : std::make_optional(numbers);
         }
-        if (place == release.size() || release[place] != '.') {
+        if (position == release.size() || release[position] != '.') {
             break;
         }
-        ++place;
+        ++position;
     }
     return numbers;
 }
 
-std::optional<QByteArray> kernelSysctl(const QByteArray& name, const KernelFiles& files)
+QByteArray kernelBuild()
 {
-    const auto fact = std::find_if(std::begin(kernelFacts), std::end(kernelFacts),
-                                   [&name](const KernelFact& known) { return name == known.name; });
-    return fact == std::end(kernelFacts) ? std::nullopt : fact->answer(files);
+    return kernelName().version;
+}
+
+QByteArray machineHardware()
+{
+    return kernelName().machine;
+}
+
+std::optional<QByteArray> kernelVersion(const KernelFiles& files)
+{
+    // uname's version field does not name the compiler.
+    return files.line("/proc/version");
+}
+
+std::optional<std::int64_t> bootTime(const KernelFiles& files)
+{
+    const auto statistics = files.contents("/proc/stat");
+    const auto seconds = statistics ? valueOfKey(*statistics, "btime", ' ') : std::nullopt;
+    bool isNumber = false;
+    const std::int64_t time = seconds ? seconds->toLongLong(&isNumber) : 0;
+    return isNumber ? std::make_optional(time) : std::nullopt;
+}
+
+std::optional<QByteArray> machineModel(const KernelFiles& files)
+{
+    const auto name = files.line("/sys/class/dmi/id/product_name");
+    return name ? name : files.line("/proc/device-tree/model");
 }
 
 std::optional<std::int32_t> kernelGestalt(std::uint32_t selector, const KernelFiles& files)
 {
-    const auto known = std::find_if(std::begin(selectors), std::end(selectors),
-                                    [selector](const Selector& one) { return one.code == selector; });
-    return known == std::end(selectors) ? std::nullopt : known->answer(files);
+    const auto query = selectors().find(selector);
+    return query == selectors().end() ? std::nullopt : query->second(files);
 }
 
 } // namespace norvex

@@ -1,28 +1,54 @@
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
+
 #include <fcntl.h>
 #include <glob.h>
 #include <unistd.h>
 
 namespace norvex {
 
+namespace {
+
+/// Owns the paths that match a pattern.
+class Glob
+{
+public:
+    explicit Glob(const QByteArray& pattern)
+    {
+        // What an incomplete search has found does not count.
+        count_ = ::glob(pattern.constData(), 0, nullptr, &matches_) == 0 ? matches_.gl_pathc : 0;
+    }
+    Glob(const Glob&) = delete;
+    Glob& operator=(const Glob&) = delete;
+    ~Glob() { ::globfree(&matches_); }
+
+    char** begin() const { return matches_.gl_pathv; }
+    char** end() const { return matches_.gl_pathv + count_; }
+
+private:
+    glob_t matches_ = {};
+    std::size_t count_ = 0;
+};
+
+} // namespace
+
 std::optional<QByteArray> KernelFiles::contents(const QByteArray& path, int limit) const
 {
-    const int file = ::open((root_ + path).constData(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) {
+    const FileDescriptor file(::open((root_ + path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!file) {
         return std::nullopt;
     }
-    // The kernel's files have no size to ask for, and a read may end before they do.
+    // The kernel's files do not tell their size, and a read may return only a part of them.
     constexpr int chunk = 32 * 1024;
     QByteArray text;
     ssize_t count = 1;
     while (count > 0 && text.size() < limit) {
         const int size = text.size();
         text.resize(size + qMin(chunk, limit - size));
-        count = ::read(file, text.data() + size, std::size_t(text.size() - size));
+        count = ::read(file.get(), text.data() + size, std::size_t(text.size() - size));
         text.resize(size + int(qMax(count, ssize_t(0))));
     }
-    ::close(file);
     return count < 0 ? std::nullopt : std::make_optional(text);
 }
 
@@ -32,7 +58,7 @@ std::optional<QByteArray> KernelFiles::line(const QByteArray& path) const
     if (!text) {
         return std::nullopt;
     }
-    // A device tree's texts end with a zero byte.
+    // The texts of a device tree end with a zero byte.
     const QByteArray first = text->split('\n').first().split('\0').first().trimmed();
     return first.isEmpty() ? std::nullopt : std::make_optional(first);
 }
@@ -47,14 +73,10 @@ std::optional<qint64> KernelFiles::number(const QByteArray& path) const
 
 QList<QByteArray> KernelFiles::matching(const QByteArray& pattern) const
 {
-    glob_t found = {};
     QList<QByteArray> paths;
-    if (::glob((root_ + pattern).constData(), 0, nullptr, &found) == 0) {
-        for (std::size_t index = 0; index < found.gl_pathc; ++index) {
-            paths.append(QByteArray(found.gl_pathv[index]).mid(root_.size()));
-        }
+    for (const char* path : Glob(root_ + pattern)) {
+        paths.append(QByteArray(path).mid(root_.size()));
     }
-    ::globfree(&found);
     return paths;
 }
 
@@ -63,9 +85,9 @@ std::optional<QByteArray> valueOfKey(const QByteArray& text, const QByteArray& k
     for (int start = 0; start < text.size();) {
         const int end = text.indexOf('\n', start);
         const QByteArray entry = text.mid(start, end < 0 ? -1 : end - start);
-        const int colon = entry.indexOf(separator);
-        if (colon >= 0 && entry.left(colon).trimmed() == key) {
-            return entry.mid(colon + 1).trimmed();
+        const int split = entry.indexOf(separator);
+        if (split >= 0 && entry.left(split).trimmed() == key) {
+            return entry.mid(split + 1).trimmed();
         }
         if (end < 0) {
             break;

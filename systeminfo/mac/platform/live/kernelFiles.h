@@ -1,51 +1,36 @@
 #pragma once
 
 /// @file
-/// The kernel's view of the host as text files (/proc, /sys), and the bytes that `sysctlbyname` answers with.
+/// The text files in which the kernel describes the host: /proc and /sys.
 
 #include <QByteArray>
 #include <QList>
 
 #include <optional>
-#include <type_traits>
 
 namespace norvex {
 
-/// Reads the host's files below a folder, which is the root folder unless a test brings a host of its own.
+/// Reads the kernel's files below a root folder: the host's own, or one that a test has made.
 class KernelFiles
 {
 public:
     explicit KernelFiles(const QByteArray& root = QByteArray()) : root_(root) {}
 
-    /// What a file holds, at most @p limit bytes of it; absent when it cannot be read.
+    /// The first @p limit bytes of a file at most; absent when the file cannot be read.
     std::optional<QByteArray> contents(const QByteArray& path, int limit = 16 * 1024 * 1024) const;
-    /// A file's first line without the blanks and zero bytes around it; absent when nothing is left.
+    /// The first line of a file without the blanks and zero bytes around it; absent when nothing is left.
     std::optional<QByteArray> line(const QByteArray& path) const;
-    /// The first line as a decimal number.
+    /// The first line of a file as a decimal number; absent when it is not one.
     std::optional<qint64> number(const QByteArray& path) const;
-    /// The paths that match a pattern with a shell's wildcards, by name.
+    /// The paths that match a pattern with a shell's wildcards, sorted by name.
     QList<QByteArray> matching(const QByteArray& pattern) const;
 
 private:
     QByteArray root_;
 };
 
-/// The value in the first line of @p text that reads "key", separator, value, with any blanks between them;
-/// absent without such a line.
+/// The value in the first line of @p text that consists of the key, the separator and a value, with any blanks
+/// between them; absent when there is no such line.
 std::optional<QByteArray> valueOfKey(const QByteArray& text, const QByteArray& key, char separator);
-
-/// A text as `sysctlbyname` copies it, with its zero byte.
-inline QByteArray sysctlText(const QByteArray& text)
-{
-    return QByteArray(text).append('\0');
-}
-
-/// An integer, or a record of them, as `sysctlbyname` copies it.
-template <typename Value>
-QByteArray sysctlBytes(const Value& value)
-{
-    static_assert(std::is_trivially_copyable<Value>::value, "only plain values have bytes to copy");
-    return QByteArray(reinterpret_cast<const char*>(&value), int(sizeof value));
-}
 
 } // namespace norvex

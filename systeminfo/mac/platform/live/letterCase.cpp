@@ -1,43 +1,23 @@
 #include "systeminfo/mac/platform/live/letterCase.h"
 
-#include "systeminfo/mac/platform/live/volumes.h"
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
+#include "systeminfo/mac/platform/live/mountTable.h"
 
 #include <QList>
 
 #include <cstdlib>
-#include <map>
-#include <memory>
-
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <map>
+#include <memory>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace norvex {
 
 namespace {
 
-class Descriptor
-{
-public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor()
-    {
-        if (number_ != -1) {
-            close(number_);
-        }
-    }
-    int number() const { return number_; }
-    bool isOpen() const { return number_ != -1; }
-
-private:
-    int number_;
-};
-
-/// The folder, or the folder of the file that a path leads to.
+/// The folder that a path leads to, or the folder of the file that it leads to; empty when it leads nowhere.
 QByteArray folderOf(const QByteArray& path)
 {
     struct stat status = {};
@@ -62,9 +42,10 @@ std::optional<LetterCase> letterCaseOfMount(int descriptor)
 
 bool foldsCase(const QByteArray& folder)
 {
-    const Descriptor descriptor(open(folder.constData(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
-    unsigned int flags[2] = {}; // some file systems write a long
-    return descriptor.isOpen() && ioctl(descriptor.number(), FS_IOC_GETFLAGS, flags) == 0 &&
+    const FileDescriptor descriptor(
+        open(folder.constData(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    unsigned int flags[2] = {}; // with room for the long that some file systems write
+    return descriptor && ioctl(descriptor.get(), FS_IOC_GETFLAGS, flags) == 0 &&
            (flags[0] & FS_CASEFOLD_FL) != 0;
 }
 
@@ -73,11 +54,11 @@ bool foldsCase(const QByteArray& folder)
 std::optional<LetterCase> letterCaseOf(const QByteArray& path)
 {
     const QByteArray folder = folderOf(path);
-    const Descriptor descriptor(open(folder.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor.isOpen()) {
+    const FileDescriptor descriptor(open(folder.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor) {
         return std::nullopt;
     }
-    std::optional<LetterCase> letterCase = letterCaseOfMount(descriptor.number());
+    std::optional<LetterCase> letterCase = letterCaseOfMount(descriptor.get());
     if (letterCase && foldsCase(folder)) {
         letterCase->isSensitive = false;
     }
@@ -111,7 +92,7 @@ LetterCase letterCaseOfFileSystem(const QByteArray& type, const QByteArray& opti
     LetterCase letterCase = found == types.end() ? sensitive : found->second;
     const QList<QByteArray> words = options.split(',');
     for (const QByteArray& word : words) {
-        // As cifs and ntfs3, zfs, and iso9660 ("relaxed") spell it.
+        // The options of cifs and ntfs3, of zfs, and of iso9660 ("relaxed").
         if (word == "nocase" || word == "caseinsensitive" || word == "check=r") {
             letterCase.isSensitive = false;
         }

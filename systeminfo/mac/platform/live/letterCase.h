@@ -1,31 +1,31 @@
 #pragma once
 
+/// @file
+/// Whether file names on Linux's file systems differ by case alone.
+
 #include <QByteArray>
 
 #include <optional>
-
-/// @file
-/// Whether names tell upper from lower case, as Linux's file systems have it.
 
 namespace norvex {
 
 struct LetterCase
 {
     bool isSensitive = true;  ///< "a" and "A" are two names
-    bool isPreserving = true; ///< a name keeps the case it was given
+    bool isPreserving = true; ///< a name keeps the case that it was given
 };
 
-/// The letter case of the folder @p path, or of the folder that a file is in: what its file system is, how it
-/// is mounted, and whether the folder folds case (ext4, f2fs, tmpfs and others have that for single folders).
-/// @return nothing when the path cannot be looked at
+/// The letter case of the folder @p path, or of the folder of the file @p path. It depends on the type of the file
+/// system, on its mount options, and on the folder itself: ext4, f2fs, tmpfs and others can ignore case in single
+/// folders.
+/// @return absent when the path cannot be read
 std::optional<LetterCase> letterCaseOf(const QByteArray& path);
 
 /// The letter case of a mounted file system.
-/// @param type its type as the mount table has it, "vfat"
+/// @param type its type in the mount table, such as "vfat"
 /// @param options its mount options, separated by commas
 ///
-/// NTFS and the shares of Windows count as what they are, whichever of the drivers presents them: names
-/// without a distinction of case that keep theirs.
+/// NTFS and shares of Windows hosts ignore case and preserve it, whichever driver presents them.
 LetterCase letterCaseOfFileSystem(const QByteArray& type, const QByteArray& options);
 
 } // namespace norvex

@@ -2,8 +2,8 @@
 #include "systeminfo/mac/platform/live/kernel.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
-#include "systeminfo/mac/platform/live/processor.h"
 #include "systeminfo/mac/platform/live/services.h"
+#include "systeminfo/mac/platform/live/sysctl.h"
 #include "systeminfo/mac/platform/live/volumes.h"
 #include "systeminfo/mac/platform/machine.h"
 
@@ -14,14 +14,13 @@ namespace norvex {
 
 namespace {
 
-/// This host, looked at anew for each answer.
+/// This host. It keeps nothing: each call looks at the host again.
 class LiveMachine : public Machine
 {
 public:
     std::optional<QByteArray> sysctl(const QByteArray& name) const override
     {
-        const auto value = kernelSysctl(name, KernelFiles());
-        return value ? value : processorSysctl(name, hostCpuid(), KernelFiles());
+        return hostSysctl(name, hostCpuid(), KernelFiles());
     }
 
     std::optional<std::int32_t> gestalt(std::uint32_t selector) const override

@@ -1,6 +1,5 @@
 #include "systeminfo/mac/platform/live/entries.h"
-
-#include <QtGlobal>
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
 
 #include <cstring>
 #include <linux/ethtool.h>
@@ -9,41 +8,22 @@
 #include <net/if_arp.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace norvex {
 
 namespace {
 
-constexpr qint64 setByHand = 3; // NET_ADDR_SET of addr_assign_type
+/// NET_ADDR_SET, a value of addr_assign_type.
+constexpr qint64 setByHand = 3;
 
-class Socket
-{
-public:
-    Socket() : descriptor_(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0)) {}
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    ~Socket()
-    {
-        if (descriptor_ >= 0) {
-            ::close(descriptor_);
-        }
-    }
-
-    int descriptor() const { return descriptor_; }
-
-private:
-    const int descriptor_;
-};
-
-// The bytes of an address such as "00:1c:b3:0a:ff:07"; none for one of zeros.
+/// The bytes of an address such as "00:1c:b3:0a:ff:07"; absent for one of zeros.
 DeviceText addressIn(const DeviceText& text)
 {
     const QByteArray bytes = QByteArray::fromHex(text.value_or(QByteArray()));
     return bytes.count('\0') < bytes.size() ? DeviceText(bytes) : std::nullopt;
 }
 
-// The address that the controller was made with, asked of its driver.
+/// The address that the controller was made with, from its driver.
 DeviceText permanentAddress(const Device& interface)
 {
     const QByteArray name = interface.name();
@@ -52,25 +32,25 @@ DeviceText permanentAddress(const Device& interface)
         return std::nullopt;
     }
     constexpr std::uint32_t longest = 32;
-    alignas(ethtool_perm_addr) char answer[sizeof(ethtool_perm_addr) + longest] = {};
-    auto* head = reinterpret_cast<ethtool_perm_addr*>(answer);
+    alignas(ethtool_perm_addr) char buffer[sizeof(ethtool_perm_addr) + longest] = {};
+    auto* head = reinterpret_cast<ethtool_perm_addr*>(buffer);
     head->cmd = ETHTOOL_GPERMADDR;
     head->size = longest;
     ifreq request = {};
     std::memcpy(request.ifr_name, name.constData(), std::size_t(name.size()));
-    request.ifr_data = answer;
-    const Socket socket;
-    if (ioctl(socket.descriptor(), SIOCETHTOOL, &request) < 0 || head->size > longest) {
+    request.ifr_data = buffer;
+    const FileDescriptor socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (ioctl(socket.get(), SIOCETHTOOL, &request) < 0 || head->size > longest) {
         return std::nullopt;
     }
-    return addressIn(QByteArray(answer + sizeof(ethtool_perm_addr), int(head->size)).toHex());
+    return addressIn(QByteArray(buffer + sizeof(ethtool_perm_addr), int(head->size)).toHex());
 }
 
-// The controller's address, which need not be the one that the interface uses at the moment.
+/// The controller's address, which may differ from the one that the interface uses at the moment.
 DeviceText hardwareAddress(const Device& interface)
 {
-    for (const char* place : {"phy80211/macaddress", "bonding_slave/perm_hwaddr"}) {
-        if (auto address = addressIn(interface.attribute(place))) {
+    for (const char* file : {"phy80211/macaddress", "bonding_slave/perm_hwaddr"}) {
+        if (auto address = addressIn(interface.attribute(file))) {
             return address;
         }
     }
@@ -83,7 +63,7 @@ bool isWireless(const Device& interface)
     return interface.type() == "wlan" || interface.attribute("wireless/status");
 }
 
-// The device on a bus that has names for it.
+/// The device behind an interface, on a bus that has names for its devices.
 Device deviceBehind(const Device& interface)
 {
     Device device = interface.parent();
@@ -94,7 +74,7 @@ Device deviceBehind(const Device& interface)
     return device;
 }
 
-// Whether the controller belongs to the machine; unknown for a card in a slot, which the firmware does not name.
+/// Whether the controller is a part of the machine; absent for a card in a slot, which the firmware does not name.
 std::optional<bool> isBuiltIn(const Device& interface, const Device& device)
 {
     if (interface.parent().subsystem() == "platform") { // a part of the processor's chip

@@ -7,7 +7,7 @@ namespace norvex {
 
 namespace {
 
-// What boards say whose maker has put nothing in, in lower case.
+/// What firmware tells when the maker has entered nothing, in lower case.
 constexpr const char* fillers[] = {
     "default string",
     "invalid",
@@ -32,8 +32,8 @@ constexpr const char* fillers[] = {
     "03000200-0400-0500-0006-000700080009", // the same for every board of some makers
 };
 
-// Whether a number has one digit only, such as a UUID of zeros.
-bool hasOneDigit(QByteArray text)
+/// Whether a text repeats one character, such as a UUID of zeros.
+bool isOneCharacter(QByteArray text)
 {
     text.replace('-', "").replace(' ', "");
     return std::all_of(text.begin(), text.end(), [&](char c) { return c == text[0]; });
@@ -41,8 +41,8 @@ bool hasOneDigit(QByteArray text)
 
 DeviceText unlessFiller(const DeviceText& text)
 {
-    const bool isFiller = text && (hasOneDigit(*text) || std::find(std::begin(fillers), std::end(fillers),
-                                                                   text->toLower()) != std::end(fillers));
+    const bool isFiller = text && (isOneCharacter(*text) || std::find(std::begin(fillers), std::end(fillers),
+                                                                      text->toLower()) != std::end(fillers));
     return isFiller ? std::nullopt : text;
 }
 
@@ -64,7 +64,7 @@ DeviceText uuid()
 
 } // namespace
 
-// Most systems let only their administrator read the two.
+/// On most systems only the administrator can read the two values.
 void appendPlatform(const Devices&, Registry& registry)
 {
     EntryWriter platform(registry, "IOPlatformExpertDevice", "IOPlatformExpertDevice");

@@ -1,36 +1,26 @@
 #pragma once
 
 /// @file
-/// What a Mac's hw.* and machdep.cpu.* values are on the host's processor.
+/// The host's processor: its microcode, clocks and caches.
 
+#include "systeminfo/mac/platform/live/cpuid.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 
-#include <QByteArray>
-
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 namespace norvex {
 
-struct CpuidRegisters
-{
-    std::uint32_t eax = 0;
-    std::uint32_t ebx = 0;
-    std::uint32_t ecx = 0;
-    std::uint32_t edx = 0;
-};
+std::optional<std::int64_t> microcodeRevision(const KernelFiles& files);
 
-/// The CPUID instruction for a leaf (and subleaf 0), called only for leaves that the processor has; empty on
-/// a processor without it.
-using Cpuid = std::function<CpuidRegisters(std::uint32_t leaf)>;
+/// The highest clock of the cores, in hertz.
+std::optional<std::int64_t> highestClock(const Cpuid& cpuid, const KernelFiles& files);
+/// The clock of the bus, in hertz.
+std::optional<std::int64_t> busClock(const Cpuid& cpuid);
 
-/// The instruction of the processor that the calling thread runs on.
-Cpuid hostCpuid();
+enum class Cache { Level1Data, Level1Instructions, Level2, Level3 };
 
-/// The bytes behind a sysctl name that describes the processor; absent for other names, and where neither
-/// CPUID nor the host's files know the fact.
-std::optional<QByteArray> processorSysctl(const QByteArray& name, const Cpuid& cpuid,
-                                          const KernelFiles& files);
+/// The size of a cache of the first processor, in bytes.
+std::optional<std::int64_t> cacheSize(Cache cache, const KernelFiles& files);
 
 } // namespace norvex

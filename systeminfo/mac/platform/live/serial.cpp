@@ -4,15 +4,16 @@ namespace norvex {
 
 namespace {
 
-// The kernel's PC serial driver keeps places for ports that a machine may turn out to have. Such a place has no
-// chip; it is none either when only the administrator may know, as with older kernels.
+/// Whether a port may be missing. The kernel's PC serial driver sets up ports before it knows whether the machine has
+/// them; a port that is missing has no chip. Older kernels show the chip only to the administrator; to other
+/// users, every port of this driver counts as missing.
 bool isPlaceholder(const Device& port, const Device& device)
 {
     const auto chip = port.number("type");
     return chip ? *chip == 0 : device.driver() == QByteArray("serial8250");
 }
 
-// What the port's driver is attached to: the kernel may put devices of its own in between.
+/// The device that the port's driver is bound to. The kernel may put devices of its own between it and the port.
 Device deviceBehind(const Device& port)
 {
     Device device = port.parent();
@@ -22,7 +23,7 @@ Device deviceBehind(const Device& port)
     return device;
 }
 
-// The class that a Mac has for the devices of a bus.
+/// The class that a Mac has for devices of a subsystem.
 DeviceText providerClass(const QByteArray& subsystem)
 {
     if (subsystem == "usb") {
@@ -37,7 +38,7 @@ DeviceText providerClass(const QByteArray& subsystem)
     return std::nullopt;
 }
 
-// USB's communication devices are modems when they say that they take a modem's commands.
+/// Whether a device is a modem: a USB communication device that accepts the commands of modems.
 bool isModem(const Device& device)
 {
     const qint64 commands = device.number("bInterfaceProtocol", 16).value_or(0);
@@ -65,7 +66,7 @@ void appendPort(const Device& port, const Device& device, Registry& registry)
 
 void appendSerialPorts(const Devices& devices, Registry& registry)
 {
-    // The names with a number right behind "tty" are the many virtual consoles, which take long to look at.
+    // Names with a number right behind "tty" belong to virtual consoles. There are many, and reading them takes long.
     devices.forEach("tty", "tty[!0-9]*|[!t]*", [&](const Device& port) {
         const Device device = deviceBehind(port);
         if (!isPlaceholder(port, device)) {

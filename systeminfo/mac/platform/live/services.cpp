@@ -1,7 +1,9 @@
-// GIO has members that are called signals, so it comes before Qt's macro of that name.
+// GIO has members named "signals", so it comes before Qt's macro of that name.
 #include <gio/gdesktopappinfo.h>
-#include <gio/gio.h>
 
+#include "systeminfo/mac/platform/live/gObject.h"
+
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
 #include "systeminfo/mac/platform/live/services.h"
 
 #include <QtDBus/QDBusConnection>
@@ -12,23 +14,21 @@
 #include <chrono>
 #include <cstddef>
 #include <cstring>
-#include <memory>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace norvex {
 
 namespace {
 
-/// The end of the time that a question may take.
+/// The moment by which a query must have ended.
 class Deadline
 {
 public:
     explicit Deadline(std::chrono::milliseconds time) : end_(std::chrono::steady_clock::now() + time) {}
 
-    /// At least 1, because 0 and less stand for other things than "at once".
+    /// The time that is left: at least 1, because other functions take 0 and less for "no limit" or "the default".
     int milliseconds() const
     {
         const auto left =
@@ -40,8 +40,8 @@ private:
     std::chrono::steady_clock::time_point end_;
 };
 
-/// The path of the socket at a bus's address ("unix:path=/run/bus,guid=1"), empty for addresses of other
-/// kinds. A name in the abstract name space begins with a zero byte.
+/// The path of the socket at a bus's address ("unix:path=/run/bus,guid=1"), empty for addresses of other kinds. An
+/// abstract name begins with a zero byte.
 QByteArray socketPath(const QByteArray& address)
 {
     const QByteArray transport = "unix:";
@@ -59,15 +59,15 @@ QByteArray socketPath(const QByteArray& address)
     return {};
 }
 
-/// The addresses of the system bus, the one to prefer first.
+/// The addresses of the system bus, the preferred one first.
 QList<QByteArray> systemBusAddresses()
 {
     const QByteArray chosen = qgetenv("DBUS_SYSTEM_BUS_ADDRESS");
     return chosen.isEmpty() ? QList<QByteArray>{"unix:path=/run/dbus/system_bus_socket"} : chosen.split(';');
 }
 
-/// Whether something accepts connections at the socket and answers the first step of the authentication. The
-/// bus library itself waits for a bus that hangs without a limit.
+/// Whether a bus accepts connections at the socket and answers the first step of the authentication. The bus library
+/// itself would wait without a limit for a bus that hangs.
 bool busAnswers(const QByteArray& path, const Deadline& deadline)
 {
     sockaddr_un name = {};
@@ -78,37 +78,36 @@ bool busAnswers(const QByteArray& path, const Deadline& deadline)
     std::memcpy(name.sun_path, path.constData(), std::size_t(path.size()));
     const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + std::size_t(path.size()));
 
-    const int bus = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (bus < 0) {
-        return false;
-    }
-    static const char question[] = "\0AUTH\r\n";
-    pollfd answer = {bus, POLLIN, 0};
+    const FileDescriptor bus(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    static const char request[] = "\0AUTH\r\n";
+    pollfd reply = {bus.get(), POLLIN, 0};
     char first = 0;
-    const bool answers = ::connect(bus, reinterpret_cast<const sockaddr*>(&name), length) == 0 &&
-                         ::send(bus, question, sizeof question - 1, MSG_NOSIGNAL) > 0 &&
-                         ::poll(&answer, 1, deadline.milliseconds()) == 1 && ::recv(bus, &first, 1, 0) == 1;
-    ::close(bus);
-    return answers;
+    return bus && ::connect(bus.get(), reinterpret_cast<const sockaddr*>(&name), length) == 0 &&
+           ::send(bus.get(), request, sizeof request - 1, MSG_NOSIGNAL) > 0 &&
+           ::poll(&reply, 1, deadline.milliseconds()) == 1 && ::recv(bus.get(), &first, 1, 0) == 1;
 }
 
-/// A connection to a bus, shared with nobody. It is opened as one to a peer: Qt introduces a connection to a bus while
-/// it makes it, waits up to half a minute for the welcome, and ends the process when a bus refuses it.
+/// A connection to a bus that nothing else uses. It is opened as a connection to a peer: to a bus, Qt says Hello while
+/// it connects, waits up to half a minute for the answer, and ends the process when the bus refuses.
 class BusConnection
 {
 public:
     BusConnection(const QByteArray& address, const Deadline& deadline)
         : deadline_(deadline), name_(uniqueName()),
           connection_(QDBusConnection::connectToPeer(QString::fromLocal8Bit(address), name_))
-    {
-        call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "Hello");
-    }
+    {}
     BusConnection(const BusConnection&) = delete;
     BusConnection& operator=(const BusConnection&) = delete;
     ~BusConnection() { QDBusConnection::disconnectFromPeer(name_); }
 
-    /// The text that a method without arguments returns, empty when it fails or takes too long. Its service
-    /// is not started for the call.
+    /// Makes the connection known to the bus, which it expects before any other call.
+    void greet() const
+    {
+        call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "Hello");
+    }
+
+    /// The text that a method without arguments returns; empty when it fails or takes too long. The call does not
+    /// start a service that is not running.
     QByteArray call(const char* service, const char* path, const char* interface, const char* method) const
     {
         QDBusMessage message =
@@ -138,7 +137,7 @@ private:
 
 std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText)
 {
-    // The program's name, a blank and two or three numbers, of which the last may have a suffix.
+    // The program's name, a blank, and two or three numbers; the last may have a suffix.
     const QList<QByteArray> parts = versionText.mid(versionText.indexOf(' ') + 1).split('.');
     const std::uint32_t weights[] = {10000, 100, 1};
     std::uint32_t number = 0;
@@ -157,13 +156,14 @@ std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText)
 DaemonAnswer avahiVersion()
 {
     constexpr std::int32_t notRunning = -65563;
-    // The bus library's timers may be late by a twentieth.
+    // This leaves room for the bus library's timers, which may be late by a twentieth.
     const Deadline deadline(std::chrono::milliseconds(180));
     for (const QByteArray& address : systemBusAddresses()) {
         if (!busAnswers(socketPath(address), deadline)) {
             continue;
         }
         const BusConnection bus(address, deadline);
+        bus.greet();
         const auto version = avahiVersionNumber(
             bus.call("org.freedesktop.Avahi", "/", "org.freedesktop.Avahi.Server", "GetVersionString"));
         return version ? DaemonAnswer{0, *version} : DaemonAnswer{notRunning, 0};
@@ -176,8 +176,7 @@ std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
     if (scheme.isEmpty()) {
         return std::nullopt;
     }
-    const std::unique_ptr<GAppInfo, decltype(&g_object_unref)> application(
-        g_app_info_get_default_for_uri_scheme(scheme.constData()), &g_object_unref);
+    const GObjectOwner<GAppInfo> application(g_app_info_get_default_for_uri_scheme(scheme.constData()));
     if (application == nullptr || !G_IS_DESKTOP_APP_INFO(application.get())) {
         return std::nullopt;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The host's services that stand for DNS Service Discovery and Launch Services.
+/// The host's counterparts of DNS Service Discovery and Launch Services.
 
 #include "systeminfo/mac/platform/machine.h"
 
@@ -12,14 +12,12 @@
 
 namespace norvex {
 
-/// The number that a version text such as "avahi 0.8" or "avahi 0.6.32" counts as, 800 and 632; absent for a
-/// text without a version.
+/// The number for a version text: 800 for "avahi 0.8", 632 for "avahi 0.6.32"; absent for a text without a version.
 std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText);
 
-/// The version of the Avahi daemon, asked over the system bus, if one is running; it is not started for the
-/// question. Takes no longer than 0.2 s, whatever the bus or the daemon does. Needs no application object and
-/// no event loop, any thread.
-/// @return kDNSServiceErr_ServiceNotRunning (-65563) when there is no answer
+/// The version of the Avahi daemon, from the system bus. It does not start a daemon that is not running, and takes at
+/// most 0.2 s, whatever the bus or the daemon does. It needs no application object and no event loop. Any thread.
+/// @return the error kDNSServiceErr_ServiceNotRunning (-65563) when the daemon does not answer
 DaemonAnswer avahiVersion();
 
 /// The path of the desktop file of the application that opens URLs of a scheme; absent when there is none.

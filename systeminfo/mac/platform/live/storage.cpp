@@ -10,7 +10,8 @@ namespace norvex {
 
 namespace {
 
-constexpr quint64 sectorSize = 512; // of the kernel's "size", whatever the medium's own is
+/// The unit of the kernel's "size", whatever the size of the medium's own sectors is.
+constexpr quint64 sectorSize = 512;
 
 struct Medium
 {
@@ -33,14 +34,15 @@ void appendMedium(const Medium& medium, Registry& registry)
     entry.properties.text("BSD Name", medium.name)
         .int64("Size", medium.bytes)
         .boolean("Removable", medium.isRemovable);
-    if (medium.isRemovable == false) { // nobody can say of a removable one whether the drive ejects it
+    // Whether a drive can eject its removable medium is unknown.
+    if (medium.isRemovable == false) {
         entry.properties.boolean("Ejectable", false);
     }
 }
 
-// Where libata keeps what it knows of a drive: the drive /sys/devices/…/ata3/host2/target2:0:0/2:0:0:0 has also
-// …/ata3/ata_port/ata3, …/ata3/link3/ata_link/link3 and …/ata3/link3/dev3.0/ata_device/dev3.0.
-struct AtaPlace
+/// The folders in which libata describes a drive: the drive /sys/devices/…/ata3/host2/target2:0:0/2:0:0:0 has also
+/// …/ata3/ata_port/ata3, …/ata3/link3/ata_link/link3 and …/ata3/link3/dev3.0/ata_device/dev3.0.
+struct AtaPaths
 {
     QByteArray controller;
     QByteArray port;
@@ -48,7 +50,7 @@ struct AtaPlace
     QByteArray drive;
 };
 
-std::optional<AtaPlace> ataPlaceOf(const QByteArray& path)
+std::optional<AtaPaths> ataPathsOf(const QByteArray& path)
 {
     static const QRegularExpression pattern(
         QStringLiteral("^((.*)/ata(\\d+))/host\\d+/target[^/]+/\\d+:(\\d+):(\\d+):\\d+/"));
@@ -58,18 +60,18 @@ std::optional<AtaPlace> ataPlaceOf(const QByteArray& path)
     }
     const auto part = [&](int group) { return match.captured(group).toUtf8(); };
     const QByteArray number = part(3);
-    AtaPlace place{part(2), part(1) + "/ata_port/ata" + number, {}, {}};
-    // Behind a port multiplier, the channel counts its links; else there is one link and the id counts drives.
-    const bool isMultiplied = KernelFiles().number(place.port + "/nr_pmp_links").value_or(0) > 0;
+    AtaPaths paths{part(2), part(1) + "/ata_port/ata" + number, {}, {}};
+    // Behind a port multiplier the channel counts the links. Otherwise there is one link, and the id counts the drives.
+    const bool isMultiplied = KernelFiles().number(paths.port + "/nr_pmp_links").value_or(0) > 0;
     const QByteArray link = isMultiplied ? number + '.' + part(4) : number;
     const QByteArray drive = link + '.' + (isMultiplied ? QByteArray("0") : part(5));
     const QByteArray folder = part(1) + "/link" + link;
-    place.link = folder + "/ata_link/link" + link;
-    place.drive = folder + "/dev" + drive + "/ata_device/dev" + drive;
-    return place;
+    paths.link = folder + "/ata_link/link" + link;
+    paths.drive = folder + "/dev" + drive + "/ata_device/dev" + drive;
+    return paths;
 }
 
-// Whether the controller is driven as AHCI. One that says nothing of itself is not held against the drive.
+/// Whether the controller works as AHCI. A controller that does not describe itself counts as one that does.
 bool isAhci(const Device& block, const QByteArray& controllerPath)
 {
     Device controller = block.parent();
@@ -81,17 +83,18 @@ bool isAhci(const Device& block, const QByteArray& controllerPath)
     return driver ? driver->contains("ahci") : pciClass.value_or(0x010601) == 0x010601;
 }
 
-// Texts in the words that a drive identifies itself with, as it pads them.
+/// The data with which an ATA drive identifies itself.
 class Identification
 {
 public:
-    explicit Identification(const AtaPlace& place)
+    explicit Identification(const AtaPaths& paths)
     {
-        const auto text = KernelFiles().contents(place.drive + "/id", 4096);
+        const auto text = KernelFiles().contents(paths.drive + "/id", 4096);
         const QByteArray digits = text ? text->simplified().replace(' ', "") : QByteArray();
         bytes_ = QByteArray::fromHex(digits);
     }
 
+    /// The text in a range of words, with the blanks that fill it.
     DeviceText text(int firstWord, int lastWord) const
     {
         const QByteArray text = bytes_.mid(firstWord * 2, (lastWord - firstWord + 1) * 2);
@@ -102,7 +105,7 @@ private:
     QByteArray bytes_;
 };
 
-// udev writes a character that is not plain as "\x20".
+/// A text without udev's escapes: it writes a blank and other special characters like "\x20".
 DeviceText decoded(const DeviceText& text)
 {
     if (!text) {
@@ -117,12 +120,12 @@ DeviceText decoded(const DeviceText& text)
     return result;
 }
 
-// The kernel cuts a model to 16 characters and a revision to four, so that the drive itself is asked first and
-// udev, which has asked the drive, second.
-void setIdentity(Properties& properties, const Device& block, const AtaPlace& place)
+/// Sets the drive's model, revision and serial number. They come from the drive itself, else from udev, which has read
+/// them from the drive: the kernel's SCSI attributes hold no more than 16 characters of a model and four of a revision.
+void setIdentity(Properties& properties, const Device& block, const AtaPaths& paths)
 {
     const Device scsi = block.parent("scsi");
-    const Identification drive(place);
+    const Identification drive(paths);
     const auto first = [](const DeviceText& a, const DeviceText& b, const DeviceText& c) {
         return a ? a : b ? b : c;
     };
@@ -135,33 +138,34 @@ void setIdentity(Properties& properties, const Device& block, const AtaPlace& pl
 
 enum class AtaKind { Disk, Packet };
 
-bool isOfKind(AtaKind kind, const Device& block, const AtaPlace& place)
+bool isOfKind(AtaKind kind, const Device& block, const AtaPaths& paths)
 {
     constexpr qint64 opticalDrive = 5; // SCSI device types
     constexpr qint64 opticalMemory = 7;
-    const auto said = KernelFiles().line(place.drive + "/class");
+    const auto ataClass = KernelFiles().line(paths.drive + "/class");
     const qint64 scsiType = block.parent("scsi").number("type").value_or(0);
-    const bool isPacket = said ? *said == "atapi" : scsiType == opticalDrive || scsiType == opticalMemory;
+    const bool isPacket =
+        ataClass ? *ataClass == "atapi" : scsiType == opticalDrive || scsiType == opticalMemory;
     return isPacket == (kind == AtaKind::Packet);
 }
 
-// Visits the drives of a kind at AHCI controllers.
+/// Visits the drives of a kind at AHCI controllers.
 template <typename Visit>
 void forEachDrive(AtaKind kind, const Devices& devices, Visit visit)
 {
     devices.forEach("block", "s[dr]*", [&](const Device& block) {
-        const auto place = ataPlaceOf(block.path());
-        if (place && block.type() != "partition" && isOfKind(kind, block, *place) &&
-            isAhci(block, place->controller)) {
-            visit(block, *place);
+        const auto paths = ataPathsOf(block.path());
+        if (paths && block.type() != "partition" && isOfKind(kind, block, *paths) &&
+            isAhci(block, paths->controller)) {
+            visit(block, *paths);
         }
     });
 }
 
-// "6.0 Gbps" is "6 Gigabit" on a Mac.
-DeviceText portSpeed(const AtaPlace& place)
+/// The speed of a link as a Mac writes it: "6 Gigabit" for the kernel's "6.0 Gbps".
+DeviceText portSpeed(const AtaPaths& paths)
 {
-    QByteArray speed = KernelFiles().line(place.link + "/sata_spd").value_or(QByteArray());
+    QByteArray speed = KernelFiles().line(paths.link + "/sata_spd").value_or(QByteArray());
     if (!speed.endsWith(" Gbps")) {
         return std::nullopt;
     }
@@ -172,10 +176,10 @@ DeviceText portSpeed(const AtaPlace& place)
     return speed + " Gigabit";
 }
 
-// libata counts a controller's ports from 1.
-DeviceNumber portNumber(const AtaPlace& place)
+/// The port's number, counted from 0; libata counts a controller's ports from 1.
+DeviceNumber portNumber(const AtaPaths& paths)
 {
-    const auto number = KernelFiles().number(place.port + "/port_no");
+    const auto number = KernelFiles().number(paths.port + "/port_no");
     return number && *number > 0 ? DeviceNumber(*number - 1) : std::nullopt;
 }
 
@@ -185,18 +189,18 @@ DeviceText mediumType(const Device& block)
     return isRotating ? DeviceText(*isRotating != 0 ? "Rotational" : "Solid State") : std::nullopt;
 }
 
-void appendAhciDisk(const Device& block, const AtaPlace& place, Registry& registry)
+void appendAhciDisk(const Device& block, const AtaPaths& paths, Registry& registry)
 {
     Properties protocol;
-    protocol.int32("AHCI Port Number", portNumber(place))
+    protocol.int32("AHCI Port Number", portNumber(paths))
         .text("Physical Interconnect", "SATA")
-        .text("Port Speed", portSpeed(place));
+        .text("Port Speed", portSpeed(paths));
     EntryWriter port(registry, "IOAHCIDevice", "IOAHCIDevice");
     port.properties.dictionary("Protocol Characteristics", std::move(protocol));
 
     EntryWriter disk(registry, "AppleAHCIDiskDriver", "AppleAHCIDiskDriver");
-    setIdentity(disk.properties, block, place);
-    // Without native command queuing, the kernel sends one command at a time.
+    setIdentity(disk.properties, block, paths);
+    // Without native command queuing the kernel sends one command at a time.
     if (const auto depth = block.parent("scsi").number("queue_depth")) {
         disk.properties.boolean("NCQ", *depth > 1).int32("Queue Depth", depth);
     }
@@ -210,7 +214,7 @@ void appendAhciDisk(const Device& block, const AtaPlace& place, Registry& regist
 
 using Namespaces = std::multimap<QByteArray, Medium>;
 
-// The namespaces of NVMe controllers, by the controller's path.
+/// The namespaces of NVMe controllers, by the controller's path.
 Namespaces nvmeNamespaces(const Devices& devices)
 {
     Namespaces found;
@@ -220,7 +224,7 @@ Namespaces nvmeNamespaces(const Devices& devices)
             return;
         }
         Medium medium = mediumOf(block);
-        // One of several paths to a namespace, "nvme0c1n1", is hidden behind the disk of all, "nvme0n1".
+        // The report names one of several paths to a namespace, "nvme0c1n1", as the disk of all paths, "nvme0n1".
         const int path = medium.name.indexOf('c');
         if (path > 0) {
             medium.name.remove(path, medium.name.indexOf('n', path) - path);
@@ -235,14 +239,14 @@ Namespaces nvmeNamespaces(const Devices& devices)
 void appendAhciDisks(const Devices& devices, Registry& registry)
 {
     forEachDrive(AtaKind::Disk, devices,
-                 [&](const Device& block, const AtaPlace& place) { appendAhciDisk(block, place, registry); });
+                 [&](const Device& block, const AtaPaths& paths) { appendAhciDisk(block, paths, registry); });
 }
 
 void appendAtapiDrives(const Devices& devices, Registry& registry)
 {
-    forEachDrive(AtaKind::Packet, devices, [&](const Device& block, const AtaPlace& place) {
+    forEachDrive(AtaKind::Packet, devices, [&](const Device& block, const AtaPaths& paths) {
         EntryWriter drive(registry, "IOAHCISerialATAPI", "IOAHCISerialATAPI");
-        setIdentity(drive.properties, block, place);
+        setIdentity(drive.properties, block, paths);
         drive.properties.text("Physical Interconnect", "SATA");
     });
 }
@@ -251,7 +255,7 @@ void appendNvmeControllers(const Devices& devices, Registry& registry)
 {
     const Namespaces namespaces = nvmeNamespaces(devices);
     devices.forEach("nvme", "*", [&](const Device& device) {
-        // A Mac shows an NVMe drive's texts without the blanks that fill them up, unlike those of an ATA drive.
+        // A Mac shows the texts of an NVMe drive without the blanks that fill them, unlike those of an ATA drive.
         const auto text = [&](const char* name) {
             const auto filled = device.attribute(name);
             return filled ? DeviceText(filled->trimmed()) : std::nullopt;
@@ -264,9 +268,9 @@ void appendNvmeControllers(const Devices& devices, Registry& registry)
             controller.properties.text("Physical Interconnect", "PCI-Express");
         }
         const auto [first, last] = namespaces.equal_range(device.path());
-        for (auto place = first; place != last; ++place) {
+        for (auto it = first; it != last; ++it) {
             const EntryWriter storage(registry, "IONVMeBlockStorageDevice", "IONVMeBlockStorageDevice");
-            appendMedium(place->second, registry);
+            appendMedium(it->second, registry);
         }
     });
 }

@@ -1,6 +1,7 @@
 #include "systeminfo/mac/platform/live/udevDevices.h"
 
 #include <QList>
+
 #include <cstring>
 #include <utility>
 
@@ -105,15 +106,15 @@ DatabaseNames Devices::databaseNames(const Device& device) const
     if (!std::exchange(hasOpenedDatabase_, true)) {
         database_.reset(udev_hwdb_new(context_.get()));
     }
-    udev_list_entry* place =
+    udev_list_entry* entry =
         database_ ? udev_hwdb_get_properties_list_entry(database_.get(), alias->constData(), 0) : nullptr;
-    for (; place != nullptr; place = udev_list_entry_get_next(place)) {
-        const char* key = udev_list_entry_get_name(place);
+    for (; entry != nullptr; entry = udev_list_entry_get_next(entry)) {
+        const char* key = udev_list_entry_get_name(entry);
         if (!names.vendor && std::strcmp(key, "ID_VENDOR_FROM_DATABASE") == 0) {
-            names.vendor = textOf(udev_list_entry_get_value(place));
+            names.vendor = textOf(udev_list_entry_get_value(entry));
         }
         if (!names.model && std::strcmp(key, "ID_MODEL_FROM_DATABASE") == 0) {
-            names.model = textOf(udev_list_entry_get_value(place));
+            names.model = textOf(udev_list_entry_get_value(entry));
         }
     }
     return names;

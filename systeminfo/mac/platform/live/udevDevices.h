@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// libudev's devices, each owned by the list that visits it, and the answers to the questions asked of them.
+/// The host's devices, read with libudev.
 
 #include <QByteArray>
 
@@ -12,14 +12,14 @@
 
 namespace norvex {
 
-/// What a device says of itself; nothing when it does not say, or what it says is empty.
+/// A text that describes a device; absent when the device does not tell it, or when it is empty.
 using DeviceText = std::optional<QByteArray>;
 using DeviceNumber = std::optional<qint64>;
 
-/// A text as an integer; nothing when it is none. A base of 16 takes a leading "0x".
+/// A text as an integer; absent when it is not one. With base 16 it may begin with "0x".
 DeviceNumber numberIn(const DeviceText& text, int base = 10);
 
-/// Gives an object of libudev back.
+/// Gives up a reference to an object of libudev.
 struct UdevRelease
 {
     void operator()(udev* context) const { udev_unref(context); }
@@ -31,8 +31,8 @@ struct UdevRelease
 template <typename Object>
 using UdevOwner = std::unique_ptr<Object, UdevRelease>;
 
-/// A device that somebody else owns, or none. No question to no device has an answer, so chains of questions need
-/// no tests between them. A parent lives as long as its child.
+/// A reference to a device that somebody else owns, or a null device. Getters on a null device return nothing, so calls
+/// can be chained. A parent lives as long as its child.
 class Device
 {
 public:
@@ -41,14 +41,20 @@ public:
 
     explicit operator bool() const { return device_ != nullptr; }
 
-    QByteArray path() const;      ///< its folder below /sys
-    QByteArray name() const;      ///< the kernel's name for it
-    QByteArray subsystem() const; ///< empty for none
-    QByteArray type() const;      ///< what its subsystem tells it apart by, such as "disk" and "partition"
+    /// The device's folder below /sys.
+    QByteArray path() const;
+    /// The kernel's name for the device.
+    QByteArray name() const;
+    /// The subsystem, empty when it has none.
+    QByteArray subsystem() const;
+    /// The kind of device within its subsystem, such as "disk" or "partition"; empty when it has none.
+    QByteArray type() const;
+    /// The driver that is bound to the device.
     DeviceText driver() const;
-    DeviceText node() const; ///< its file in /dev
+    /// The device's file in /dev.
+    DeviceText node() const;
 
-    /// A file of its folder, without the line end.
+    /// The contents of a file in the device's folder, without the line end.
     DeviceText attribute(const char* name) const;
     DeviceNumber number(const char* attributeName, int base = 10) const
     {
@@ -58,7 +64,7 @@ public:
     DeviceText property(const char* name) const;
 
     Device parent() const;
-    /// The closest device above it of a subsystem and, unless null, a type.
+    /// The closest device above this one that has the subsystem and, unless @p type is null, the type.
     Device parent(const char* subsystem, const char* type = nullptr) const;
 
 private:
@@ -78,28 +84,29 @@ class Devices
 public:
     Devices();
 
-    /// Calls @p visit with each device of a subsystem, parents before their children. Those that the kernel
-    /// makes up, such as consoles, bridges and loop devices, are left out.
-    /// @param namePatterns shell patterns, separated by bars; the kernel's name matches one of them
+    /// Calls @p visit with each device of a subsystem, parents before their children. Virtual devices, such as
+    /// consoles, bridges and loop devices, are left out.
+    /// @param namePatterns shell patterns, separated by bars, one of which the kernel's name must match
     template <typename Visit>
     void forEach(const char* subsystem, const char* namePatterns, Visit visit) const
     {
         const auto list = devicesOf(subsystem, namePatterns);
-        udev_list_entry* place = list ? udev_enumerate_get_list_entry(list.get()) : nullptr;
-        for (; place != nullptr; place = udev_list_entry_get_next(place)) {
-            if (isVirtual(udev_list_entry_get_name(place))) {
+        udev_list_entry* entry = list ? udev_enumerate_get_list_entry(list.get()) : nullptr;
+        for (; entry != nullptr; entry = udev_list_entry_get_next(entry)) {
+            const char* const path = udev_list_entry_get_name(entry);
+            if (isVirtual(path)) {
                 continue;
             }
-            // A device that was just unplugged is in the list, but cannot be opened any more.
-            const UdevOwner<udev_device> device(
-                udev_device_new_from_syspath(context_.get(), udev_list_entry_get_name(place)));
+            // A device that was just unplugged is still in the list, but has no folder any more.
+            const UdevOwner<udev_device> device(udev_device_new_from_syspath(context_.get(), path));
             if (device) {
                 visit(Device(device.get()));
             }
         }
     }
 
-    /// What the hardware database says of a device: as udev has noted it, or looked up where it has not.
+    /// The names of a device's vendor and model: those that udev has stored with the device, else those in the
+    /// hardware database.
     DatabaseNames databaseNames(const Device& device) const;
 
 private:

@@ -12,7 +12,7 @@ constexpr qint64 miscellaneousClass = 0xef;
 
 struct Speed
 {
-    const char* megabits; // as the kernel writes it
+    const char* megabits; ///< as the kernel writes it
     int code;
 };
 
@@ -28,20 +28,21 @@ DeviceNumber speedCode(const DeviceText& megabits)
     return std::nullopt;
 }
 
-// The bus in the highest byte, then a digit for the port at each hub on the way; a way that does not fit has none.
+/// The bus in the highest byte, then a digit for the port at each hub on the way to the device; absent when these
+/// numbers do not fit.
 DeviceNumber locationOf(const Device& device)
 {
     const auto bus = device.number("busnum");
-    const auto way = device.attribute("devpath");
-    if (!bus || *bus < 0 || *bus > 0xff || !way) {
+    const auto route = device.attribute("devpath");
+    if (!bus || *bus < 0 || *bus > 0xff || !route) {
         return std::nullopt;
     }
     qint64 location = *bus << 24;
-    if (*way == "0") { // the bus's own hub
+    if (*route == "0") { // the root hub
         return location;
     }
     int shift = 24;
-    for (const QByteArray& text : way->split('.')) {
+    for (const QByteArray& text : route->split('.')) {
         const auto port = numberIn(text);
         shift -= 4;
         if (!port || *port < 1 || *port > 0xf || shift < 0) {
@@ -52,7 +53,7 @@ DeviceNumber locationOf(const Device& device)
     return location;
 }
 
-// A device that does not tell its product is named after its kind.
+/// The product's name; a device without one is named after its class.
 QByteArray nameOf(const DeviceText& product, qint64 deviceClass)
 {
     if (product) {
@@ -79,7 +80,7 @@ const char* classOf(const Device& device, qint64 deviceClass)
 void appendUsbDevices(const Devices& devices, Registry& registry)
 {
     devices.forEach("usb", "*", [&](const Device& device) {
-        if (device.type() != "usb_device") { // one of its interfaces
+        if (device.type() != "usb_device") { // an interface of a device
             return;
         }
         const auto product = device.attribute("product");
