@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The objects behind CoreFoundation's references, and their making. What is made here belongs to its
-/// ObjectRef; only references that callers obtain through the C interface enter the live counts.
+/// The objects behind CoreFoundation's references, and the functions that make them. An ObjectRef owns what they
+/// return; the live counts contain only the references that callers obtain through the C interface.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
@@ -19,11 +19,11 @@ namespace norvex {
 
 enum class ObjectKind : std::uint8_t { String, Number, Boolean, Data, Dictionary, Array, Url };
 
-/// What every object begins with.
+/// The base of all objects.
 class Object
 {
 public:
-    /// Calls on the object that fail by order of a recording.
+    /// Calls on the object that a recording makes fail.
     enum Fault : std::uint8_t { NumberGetValue = 1, StringGetCStringPtr = 2, StringGetCString = 4 };
 
     explicit Object(ObjectKind kind) : kind_(kind) {}
@@ -35,7 +35,7 @@ public:
     void addFaults(unsigned faults) { faults_ = std::uint8_t(faults_ | faults); }
 
     void retain() const { references_.fetch_add(1, std::memory_order_relaxed); }
-    /// Gives one reference back; true when it was the last and the object has to go.
+    /// Gives up one reference; true when it was the last, and the caller destroys the object.
     bool release() const { return references_.fetch_sub(1, std::memory_order_acq_rel) == 1; }
 
 private:
@@ -44,7 +44,7 @@ private:
     std::uint8_t faults_ = 0;
 };
 
-/// Gives a reference back and destroys the object with the last one; null is ignored.
+/// Gives up a reference and destroys the object with the last one; null is ignored.
 void releaseReference(CFTypeRef object);
 
 inline const Object* objectOf(CFTypeRef object)
@@ -58,7 +58,7 @@ class ObjectRef
 {
 public:
     ObjectRef() = default;
-    /// Takes the reference over.
+    /// Takes over the reference.
     explicit ObjectRef(Ref object) : object_(object) {}
     ObjectRef(const ObjectRef& other) : object_(other.object_)
     {
@@ -73,7 +73,7 @@ public:
         return *this;
     }
     template <typename Other>
-    ObjectRef(ObjectRef<Other> other) : object_(other.take()) // NOLINT: a value is any kind of object
+    ObjectRef(ObjectRef<Other> other) : object_(other.take()) // NOLINT: any object can be a value
     {}
     ~ObjectRef() { releaseReference(object_); }
 
@@ -88,7 +88,7 @@ private:
 using ValueRef = ObjectRef<CFTypeRef>;
 
 ObjectRef<CFStringRef> makeString(std::string_view utf8);
-/// An integer of a stored type kCFNumberSInt8Type to kCFNumberSInt64Type; taken modulo the type's size.
+/// An integer, stored in a type from kCFNumberSInt8Type to kCFNumberSInt64Type; its higher bits are cut off.
 ObjectRef<CFNumberRef> makeInteger(CFNumberType type, std::int64_t value);
 ObjectRef<CFNumberRef> makeReal(double value);
 /// A reference to kCFBooleanTrue or kCFBooleanFalse.
@@ -96,7 +96,7 @@ ObjectRef<CFBooleanRef> makeBoolean(bool value);
 ObjectRef<CFDataRef> makeData(std::string_view bytes);
 ObjectRef<CFArrayRef> makeArray(std::vector<ValueRef> values);
 
-/// A dictionary under construction: set() replaces the value of a key that is already there.
+/// Builds a dictionary. set() replaces the value of a key that is already there.
 class DictionaryBuilder
 {
 public:
@@ -109,28 +109,20 @@ public:
     ObjectRef<CFDictionaryRef> finish();
 
 private:
-    std::size_t placeOf(CFStringRef key);
+    /// The index of a key's item; the number of items for a new key.
+    std::size_t indexOf(CFStringRef key);
 
     ObjectRef<CFMutableDictionaryRef> dictionary_;
-    std::unordered_map<std::string_view, std::size_t> index_; ///< of large dictionaries only
+    /// Key -> index of its item; only for large dictionaries.
+    std::unordered_map<std::string_view, std::size_t> indices_;
 };
 
-/// Enters a reference that is handed to a caller into the live counts. Returns its argument.
-template <typename Ref>
-Ref handOut(Ref object);
-/// A further reference to an object of the layer for a caller.
-template <typename Ref>
-Ref handOutShared(Ref object)
-{
-    if (object != nullptr) {
-        objectOf(object)->retain();
-    }
-    return handOut(object);
-}
+/// Changes the live count of the object's kind.
 void countReference(const Object* object, int change);
-/// Adds the references that callers hold.
+/// Adds the numbers of references that callers hold.
 void addLiveObjects(LiveCounts& counts);
 
+/// Counts a reference that a caller gets. Returns its argument.
 template <typename Ref>
 Ref handOut(Ref object)
 {
@@ -138,6 +130,16 @@ Ref handOut(Ref object)
         countReference(objectOf(object), 1);
     }
     return object;
+}
+
+/// Gives a caller a further reference to an object of the layer.
+template <typename Ref>
+Ref handOutShared(Ref object)
+{
+    if (object != nullptr) {
+        objectOf(object)->retain();
+    }
+    return handOut(object);
 }
 
 } // namespace norvex
@@ -195,7 +197,7 @@ struct __CFDictionary : norvex::Object
     };
 
     __CFDictionary() : Object(norvex::ObjectKind::Dictionary) {}
-    /// The value of a key, null when it is absent. Stays the dictionary's.
+    /// The value of a key, null when the key is missing. It stays the dictionary's.
     CFTypeRef value(CFStringRef key) const;
 
     std::vector<Item> items;

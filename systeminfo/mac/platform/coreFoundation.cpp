@@ -42,7 +42,7 @@ bool isUtf8(std::string_view text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-// FNV-1a: the dictionaries compare it before they compare texts.
+/// FNV-1a. Dictionaries compare hashes before they compare texts.
 std::uint32_t hashOf(std::string_view text)
 {
     std::uint32_t hash = 2166136261u;
@@ -61,7 +61,7 @@ template <typename Integer>
 bool storeInteger(const __CFNumber& number, void* target)
 {
     const bool isReal = number.type == kCFNumberFloat64Type;
-    const double limit = -2.0 * double(std::numeric_limits<Integer>::min() / 2);
+    const double limit = -double(std::numeric_limits<Integer>::min()); // a power of two, so it is exact
     if (isReal && !(number.real >= -limit && number.real < limit)) {
         return false;
     }
@@ -123,7 +123,7 @@ void releaseReference(CFTypeRef reference)
     switch (objectOf(reference)->kind()) {
     case ObjectKind::String: delete static_cast<CFStringRef>(reference); break;
     case ObjectKind::Number: delete static_cast<CFNumberRef>(reference); break;
-    case ObjectKind::Boolean: break; // the two live as long as the process
+    case ObjectKind::Boolean: break; // both live as long as the process
     case ObjectKind::Data: delete static_cast<CFDataRef>(reference); break;
     case ObjectKind::Dictionary: delete static_cast<CFDictionaryRef>(reference); break;
     case ObjectKind::Array: delete static_cast<CFArrayRef>(reference); break;
@@ -174,26 +174,25 @@ DictionaryBuilder::DictionaryBuilder() : dictionary_(new __CFDictionary) {}
 DictionaryBuilder& DictionaryBuilder::set(ObjectRef<CFStringRef> key, ValueRef value)
 {
     std::vector<__CFDictionary::Item>& items = dictionary_.get()->items;
-    const std::size_t place = placeOf(key.get());
-    if (place < items.size()) {
-        items[place].value = std::move(value);
+    const std::size_t index = indexOf(key.get());
+    if (index < items.size()) {
+        items[index].value = std::move(value);
     } else {
         items.push_back({std::move(key), std::move(value)});
     }
     return *this;
 }
 
-// The place of a key, or one past the end for a new one.
-std::size_t DictionaryBuilder::placeOf(CFStringRef key)
+std::size_t DictionaryBuilder::indexOf(CFStringRef key)
 {
-    constexpr std::size_t small = 64; // up to here comparing hashes beats an index
+    constexpr std::size_t small = 64; // below this size, comparing hashes is faster than looking up an index
     const std::vector<__CFDictionary::Item>& items = dictionary_.get()->items;
     if (items.size() >= small) {
-        for (std::size_t i = index_.size(); i < items.size(); ++i) {
-            index_.emplace(items[i].key.get()->utf8, i);
+        for (std::size_t i = indices_.size(); i < items.size(); ++i) {
+            indices_.emplace(items[i].key.get()->utf8, i);
         }
-        const auto known = index_.find(key->utf8);
-        return known == index_.end() ? items.size() : known->second;
+        const auto found = indices_.find(key->utf8);
+        return found == indices_.end() ? items.size() : found->second;
     }
     const auto isKey = [key](const __CFDictionary::Item& item) {
         return item.key.get()->hash == key->hash && item.key.get()->utf8 == key->utf8;
@@ -322,9 +321,9 @@ CFStringRef __CFStringMakeConstantString(const char* cStr)
     static std::mutex mutex;
     static std::map<std::string, std::unique_ptr<__CFString>, std::less<>> strings;
     const std::lock_guard<std::mutex> lock(mutex);
-    const auto known = strings.find(std::string_view(cStr));
-    if (known != strings.end()) {
-        return known->second.get();
+    const auto found = strings.find(std::string_view(cStr));
+    if (found != strings.end()) {
+        return found->second.get();
     }
     return strings.emplace(cStr, std::make_unique<__CFString>(cStr)).first->second.get();
 }

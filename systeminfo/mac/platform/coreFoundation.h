@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// CoreFoundation for hosts that lack it: the types, constants and calls that the library uses, declared as
-/// the framework's own headers declare them.
+/// CoreFoundation for hosts that lack it: the types, constants and functions that the library uses, declared as in
+/// the framework's own headers.
 
 #include <cstdint>
 
@@ -79,7 +79,7 @@ Boolean CFStringGetCString(CFStringRef theString, char* buffer, CFIndex bufferSi
                            CFStringEncoding encoding);
 CFComparisonResult CFStringCompare(CFStringRef theString1, CFStringRef theString2,
                                    CFStringCompareFlags compareOptions);
-/// What CFSTR calls; the string lives as long as the process and is not counted.
+/// The function behind CFSTR. The string lives as long as the process; the live counts leave it out.
 CFStringRef __CFStringMakeConstantString(const char* cStr);
 
 CFTypeID CFNumberGetTypeID(void);

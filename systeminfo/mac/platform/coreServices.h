@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// CoreServices for hosts that lack it: Gestalt and Launch Services, declared as the framework's own headers declare
-/// them.
+/// CoreServices for hosts that lack it: Gestalt and Launch Services, declared as in the framework's own headers.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 

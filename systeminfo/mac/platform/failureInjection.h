@@ -1,20 +1,22 @@
 #pragma once
 
 /// @file
-/// Failure injection: every call of the layer that can fail asks here first.
+/// Failure injection. A call of the layer that can fail on a Mac calls callFails() once and then fails when told to;
+/// some calls ask the machine before, or refuse bad arguments without it. Calls that count references, and those that
+/// make objects of numbers and data (CFNumberCreate, CFDataCreate), always succeed and do not take part.
 
 #include <cstdint>
 
 namespace norvex {
 
-/// Starts counting anew and makes one call fail.
-/// @param number which call from now on, counted from 1; 0 for none
+/// Starts to count calls again and makes one of them fail.
+/// @param number which of the following calls fails, counted from 1; 0 for none
 void failCall(std::int64_t number);
 
-/// How many calls that can fail were made since failCall().
+/// The number of calls since failCall().
 std::int64_t countedCalls();
 
-/// Counts a call; true when it is the one to fail.
+/// Counts a call; true when this is the call that fails.
 bool callFails();
 
 } // namespace norvex

@@ -15,23 +15,23 @@ EntryIterator::EntryIterator(RegistryPtr registry, std::string_view className)
     }
 }
 
-EntryIterator::EntryIterator(const EntryPlace& parent)
+EntryIterator::EntryIterator(const EntryReference& parent)
     : overChildren_(true), registry_(parent.registry), position_(parent.index + 1), end_(parent.entry().end)
 {}
 
-std::optional<EntryPlace> EntryIterator::next()
+std::optional<EntryReference> EntryIterator::next()
 {
     if (overChildren_) {
         if (position_ >= end_) {
             return std::nullopt;
         }
         const std::uint32_t found = std::exchange(position_, registry_->entry(position_).end);
-        return EntryPlace{registry_, found};
+        return EntryReference{registry_, found};
     }
     while (position_ < end_) {
         const std::uint32_t candidate = position_++;
         if (chains_[registry_->entry(candidate).classes]) {
-            return EntryPlace{registry_, candidate};
+            return EntryReference{registry_, candidate};
         }
     }
     return std::nullopt;
@@ -41,15 +41,15 @@ namespace {
 
 struct Handle
 {
-    std::variant<std::monostate, EntryPlace, EntryIterator> object;
+    std::variant<std::monostate, EntryReference, EntryIterator> object;
     std::uint32_t references = 0;
     std::uint8_t generation = 0;
 };
 
-// A handle is its place in the table plus one, with the place's generation above: a handle that was released
-// is known as such until its place was used 255 times more.
-constexpr unsigned placeBits = 24;
-constexpr std::uint32_t placeMask = (1u << placeBits) - 1;
+/// A handle is the index of its slot in the table plus one, with the slot's generation in the highest bits. So a
+/// handle that was released stays invalid until its slot has been reused 255 times.
+constexpr unsigned slotBits = 24;
+constexpr std::uint32_t slotMask = (1u << slotBits) - 1;
 
 class HandleTable
 {
@@ -65,21 +65,21 @@ public:
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         if (free_.empty()) {
-            if (handles_.size() == placeMask) {
+            if (handles_.size() == slotMask) {
                 return IO_OBJECT_NULL;
             }
             handles_.emplace_back();
-            free_.reserve(handles_.capacity()); // closing a handle must not have to allocate
+            free_.reserve(handles_.capacity()); // so that releasing a handle allocates nothing
             free_.push_back(std::uint32_t(handles_.size() - 1));
         }
-        const std::uint32_t place = free_.back();
+        const std::uint32_t slot = free_.back();
         free_.pop_back();
-        handles_[place].object = std::move(object);
-        handles_[place].references = 1;
-        return ((std::uint32_t(handles_[place].generation) << placeBits) | place) + 1;
+        handles_[slot].object = std::move(object);
+        handles_[slot].references = 1;
+        return ((std::uint32_t(handles_[slot].generation) << slotBits) | slot) + 1;
     }
 
-    /// Runs an action on a live handle under the lock; false when it is not alive.
+    /// Runs an action on a handle under the lock; false when the handle is not alive.
     template <typename Action>
     bool with(io_object_t handle, Action action)
     {
@@ -93,7 +93,8 @@ public:
 
     bool release(io_object_t handle)
     {
-        decltype(Handle::object) dying; // destroyed after the lock: it may be the last owner of its registry
+        decltype(Handle::object)
+            dying; // destroyed without the lock: it may be the last owner of its registry
         return with(handle, [&](Handle& found) {
             if (--found.references > 0) {
                 return;
@@ -108,7 +109,7 @@ public:
     {
         const std::lock_guard<std::mutex> lock(mutex_);
         for (const Handle& handle : handles_) {
-            counts.entries += std::holds_alternative<EntryPlace>(handle.object) ? handle.references : 0;
+            counts.entries += std::holds_alternative<EntryReference>(handle.object) ? handle.references : 0;
             counts.iterators += std::holds_alternative<EntryIterator>(handle.object) ? handle.references : 0;
         }
     }
@@ -116,12 +117,12 @@ public:
 private:
     Handle* find(io_object_t handle)
     {
-        const std::uint32_t place = (handle - 1) & placeMask;
-        if (handle == IO_OBJECT_NULL || place >= handles_.size()) {
+        const std::uint32_t slot = (handle - 1) & slotMask;
+        if (handle == IO_OBJECT_NULL || slot >= handles_.size()) {
             return nullptr;
         }
-        Handle& candidate = handles_[place];
-        const bool isAlive = candidate.references > 0 && candidate.generation == (handle - 1) >> placeBits;
+        Handle& candidate = handles_[slot];
+        const bool isAlive = candidate.references > 0 && candidate.generation == (handle - 1) >> slotBits;
         return isAlive ? &candidate : nullptr;
     }
 
@@ -132,9 +133,9 @@ private:
 
 } // namespace
 
-io_object_t openHandle(EntryPlace place)
+io_object_t openHandle(EntryReference entry)
 {
-    return HandleTable::instance().open(std::move(place));
+    return HandleTable::instance().open(std::move(entry));
 }
 
 io_object_t openHandle(EntryIterator iterator)
@@ -142,26 +143,26 @@ io_object_t openHandle(EntryIterator iterator)
     return HandleTable::instance().open(std::move(iterator));
 }
 
-std::optional<EntryPlace> placeOf(io_object_t handle)
+std::optional<EntryReference> entryOf(io_object_t handle)
 {
-    std::optional<EntryPlace> place;
+    std::optional<EntryReference> reference;
     HandleTable::instance().with(handle, [&](const Handle& found) {
-        if (const auto* entry = std::get_if<EntryPlace>(&found.object)) {
-            place = *entry;
+        if (const auto* entry = std::get_if<EntryReference>(&found.object)) {
+            reference = *entry;
         }
     });
-    return place;
+    return reference;
 }
 
-std::optional<EntryPlace> nextPlace(io_object_t iterator)
+std::optional<EntryReference> nextEntry(io_object_t iterator)
 {
-    std::optional<EntryPlace> place;
+    std::optional<EntryReference> reference;
     HandleTable::instance().with(iterator, [&](Handle& found) {
         if (auto* entries = std::get_if<EntryIterator>(&found.object)) {
-            place = entries->next();
+            reference = entries->next();
         }
     });
-    return place;
+    return reference;
 }
 
 bool retainHandle(io_object_t handle)

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The handles behind io_object_t: entries and iterators of a registry, counted by their callers.
+/// The handles behind io_object_t: references to entries and iterators of a registry, counted for the callers.
 
 #include "systeminfo/mac/platform/ioKit.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
@@ -12,8 +12,8 @@
 
 namespace norvex {
 
-/// Where an entry is. It keeps its registry alive.
-struct EntryPlace
+/// An entry of a registry. It keeps the registry alive.
+struct EntryReference
 {
     RegistryPtr registry;
     std::uint32_t index = 0;
@@ -21,16 +21,17 @@ struct EntryPlace
     const RegistryEntry& entry() const { return registry->entry(index); }
 };
 
-/// Walks over the entries of a class, or over the children of an entry.
+/// Visits the entries of a class, or the children of an entry.
 class EntryIterator
 {
 public:
-    /// Over all entries with the class in their chain; a null registry has none.
+    /// Visits all entries with the class in their chain; none for a null registry.
     EntryIterator(RegistryPtr registry, std::string_view className);
-    /// Over the children of an entry.
-    explicit EntryIterator(const EntryPlace& parent);
+    /// Visits the children of an entry.
+    explicit EntryIterator(const EntryReference& parent);
 
-    std::optional<EntryPlace> next();
+    /// The next entry, absent at the end.
+    std::optional<EntryReference> next();
 
 private:
     bool overChildren_;
@@ -40,19 +41,20 @@ private:
     std::uint32_t end_ = 0;
 };
 
-io_object_t openHandle(EntryPlace place);
+/// Opens a handle with one reference; 0 when the table of handles is full.
+io_object_t openHandle(EntryReference entry);
 io_object_t openHandle(EntryIterator iterator);
 
-/// The entry behind a handle; nothing for 0, an iterator or a handle that is not alive.
-std::optional<EntryPlace> placeOf(io_object_t handle);
-/// The next entry of an iterator; nothing at its end and for anything but an iterator.
-std::optional<EntryPlace> nextPlace(io_object_t iterator);
+/// The entry behind a handle; absent for 0, for an iterator and for a handle that is not alive.
+std::optional<EntryReference> entryOf(io_object_t handle);
+/// The next entry of an iterator; absent at its end and for anything but an iterator.
+std::optional<EntryReference> nextEntry(io_object_t iterator);
 
-/// Changes a handle's count of references. False when it is not alive.
+/// Change the count of a handle's references; false when the handle is not alive.
 bool retainHandle(io_object_t handle);
 bool releaseHandle(io_object_t handle);
 
-/// Adds the references to live handles.
+/// Adds the numbers of references to live handles.
 void addLiveHandles(LiveCounts& counts);
 
 } // namespace norvex

@@ -4,17 +4,21 @@
 #include "systeminfo/mac/platform/handles.h"
 #include "systeminfo/mac/platform/machine.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 using norvex::callFails;
 using norvex::currentMachine;
+using norvex::EntryFaults;
 using norvex::EntryIterator;
-using norvex::EntryPlace;
+using norvex::entryOf;
+using norvex::EntryReference;
 using norvex::handOut;
 using norvex::handOutShared;
-using norvex::placeOf;
 using norvex::RegistryEntry;
 using norvex::RegistryPtr;
 
@@ -25,7 +29,7 @@ constexpr auto generalError = kern_return_t(0xe00002bc); // kIOReturnError
 constexpr auto badArgument = kern_return_t(0xe00002c2);  // kIOReturnBadArgument
 constexpr auto noDevice = kern_return_t(0xe00002c0);     // kIOReturnNoDevice
 
-// Some non-zero port name: the layer has one registry and tells no ports apart.
+/// Any non-zero port name: the layer has one registry and ignores the port.
 constexpr mach_port_t mainPort = 0x103;
 
 struct Releaser
@@ -33,7 +37,7 @@ struct Releaser
     void operator()(CFDictionaryRef dictionary) const { CFRelease(dictionary); }
 };
 
-// Consumes a matching dictionary; the class that it asks for, empty for null.
+/// Consumes a matching dictionary. Returns the class that it matches, empty for null.
 std::string takeClassName(CFDictionaryRef matching)
 {
     const std::unique_ptr<const __CFDictionary, Releaser> consumed(matching);
@@ -41,17 +45,42 @@ std::string takeClassName(CFDictionaryRef matching)
     return value == nullptr ? std::string() : static_cast<CFStringRef>(value)->utf8;
 }
 
-// The same entry with everything below it: of a part of the registry the root lacks descendants.
-EntryPlace withDescendants(const EntryPlace& place)
+/// The same entry in a registry that holds all its descendants: the root of a partial registry lacks some.
+EntryReference withDescendants(const EntryReference& reference)
 {
-    const bool isPartialRoot = place.index == 0 && place.registry->isPart();
-    RegistryPtr whole = isPartialRoot ? currentMachine()->registry(QByteArray()) : place.registry;
-    return whole == nullptr || whole->size() == 0 ? place : EntryPlace{std::move(whole), place.index};
+    const bool isPartialRoot = reference.index == 0 && reference.registry->isPart();
+    RegistryPtr whole = isPartialRoot ? currentMachine()->registry(QByteArray()) : reference.registry;
+    return whole == nullptr || whole->size() == 0 ? reference
+                                                  : EntryReference{std::move(whole), reference.index};
 }
 
 CFTypeRef propertyOf(const RegistryEntry& entry, CFStringRef key)
 {
     return entry.properties ? entry.properties.get()->value(key) : nullptr;
+}
+
+io_object_t openNext(std::optional<EntryReference> reference)
+{
+    return reference ? norvex::openHandle(std::move(*reference)) : IO_OBJECT_NULL;
+}
+
+/// Runs a call on the entry behind a handle, unless it has to fail.
+/// @param fault the result that a recording can inject into the call, null when there is none
+template <typename Call>
+kern_return_t onEntry(io_registry_entry_t handle, std::int32_t EntryFaults::*fault, Call call)
+{
+    const auto reference = entryOf(handle);
+    if (!reference) {
+        return badArgument;
+    }
+    if (callFails()) {
+        return generalError;
+    }
+    const auto& faults = reference->entry().faults;
+    if (fault != nullptr && faults && faults.get()->*fault != success) {
+        return faults.get()->*fault;
+    }
+    return call(*reference);
 }
 
 } // namespace
@@ -81,17 +110,17 @@ kern_return_t IOObjectRelease(io_object_t object)
 
 boolean_t IOObjectConformsTo(io_object_t object, const io_name_t className)
 {
-    const auto place = placeOf(object);
-    return !callFails() && place && place->registry->conformsTo(place->index, className);
+    const auto reference = entryOf(object);
+    return !callFails() && reference && reference->registry->conformsTo(reference->index, className);
 }
 
 CFStringRef IOObjectCopyClass(io_object_t object)
 {
-    const auto place = placeOf(object);
-    if (callFails() || !place || (place->entry().faults && place->entry().faults->copyClass)) {
+    const auto reference = entryOf(object);
+    if (callFails() || !reference || (reference->entry().faults && reference->entry().faults->copyClass)) {
         return nullptr;
     }
-    const auto& chain = place->registry->classesOf(place->index);
+    const auto& chain = reference->registry->classesOf(reference->index);
     return chain.empty() ? nullptr : handOut(norvex::makeString(chain.front()).take());
 }
 
@@ -106,8 +135,7 @@ io_object_t IOIteratorNext(io_iterator_t iterator)
     if (callFails()) {
         return IO_OBJECT_NULL;
     }
-    auto place = norvex::nextPlace(iterator);
-    return place ? norvex::openHandle(std::move(*place)) : IO_OBJECT_NULL;
+    return openNext(norvex::nextEntry(iterator));
 }
 
 CFMutableDictionaryRef IOServiceMatching(const char* name)
@@ -127,8 +155,7 @@ io_service_t IOServiceGetMatchingService(mach_port_t, CFDictionaryRef matching)
     if (callFails() || className.empty()) {
         return IO_OBJECT_NULL;
     }
-    auto place = EntryIterator(currentMachine()->registry(className.c_str()), className).next();
-    return place ? norvex::openHandle(std::move(*place)) : IO_OBJECT_NULL;
+    return openNext(EntryIterator(currentMachine()->registry(className.c_str()), className).next());
 }
 
 kern_return_t IOServiceGetMatchingServices(mach_port_t, CFDictionaryRef matching, io_iterator_t* existing)
@@ -156,80 +183,59 @@ io_registry_entry_t IORegistryGetRootEntry(mach_port_t)
     if (registry == nullptr || registry->size() == 0) {
         return IO_OBJECT_NULL;
     }
-    return norvex::openHandle(EntryPlace{std::move(registry), 0});
+    return norvex::openHandle(EntryReference{std::move(registry), 0});
 }
 
 kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::uint64_t* entryID)
 {
-    const auto place = placeOf(entry);
-    if (!place) {
-        return badArgument;
-    }
-    if (callFails()) {
-        return generalError;
-    }
-    *entryID = std::uint64_t(place->index) + 1;
-    return success;
+    return onEntry(entry, nullptr, [entryID](const EntryReference& reference) {
+        *entryID = std::uint64_t(reference.index) + 1;
+        return success;
+    });
 }
 
 kern_return_t IORegistryEntryGetName(io_registry_entry_t entry, io_name_t name)
 {
-    const auto place = placeOf(entry);
-    if (!place) {
-        return badArgument;
-    }
-    if (callFails()) {
-        return generalError;
-    }
-    if (place->entry().faults && place->entry().faults->getName != success) {
-        return place->entry().faults->getName;
-    }
-    const std::string& text = place->entry().name;
-    const std::size_t length = std::min(text.size(), sizeof(io_name_t) - 1);
-    std::memcpy(name, text.data(), length);
-    name[length] = 0;
-    return success;
+    return onEntry(entry, &EntryFaults::getName, [name](const EntryReference& reference) {
+        const std::string& text = reference.entry().name;
+        const std::size_t length = std::min(text.size(), sizeof(io_name_t) - 1);
+        std::memcpy(name, text.data(), length);
+        name[length] = 0;
+        return success;
+    });
 }
 
 kern_return_t IORegistryEntryCreateCFProperties(io_registry_entry_t entry, CFMutableDictionaryRef* properties,
                                                 CFAllocatorRef, IOOptionBits)
 {
-    const auto place = placeOf(entry);
-    if (!place) {
-        return badArgument;
-    }
-    if (callFails()) {
-        return generalError;
-    }
-    if (place->entry().faults && place->entry().faults->createProperties != success) {
-        return place->entry().faults->createProperties;
-    }
-    const CFDictionaryRef stored = place->entry().properties.get();
-    const CFDictionaryRef answer =
-        stored != nullptr ? handOutShared(stored) : handOut(norvex::DictionaryBuilder().finish().take());
-    *properties = const_cast<CFMutableDictionaryRef>(answer);
-    return success;
+    return onEntry(entry, &EntryFaults::createProperties, [properties](const EntryReference& reference) {
+        const CFDictionaryRef stored = reference.entry().properties.get();
+        const CFDictionaryRef result =
+            stored != nullptr ? handOutShared(stored) : handOut(norvex::DictionaryBuilder().finish().take());
+        *properties = const_cast<CFMutableDictionaryRef>(result);
+        return success;
+    });
 }
 
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t entry, CFStringRef key, CFAllocatorRef,
                                           IOOptionBits)
 {
-    const auto place = placeOf(entry);
-    return callFails() || !place ? nullptr : handOutShared(propertyOf(place->entry(), key));
+    const auto reference = entryOf(entry);
+    return callFails() || !reference ? nullptr : handOutShared(propertyOf(reference->entry(), key));
 }
 
 CFTypeRef IORegistryEntrySearchCFProperty(io_registry_entry_t entry, const io_name_t, CFStringRef key,
                                           CFAllocatorRef, IOOptionBits options)
 {
-    const auto start = placeOf(entry);
+    const auto start = entryOf(entry);
     if (callFails() || !start) {
         return nullptr;
     }
     const bool isRecursive = (options & kIORegistryIterateRecursively) != 0;
-    const EntryPlace place = isRecursive ? withDescendants(*start) : *start;
-    const std::uint32_t end = isRecursive ? place.entry().end : place.index + 1;
-    for (std::uint32_t index = place.index; index < end; ++index) {
-        if (const CFTypeRef value = propertyOf(place.registry->entry(index), key)) {
+    const EntryReference top = isRecursive ? withDescendants(*start) : *start;
+    const std::uint32_t end = isRecursive ? top.entry().end : top.index + 1;
+    for (std::uint32_t index = top.index; index < end; ++index) {
+        if (const CFTypeRef value = propertyOf(top.registry->entry(index), key)) {
             return handOutShared(value);
         }
     }
@@ -239,35 +245,22 @@ CFTypeRef IORegistryEntrySearchCFProperty(io_registry_entry_t entry, const io_na
 kern_return_t IORegistryEntryGetParentEntry(io_registry_entry_t entry, const io_name_t,
                                             io_registry_entry_t* parent)
 {
-    const auto place = placeOf(entry);
-    if (!place) {
-        return badArgument;
-    }
-    if (callFails()) {
-        return generalError;
-    }
-    if (place->entry().faults && place->entry().faults->getParent != success) {
-        return place->entry().faults->getParent;
-    }
-    if (place->entry().parent == RegistryEntry::none) {
-        return noDevice;
-    }
-    *parent = norvex::openHandle(EntryPlace{place->registry, place->entry().parent});
-    return success;
+    return onEntry(entry, &EntryFaults::getParent, [parent](const EntryReference& reference) {
+        if (reference.entry().parent == RegistryEntry::none) {
+            return noDevice;
+        }
+        *parent = norvex::openHandle(EntryReference{reference.registry, reference.entry().parent});
+        return success;
+    });
 }
 
 kern_return_t IORegistryEntryGetChildIterator(io_registry_entry_t entry, const io_name_t,
                                               io_iterator_t* iterator)
 {
-    const auto place = placeOf(entry);
-    if (!place) {
-        return badArgument;
-    }
-    if (callFails()) {
-        return generalError;
-    }
-    *iterator = norvex::openHandle(EntryIterator(withDescendants(*place)));
-    return success;
+    return onEntry(entry, nullptr, [iterator](const EntryReference& reference) {
+        *iterator = norvex::openHandle(EntryIterator(withDescendants(reference)));
+        return success;
+    });
 }
 
 } // extern "C"

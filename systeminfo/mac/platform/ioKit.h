@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// IOKit's registry calls for hosts that lack them, declared as the framework's own headers declare them.
+/// IOKit's registry functions for hosts that lack them, declared as in the framework's own headers.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 

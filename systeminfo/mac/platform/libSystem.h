@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The calls of macOS's C library, libSystem, that other hosts' C libraries lack: sysctl, DNS Service Discovery, and
-/// what `statfs` and `pathconf` tell on a Mac.
+/// The functions of libSystem, macOS's C library, that other C libraries lack or have in another form: sysctl, DNS
+/// Service Discovery, `statfs` and `pathconf`.
 
 #include "systeminfo/mac/platform/norvexPlatform.h"
 
@@ -22,10 +22,10 @@ DNSServiceErrorType DNSServiceGetProperty(const char* property, void* result, st
 
 namespace norvex {
 
-/// The names that `pathconf` has on macOS and the host's C library lacks.
+/// The values that `pathconf` takes on macOS and the host's C library lacks.
 enum PathconfName : int { _PC_CASE_SENSITIVE = 11, _PC_CASE_PRESERVING = 12 };
 
-// Overloads on the layer's own types, beside the functions of the host's C library.
+/// Overloads for the layer's own types, beside the functions of the host's C library.
 int statfs(const char* path, MacStatfs* record);
 long pathconf(const char* path, PathconfName name);
 

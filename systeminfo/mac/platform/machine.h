@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The interface behind the stand-ins for macOS's calls.
+/// The interface behind the functions that stand in for macOS's.
 
 #include "systeminfo/mac/platform/live/propertyListFile.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
@@ -19,31 +19,33 @@
 
 namespace norvex {
 
-/// Failures that a recording injects into calls that are about no entry in particular.
+/// Failures that a recording injects into calls that concern no particular entry.
 struct MachineFaults
 {
-    std::int32_t masterPort = 0;                 ///< result of IOMasterPort
-    std::set<std::string, std::less<>> matching; ///< classes for which IOServiceMatching gives null
-    std::map<std::string, std::int32_t, std::less<>>
-        services; ///< class -> result of IOServiceGetMatchingServices
+    /// The result of IOMasterPort.
+    std::int32_t masterPort = 0;
+    /// The classes for which IOServiceMatching returns null.
+    std::set<std::string, std::less<>> matching;
+    /// Class -> the result of IOServiceGetMatchingServices.
+    std::map<std::string, std::int32_t, std::less<>> services;
 };
 
-/// What `pathconf` gives: its result, and `errno` when that is -1.
+/// The result of `pathconf`, and `errno` when the result is -1.
 struct PathconfAnswer
 {
     long result = -1;
     int error = 0;
 };
 
-/// The version of the DNS service discovery daemon, or the error of asking for it.
+/// The version of the DNS Service Discovery daemon, or the error of the query.
 struct DaemonAnswer
 {
     std::int32_t error = 0; ///< a DNSServiceErrorType
     std::uint32_t version = 0;
 };
 
-/// One machine's answers. It is asked at each call and keeps nothing for its callers; an absent answer fails
-/// the call. Paths and texts are UTF-8. Implementations are safe to ask from several threads.
+/// The answers of one machine. Each call of the layer asks it again; when the answer is absent, the call fails. Paths
+/// and texts are UTF-8. Implementations may be asked from several threads at once.
 class Machine
 {
 public:
@@ -52,19 +54,18 @@ public:
     Machine& operator=(const Machine&) = delete;
     virtual ~Machine();
 
-    /// The bytes that `sysctlbyname` copies: a text with its zero byte, or an integer in the host's byte
-    /// order.
+    /// The bytes that `sysctlbyname` copies, in the form of sysctlValue.h.
     virtual std::optional<QByteArray> sysctl(const QByteArray& name) const = 0;
     /// The value behind a `Gestalt` selector.
     virtual std::optional<std::int32_t> gestalt(std::uint32_t selector) const = 0;
 
-    /// The registry, as far as entries of the class need it: themselves, what is below them and above them.
+    /// A registry that contains the entries of a class, with all their ancestors and descendants.
     /// @param className empty for the whole registry
-    /// @return null when there is none at all. Its first entry is the root.
+    /// @return a registry whose first entry is the root; null when the machine has none
     virtual RegistryPtr registry(const QByteArray& className) const = 0;
-    /// A registry of which only the root is asked for; what is below it may be missing.
+    /// A registry whose root is complete, but may lack descendants.
     virtual RegistryPtr root() const { return registry(QByteArray()); }
-    /// The class above a class in the hierarchy of registry classes, empty when unknown.
+    /// The superclass of a registry class; empty when it is unknown.
     virtual QByteArray superclassOf(const QByteArray& className) const = 0;
     virtual const MachineFaults& faults() const;
 
@@ -82,10 +83,10 @@ public:
     virtual std::optional<QByteArray> urlHandler(const QByteArray& scheme) const = 0;
 };
 
-/// The machine that answers at this moment, never null.
+/// The machine that answers now, never null.
 std::shared_ptr<const Machine> currentMachine();
 
-/// Lets a machine answer from now on; null for this host.
+/// Makes a machine answer from now on; null stands for this host.
 void setCurrentMachine(std::shared_ptr<const Machine> machine);
 
 /// This host.

@@ -29,13 +29,13 @@ std::uint32_t Registry::internClasses(ClassChain chain)
     std::string joined;
     for (const std::string& name : chain) {
         joined += name;
-        joined += '\0'; // no name holds one
+        joined += '\0'; // no name contains one
     }
-    const auto [place, isNew] = chainIndex_.emplace(std::move(joined), std::uint32_t(chains_.size()));
+    const auto [found, isNew] = chainIndex_.emplace(std::move(joined), std::uint32_t(chains_.size()));
     if (isNew) {
         chains_.push_back(std::move(chain));
     }
-    return place->second;
+    return found->second;
 }
 
 bool Registry::conformsTo(std::uint32_t index, std::string_view className) const
@@ -57,9 +57,9 @@ std::vector<bool> Registry::chainsWith(std::string_view className) const
 const std::string* Registry::superclassOf(std::string_view className) const
 {
     for (const ClassChain& chain : chains_) {
-        const auto place = std::find(chain.begin(), chain.end(), className);
-        if (place != chain.end() && place + 1 != chain.end()) {
-            return &*(place + 1);
+        const auto found = std::find(chain.begin(), chain.end(), className);
+        if (found != chain.end() && found + 1 != chain.end()) {
+            return &*(found + 1);
         }
     }
     return nullptr;

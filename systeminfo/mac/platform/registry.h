@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// An I/O registry as data: what a Machine answers when its registry is asked.
+/// An I/O registry as data, as a Machine returns it.
 
 #include "systeminfo/mac/platform/cfObjects.h"
 
@@ -15,7 +15,7 @@
 
 namespace norvex {
 
-/// Failures that a recording injects into the calls on one entry. 0 and false: the call succeeds.
+/// Failures that a recording injects into the calls on one entry. With 0 and false the call succeeds.
 struct EntryFaults
 {
     std::int32_t createProperties = 0; ///< IORegistryEntryCreateCFProperties
@@ -24,8 +24,8 @@ struct EntryFaults
     bool copyClass = false;            ///< IOObjectCopyClass
 };
 
-/// An entry of the registry. Entries lie in one array, depth first, a parent before its children: the entries
-/// below entry i are those from i + 1 up to, not including, i's `end`.
+/// An entry of the registry. The entries form one array in depth-first order, a parent before its children: the
+/// descendants of entry i are the entries from i + 1 up to, but not including, its `end`.
 struct RegistryEntry
 {
     static constexpr std::uint32_t none = 0xffffffffu;
@@ -33,12 +33,12 @@ struct RegistryEntry
     std::string name;
     std::uint32_t classes = 0;             ///< index of a class chain of the registry
     std::uint32_t parent = none;           ///< index of the parent entry
-    std::uint32_t end = none;              ///< one past the last entry of the subtree
-    ObjectRef<CFDictionaryRef> properties; ///< null stands for none
-    std::unique_ptr<EntryFaults> faults;   ///< null: none
+    std::uint32_t end = none;              ///< one past the last descendant
+    ObjectRef<CFDictionaryRef> properties; ///< null when there are none
+    std::unique_ptr<EntryFaults> faults;   ///< null when there are none
 };
 
-/// A tree of entries; immutable once it is handed out.
+/// A tree of entries. It is immutable once it is shared.
 class Registry
 {
 public:
@@ -47,15 +47,15 @@ public:
 
     Registry();
 
-    /// Begins an entry below the one that was begun last and not yet ended.
+    /// Begins an entry. Its parent is the open entry: the last one begun and not yet ended.
     RegistryEntry& beginEntry();
-    /// Ends the entry that was begun last.
+    /// Ends the open entry.
     void endEntry();
 
     /// The index of a class chain; equal chains share one.
     std::uint32_t internClasses(ClassChain chain);
 
-    /// A part of a registry: what is missing in it hangs below the root as well.
+    /// Declares that this is a part of a registry, in which the root lacks some of its descendants.
     void markAsPart() { isPart_ = true; }
     bool isPart() const { return isPart_; }
 
@@ -66,9 +66,9 @@ public:
 
     const ClassChain& classesOf(std::uint32_t index) const { return chains_[entries_[index].classes]; }
     bool conformsTo(std::uint32_t index, std::string_view className) const;
-    /// For every chain, whether the class is in it.
+    /// For each class chain, whether it contains the class.
     std::vector<bool> chainsWith(std::string_view className) const;
-    /// The class above a class, null when the registry does not tell.
+    /// The superclass of a class; null when no chain contains one.
     const std::string* superclassOf(std::string_view className) const;
 
 private:
