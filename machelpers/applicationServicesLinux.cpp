@@ -14,7 +14,9 @@
 
 #include <array>
 #include <cerrno>
+#include <memory>
 
+#include <dirent.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <syslog.h>
@@ -24,7 +26,7 @@ namespace norvex {
 
 namespace {
 
-/// A process that has not ended; a thread's number is none.
+/// Whether a process has this number and has not ended. A thread's number is no process number.
 bool isRunningProcess(std::int32_t process)
 {
     const auto status = KernelFiles().contents("/proc/" + QByteArray::number(process) + "/status");
@@ -35,7 +37,12 @@ bool isRunningProcess(std::int32_t process)
     return !state.startsWith('Z') && !state.startsWith('X');
 }
 
-/// The desktop file of an application that is installed, empty when there is none of this name.
+struct CloseFolder
+{
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+/// The desktop file of an installed application, empty when none has this name.
 QByteArray desktopFilePath(const QByteArray& name)
 {
     const GObjectOwner<GDesktopAppInfo> application(g_desktop_app_info_new(name.constData()));
@@ -53,7 +60,7 @@ public:
     }
 
     PlatformObject createPool() override { return nullptr; }
-    void drainPool(PlatformObject) override {}
+    void drainPool(PlatformObject) noexcept override {}
 
     /// This user's processes of the executable file that this process runs.
     std::vector<RunningApplication> runningInstances() override
@@ -63,14 +70,17 @@ public:
         if (stat("/proc/self/exe", &self) != 0) {
             return instances;
         }
-        const QList<QByteArray> folders = KernelFiles().matching("/proc/[0-9]*");
-        for (const QByteArray& folder : folders) {
+        const std::unique_ptr<DIR, CloseFolder> processes(opendir("/proc"));
+        for (const dirent* entry = nullptr; processes && (entry = readdir(processes.get())) != nullptr;) {
+            const QByteArray name(entry->d_name);
+            const QByteArray folder = "/proc/" + name;
+            const std::uint32_t number = name.toUInt(); // 0 for what is no process
             struct stat owner = {};
             struct stat executable = {};
-            if (stat(folder.constData(), &owner) == 0 && owner.st_uid == geteuid() &&
+            if (number != 0 && stat(folder.constData(), &owner) == 0 && owner.st_uid == geteuid() &&
                 stat((folder + "/exe").constData(), &executable) == 0 && executable.st_dev == self.st_dev &&
                 executable.st_ino == self.st_ino) {
-                instances.push_back(RunningApplication(folder.mid(6).toUInt()));
+                instances.push_back(RunningApplication(number));
             }
         }
         return instances;
@@ -124,7 +134,7 @@ public:
         return true;
     }
 
-    /// Nobody is asked yet: pkexec does that when the tool is started.
+    /// Asks nobody yet: pkexec does that when the tool starts.
     std::int32_t createAuthorization(PlatformObject& authorization) override
     {
         authorization = this;
@@ -138,15 +148,15 @@ public:
         return startPrivilegedTool({launcher, toolPath, arguments, use});
     }
 
-    void freeAuthorization(PlatformObject) override {}
+    void freeAuthorization(PlatformObject) noexcept override {}
 
-    // Linux slows no application down by itself, so there is nothing to keep away.
+    // Linux slows no application down by itself, so there is nothing to prevent.
     bool canBeginActivity() override { return false; }
     bool canEndActivity() override { return false; }
     PlatformObject beginActivity(const char*) override { return nullptr; }
-    void endActivity(PlatformObject) override {}
-    void retain(PlatformObject) override {}
-    void release(PlatformObject) override {}
+    void endActivity(PlatformObject) noexcept override {}
+    void retain(PlatformObject) noexcept override {}
+    void release(PlatformObject) noexcept override {}
 
     double mainScreenScaleFactor() override
     {
@@ -157,7 +167,7 @@ public:
     void log(const char* message) override
     {
         syslog(LOG_USER | LOG_NOTICE, "%s", message);
-        // One call, so that lines of several threads do not mix. There is nowhere left to report its failure.
+        // One call, so that the lines of several threads do not mix. There is nowhere to report its failure.
         char lineEnd = '\n';
         const std::array<iovec, 2> parts = {{{const_cast<char*>(message), qstrlen(message)}, {&lineEnd, 1}}};
         const ssize_t written = writev(STDERR_FILENO, parts.data(), static_cast<int>(parts.size()));

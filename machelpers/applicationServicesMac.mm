@@ -71,7 +71,7 @@ public:
         return guarded(PlatformObject(), [] { return (PlatformObject)[[NSAutoreleasePool alloc] init]; });
     }
 
-    void drainPool(PlatformObject pool) override
+    void drainPool(PlatformObject pool) noexcept override
     {
         guarded([&] { [(NSAutoreleasePool*)pool release]; });
     }
@@ -178,7 +178,7 @@ public:
                                                   kAuthorizationFlagDefaults, arguments, nullptr);
     }
 
-    void freeAuthorization(PlatformObject authorization) override
+    void freeAuthorization(PlatformObject authorization) noexcept override
     {
         AuthorizationFree((AuthorizationRef)authorization, kAuthorizationFlagDestroyRights);
     }
@@ -208,17 +208,17 @@ public:
         });
     }
 
-    void endActivity(PlatformObject activity) override
+    void endActivity(PlatformObject activity) noexcept override
     {
         guarded([&] { [[NSProcessInfo processInfo] endActivity:(id)activity]; });
     }
 
-    void retain(PlatformObject object) override
+    void retain(PlatformObject object) noexcept override
     {
         guarded([&] { [(id)object retain]; });
     }
 
-    void release(PlatformObject object) override
+    void release(PlatformObject object) noexcept override
     {
         guarded([&] { [(id)object release]; });
     }

@@ -1,11 +1,13 @@
 #include "machelpers/norvexMacHelpers.h"
 
 #include "machelpers/applicationServices.h"
+#include "machelpers/propertyListValue.h"
 
 #include <cerrno>
 #include <climits>
 #include <csignal>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -23,7 +25,29 @@ using norvex::RunningApplication;
 using norvex::SystemVersionPart;
 using norvex::ToolUse;
 
-/// What a call obtains from the platform lives until the end of this.
+/// The result of a call, or @p failed when the call throws, as it does when memory runs out.
+template <typename Result, typename Call>
+Result guarded(Result failed, Call call)
+{
+    try {
+        return call();
+    } catch (const std::exception&) {
+        return failed;
+    }
+}
+
+/// A call without a result.
+template <typename Call>
+void guarded(Call call)
+{
+    try {
+        call();
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
+/// Keeps alive what a call obtains from the platform.
 class AutoreleasePool
 {
 public:
@@ -39,7 +63,7 @@ private:
     PlatformObject pool_;
 };
 
-/// An authorization, freed with its rights.
+/// Owns an authorization and its rights.
 class Authorization
 {
 public:
@@ -67,8 +91,8 @@ private:
     std::int32_t status_;
 };
 
-/// The default action for ended children, so that they stay to be waited for. By sigaction, because signal()
-/// would lose the flags and the mask of the handler that is put back.
+/// Sets the default action for ended children, so that they stay until someone waits for them. Uses sigaction,
+/// because signal() loses the flags and the mask of the handler that comes back.
 class DefaultChildSignal
 {
 public:
@@ -92,7 +116,7 @@ private:
     bool changed_ = false;
 };
 
-/// The interfaces used by the check functions came with 10.6. Each number has a bound of its own.
+/// The check functions use interfaces that came with 10.6. Each number has a bound of its own.
 bool isSystemRecentEnough(ApplicationServices& services)
 {
     const auto number = [&services](SystemVersionPart part) {
@@ -120,7 +144,7 @@ bool activateOtherInstance(ApplicationServices& services)
     return false;
 }
 
-/// Waits for any child. A signal that a handler has taken does not count as its end.
+/// Waits for any child, even when signal handlers interrupt the wait.
 bool childEndsWithSuccess()
 {
     int status = 0;
@@ -128,51 +152,52 @@ bool childEndsWithSuccess()
     do {
         child = wait(&status);
     } while (child == -1 && errno == EINTR);
-    // A normal exit with code 0; the bit between the two, which tells of a core dump, is not looked at.
+    // A normal exit with code 0. The bit between the two stands for a core dump and does not count.
     return child != -1 && (status & 0xff7f) == 0;
+}
+
+bool runAsAdministrator(const char* toolPath, char* const* arguments, bool waitForExit)
+{
+    Authorization authorization(applicationServices());
+    if (!authorization.isGranted()) {
+        return false;
+    }
+    if (!waitForExit) {
+        return authorization.start(toolPath, arguments, ToolUse::Detached);
+    }
+    const DefaultChildSignal defaultChildSignal;
+    return authorization.start(toolPath, arguments, ToolUse::Awaited) && childEndsWithSuccess();
+}
+
+void endOpenActivity(ApplicationServices& services)
+{
+    if (!activityTokenAvailable || !services.canEndActivity()) {
+        return;
+    }
+    services.endActivity(activityToken);
+    services.release(activityToken);
+    activityTokenAvailable = false;
+}
+
+void beginOnlyActivity(ApplicationServices& services, const char* reason)
+{
+    if (!services.canBeginActivity()) {
+        return;
+    }
+    endOpenActivity(services);
+    const PlatformObject activity = services.beginActivity(reason);
+    if (activity) {
+        services.retain(activity);
+        activityToken = static_cast<struct objc_object*>(activity);
+        activityTokenAvailable = true;
+    }
 }
 
 } // namespace
 
-bool checkIfApplicationIsAlreadyRunningThenActivate()
-{
-    ApplicationServices& services = applicationServices();
-    if (!isSystemRecentEnough(services) || !activateOtherInstance(services)) {
-        return false;
-    }
-    services.log("Activated other app =1");
-    return true;
-}
+namespace norvex {
 
-bool checkIfProcessWithIdIsRunning(unsigned int processId)
-{
-    ApplicationServices& services = applicationServices();
-    const bool canBeSomebodys = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
-    if (!isSystemRecentEnough(services) || !canBeSomebodys) {
-        return false;
-    }
-    const AutoreleasePool pool(services);
-    return services.isApplicationRunning(static_cast<std::int32_t>(processId));
-}
-
-bool checkVolumeCaseSensitiveForAppExecutableURL()
-{
-    ApplicationServices& services = applicationServices();
-    if (!isSystemRecentEnough(services)) {
-        return false;
-    }
-    const AutoreleasePool pool(services);
-    int value = 0;
-    return services.executableVolumeCaseSensitivity(value) && value == 1;
-}
-
-const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier)
-{
-    // No pool: the result lives in the caller's.
-    return bundleIdentifier ? applicationServices().applicationPath(bundleIdentifier) : nullptr;
-}
-
-int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
+int propertyListValue(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
 {
     ApplicationServices& services = applicationServices();
     const AutoreleasePool pool(services);
@@ -194,66 +219,101 @@ int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath, cha
     return fits ? 0 : -3;
 }
 
+} // namespace norvex
+
+bool checkIfApplicationIsAlreadyRunningThenActivate()
+{
+    ApplicationServices& services = applicationServices();
+    const bool isActivated =
+        guarded(false, [&] { return isSystemRecentEnough(services) && activateOtherInstance(services); });
+    if (isActivated) {
+        guarded([&] { services.log("Activated other app =1"); });
+    }
+    return isActivated;
+}
+
+bool checkIfProcessWithIdIsRunning(unsigned int processId)
+{
+    return guarded(false, [processId] {
+        ApplicationServices& services = applicationServices();
+        const bool canBeSomebodys = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
+        if (!isSystemRecentEnough(services) || !canBeSomebodys) {
+            return false;
+        }
+        const AutoreleasePool pool(services);
+        return services.isApplicationRunning(static_cast<std::int32_t>(processId));
+    });
+}
+
+bool checkVolumeCaseSensitiveForAppExecutableURL()
+{
+    return guarded(false, [] {
+        ApplicationServices& services = applicationServices();
+        if (!isSystemRecentEnough(services)) {
+            return false;
+        }
+        const AutoreleasePool pool(services);
+        int value = 0;
+        return services.executableVolumeCaseSensitivity(value) && value == 1;
+    });
+}
+
+const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier)
+{
+    // No pool: the result lives in the caller's.
+    return guarded(static_cast<const char*>(nullptr), [bundleIdentifier] {
+        return bundleIdentifier ? applicationServices().applicationPath(bundleIdentifier) : nullptr;
+    });
+}
+
+int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
+{
+    // Running out of memory does not mean that there is no file.
+    return guarded(-2, [&] { return norvex::propertyListValue(plistPath, keyPath, buffer, bufferSize); });
+}
+
 bool executeWithAuthorization(const char* toolPath, char* const* arguments, bool waitForExit)
 {
     static char* const noArguments[] = {nullptr};
-    if (!toolPath) {
-        return false;
-    }
-    Authorization authorization(applicationServices());
-    if (!authorization.isGranted()) {
-        return false;
-    }
-    if (!arguments) {
-        arguments = noArguments;
-    }
-    if (!waitForExit) {
-        return authorization.start(toolPath, arguments, ToolUse::Detached);
-    }
-    const DefaultChildSignal defaultChildSignal;
-    return authorization.start(toolPath, arguments, ToolUse::Awaited) && childEndsWithSuccess();
+    return toolPath && guarded(false, [&] {
+               return runAsAdministrator(toolPath, arguments ? arguments : noArguments, waitForExit);
+           });
 }
 
 void disableAppNap(const char* reason)
 {
-    ApplicationServices& services = applicationServices();
-    const AutoreleasePool pool(services);
-    if (!services.canBeginActivity()) {
-        return;
-    }
-    enableAppNap();
-    const PlatformObject activity = services.beginActivity(reason ? reason : "");
-    if (activity) {
-        services.retain(activity);
-        activityToken = static_cast<struct objc_object*>(activity);
-        activityTokenAvailable = true;
-    }
+    guarded([reason] {
+        ApplicationServices& services = applicationServices();
+        const AutoreleasePool pool(services);
+        beginOnlyActivity(services, reason ? reason : "");
+    });
 }
 
 void enableAppNap()
 {
-    ApplicationServices& services = applicationServices();
-    const AutoreleasePool pool(services);
-    if (!activityTokenAvailable || !services.canEndActivity()) {
-        return;
-    }
-    services.endActivity(activityToken);
-    services.release(activityToken);
-    activityTokenAvailable = false;
+    guarded([] {
+        ApplicationServices& services = applicationServices();
+        const AutoreleasePool pool(services);
+        endOpenActivity(services);
+    });
 }
 
 double macBackingScaleFactor()
 {
-    ApplicationServices& services = applicationServices();
-    const AutoreleasePool pool(services);
-    return services.mainScreenScaleFactor();
+    return guarded(0.0, [] {
+        ApplicationServices& services = applicationServices();
+        const AutoreleasePool pool(services);
+        return services.mainScreenScaleFactor();
+    });
 }
 
 void macLog(const char* message)
 {
-    ApplicationServices& services = applicationServices();
-    const AutoreleasePool pool(services);
-    if (message) {
-        services.log(message);
-    }
+    guarded([message] {
+        ApplicationServices& services = applicationServices();
+        const AutoreleasePool pool(services);
+        if (message) {
+            services.log(message);
+        }
+    });
 }

@@ -16,8 +16,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// Between a clone and its exec or _exit other threads' locks may be held forever: only async-signal-safe
-// calls there.
+// Between a clone and its exec or _exit, a lock of another thread may stay locked forever: a child calls only
+// async-signal-safe functions.
 
 namespace norvex {
 
@@ -25,15 +25,15 @@ namespace {
 
 constexpr int noSignal = 0;
 
-/// fork() with a choice of the signal that the child's end raises. A child without one is seen by no handler
-/// and by no wait of the program that has not been written for it.
+/// fork() with a choice of the signal that the child's end raises. Without a signal, neither the program's
+/// handlers nor its waits notice the child.
 pid_t cloneProcess(int signalAtEnd)
 {
     return static_cast<pid_t>(
         syscall(SYS_clone, static_cast<unsigned long>(signalAtEnd), nullptr, nullptr, nullptr, nullptr));
 }
 
-/// Waits for one child, of either kind; its status, or nothing when it cannot be waited for.
+/// Waits for one child, of either kind. False when it cannot.
 bool waitForChild(pid_t child, int& status, int options = 0)
 {
     pid_t ended = 0;
@@ -60,7 +60,7 @@ struct Pipe
     }
 };
 
-/// The error that the other end reports, 0 when all holders of that end have gone without a word.
+/// The error that the other end reports, 0 when all its holders close it without a report.
 int readError(int readEnd)
 {
     int error = 0;
@@ -73,13 +73,13 @@ int readError(int readEnd)
 
 [[noreturn]] void reportAndExit(int writeEnd, int error)
 {
-    // So small a write is done at once or, when nobody reads any more, does not matter.
+    // So small a write succeeds at once. When nobody reads any more, it does not matter.
     const ssize_t written = write(writeEnd, &error, sizeof error);
     static_cast<void>(written);
     _exit(127);
 }
 
-/// The caller's handlers are not for this process, nor for what it becomes.
+/// The caller's handlers concern neither this process nor what it becomes.
 void resetSignals()
 {
     struct sigaction action = {};
@@ -117,7 +117,7 @@ bool closeAllBut(int kept)
     return length == 0;
 }
 
-/// What a child process does first, with the end of the pipe on which it reports.
+/// The first steps of a child process. It reports on the pipe.
 void prepareChild(const Pipe& report)
 {
     resetSignals();
@@ -133,7 +133,7 @@ void prepareChild(const Pipe& report)
     reportAndExit(reportEnd, errno);
 }
 
-/// Whether a process is on its way out, or cannot be looked at.
+/// Whether a process is about to end, or does not let itself be examined.
 bool mayBeExiting(pid_t process)
 {
     constexpr unsigned long exitingFlag = 0x4; // PF_EXITING, set before a process closes its files
@@ -152,7 +152,7 @@ bool mayBeExiting(pid_t process)
     return !field || (std::strtoul(field + 1, nullptr, 10) & exitingFlag) != 0;
 }
 
-/// Whether a launcher that holds its end of a pipe no longer has ended with a refusal, rather than become the
+/// Whether a launcher that no longer holds its end of a pipe ended with a refusal, rather than became the
 /// tool.
 bool hasRefused(pid_t launcher)
 {
@@ -171,8 +171,8 @@ bool hasRefused(pid_t launcher)
     return false;
 }
 
-/// Runs in a process of its own: starts the launcher, and stays until it has become the tool or has ended.
-/// The launcher inherits one end of a pipe and closes it at either moment.
+/// Runs in a process of its own: starts the launcher, and stays until it becomes the tool or ends. The
+/// launcher inherits one end of a pipe and closes it at either moment.
 [[noreturn]] void superviseLauncher(char* const* command, int reportEnd)
 {
     Pipe held;

@@ -4,6 +4,7 @@
 /// The report's section on network interfaces.
 ///
 /// You may call all functions on any thread, on several at once, and without an application object.
+/// std::bad_alloc passes through; nothing else is thrown.
 
 #include "norvexExport.h"
 

@@ -9,6 +9,10 @@
 /// string that you own. No section function fails: a value that Qt leaves empty prints as nothing behind its label.
 /// Unless its description says otherwise, you may call a section function on any thread, on several at once, and
 /// without an application object.
+///
+/// The functions throw nothing of their own. std::bad_alloc, and whatever else Qt throws, passes through. On Linux
+/// qtHostInfo() and some Macintosh sections (see norvexSystemInfoMac.h) call libraries that end the process when memory
+/// runs out.
 
 #include "norvexExport.h"
 
@@ -161,7 +165,8 @@ NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 /// ask a print server on the network and wait for it. Call it on the GUI thread.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
-/// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo.
+/// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. On Linux
+/// the C library's resolver, which Qt asks for the domain, ends the process when memory runs out.
 NORVEX_SYSTEMINFO_EXPORT QString qtHostInfo();
 
 /// The environment of this process, a variable a line, in Qt's order. Source: QProcess::systemEnvironment(). Do not

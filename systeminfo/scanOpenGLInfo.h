@@ -35,8 +35,8 @@ struct COpenGLVersionInfo
 ///
 /// Call all functions on the application's GUI thread while the QApplication exists. Without a QApplication, on
 /// another thread, or when no OpenGL context can be made, they answer as a machine without OpenGL. None of them
-/// fails. They throw nothing of their own; std::bad_alloc passes through. A context that is current before a call is
-/// current again after it.
+/// fails. They throw nothing of their own; std::bad_alloc, and whatever else Qt throws, passes through. A context that
+/// is current before a call is current again after it.
 class NORVEX_SYSTEMINFO_EXPORT CScanOpenGLInfo : public QObject
 {
     Q_OBJECT

@@ -45,7 +45,7 @@ public:
         return called("gestalt", index) && index == failingVersion ? -5551 : 0;
     }
     PlatformObject createPool() override { return ++openPools, this; }
-    void drainPool(PlatformObject) override { --openPools; }
+    void drainPool(PlatformObject) noexcept override { --openPools; }
     std::vector<RunningApplication> runningInstances() override { return called("instances"), instances; }
     std::int32_t processIdentifier(RunningApplication application) override { return int(application); }
     std::int32_t currentProcessIdentifier() override { return called("current"), 7; }
@@ -85,7 +85,7 @@ public:
         }
         return *arguments ? -1 : startError;
     }
-    void freeAuthorization(PlatformObject) override { called("free"); }
+    void freeAuthorization(PlatformObject) noexcept override { called("free"); }
     bool canBeginActivity() override { return offersBegin; }
     bool canEndActivity() override { return offersEnd; }
     PlatformObject beginActivity(const char* reason) override
@@ -93,9 +93,9 @@ public:
         called(reason);
         return reinterpret_cast<PlatformObject>(nextActivity);
     }
-    void endActivity(PlatformObject activity) override { called("end", int(quintptr(activity))); }
-    void retain(PlatformObject object) override { called("retain", int(quintptr(object))); }
-    void release(PlatformObject object) override { called("release", int(quintptr(object))); }
+    void endActivity(PlatformObject activity) noexcept override { called("end", int(quintptr(activity))); }
+    void retain(PlatformObject object) noexcept override { called("retain", int(quintptr(object))); }
+    void release(PlatformObject object) noexcept override { called("release", int(quintptr(object))); }
     double mainScreenScaleFactor() override { return 2.0; }
     void log(const char* message) override { called(message); }
 

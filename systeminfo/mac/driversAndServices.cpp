@@ -1,6 +1,6 @@
 #include "systeminfo/mac/driversAndServices.h"
 
-#include "machelpers/norvexMacHelpers.h"
+#include "machelpers/propertyListValue.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/sectionText.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 struct DriverValue
 {
-    int code; // of getValueForKeyInPropertyList
+    int code; // of propertyListValue
     QString text;
 };
 
@@ -24,7 +24,7 @@ DriverValue driverValue(const char* key)
 {
     constexpr int bufferSize = 512;
     char buffer[bufferSize] = {};
-    const int code = getValueForKeyInPropertyList(ftdiDriverPropertyList, key, buffer, bufferSize);
+    const int code = propertyListValue(ftdiDriverPropertyList, key, buffer, bufferSize);
     const QString keyText = QString::fromLatin1(key);
     switch (code) {
     case 0: return {code, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};

@@ -6,7 +6,11 @@
 ///
 /// Every function asks the system at the moment of the call, keeps nothing and returns its text by value. No function
 /// fails: a section leaves out a line whose query fails, and always has its heading. Warnings go to Qt's log
-/// (`qWarning`). Lines end with sNewLine. std::bad_alloc passes through; nothing else is thrown.
+/// (`qWarning`). Lines end with sNewLine.
+///
+/// std::bad_alloc passes through; nothing else is thrown. On Linux three libraries end the process when memory runs
+/// out: GLib, behind defaultEmailApp(), libplist, behind checkFtdiDriver() when the property list is binary, and glob of
+/// the C library, behind cpuInfo() and memoryInfo().
 ///
 /// Threads: you may call all functions on any thread, on several at once. The records and iterators that they hand out
 /// are yours; use each on one thread at a time.
@@ -246,7 +250,8 @@ NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 NORVEX_SYSTEMINFO_EXPORT void checkBonjour(int& errorCode, QString& versionText);
 
 /// One line with the path of the application that opens "mailto:" links (`LSGetApplicationForURL`). Without one the line
-/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file.
+/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file,
+/// and GLib, which finds it, ends the process when memory runs out.
 NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 
 /// @}

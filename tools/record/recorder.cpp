@@ -3,7 +3,7 @@
 #include "tools/record/recordingWriter.h"
 #include "tools/record/registryRecorder.h"
 
-#include "machelpers/norvexMacHelpers.h"
+#include "machelpers/propertyListValue.h"
 #include "systeminfo/mac/driversAndServices.h"
 #include "systeminfo/mac/fileQueries.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
@@ -155,7 +155,7 @@ int driverValue(const char* key, QByteArray& value)
     int code = tooLong;
     for (int size = 1 << 10; code == tooLong && size <= largest; size *= 2) {
         QByteArray buffer(size, '\0');
-        code = getValueForKeyInPropertyList(ftdiDriverPropertyList, key, buffer.data(), size);
+        code = propertyListValue(ftdiDriverPropertyList, key, buffer.data(), size);
         value = buffer.constData();
     }
     return code;
