@@ -4,7 +4,7 @@
 /// What the application helpers need of the platform's application services. Each function is one small
 /// question or order; what follows from the answers is decided by the helpers, which are the same everywhere.
 ///
-/// No function throws: a service that fails, or that the platform lacks, answers "not found".
+/// No function throws but std::bad_alloc: a service that fails, or that the platform lacks, answers "not found".
 
 #include <cstdint>
 #include <string>

@@ -5,8 +5,8 @@
 /// @file
 /// Application helpers: free functions that a macOS application needs beside the report.
 ///
-/// All texts are UTF-8 C strings. Nothing is thrown; failures are reported by the results alone, and nothing
-/// is logged but the one line of a successful activation. Unless a function says otherwise, it may be called
+/// All texts are UTF-8 C strings. Nothing is thrown but std::bad_alloc; other failures are reported by the
+/// results alone, and nothing is logged but the one line of a successful activation. Unless a function says otherwise, it may be called
 /// on any thread.
 ///
 /// On Linux the same functions exist over what the system has in their place; where that differs, the
@@ -94,7 +94,7 @@ NORVEX_SYSTEMINFO_EXPORT const char* absolutePathForAppBundleWithIdentifier(cons
 /// @}
 
 /// Reads one string from a property-list file whose root is a dictionary (`NSDictionary`; on Linux XML and
-/// binary property lists, through libplist).
+/// binary property lists, the binary ones through libplist, which ends the process when it gets no memory).
 /// @param plistPath the file
 /// @param keyPath keys separated by dots, which descend into nested dictionaries ("a.b.c")
 /// @param buffer receives the zero-terminated value, as the table says
@@ -114,7 +114,7 @@ NORVEX_SYSTEMINFO_EXPORT const char* absolutePathForAppBundleWithIdentifier(cons
 /// own.
 ///
 /// On Linux files that are damaged, unreadable, not regular files, larger than 16 MiB or nested deeper than
-/// 512 levels give -2, in bounded time and memory.
+/// 512 levels give -2, in bounded time and memory. So do XML files that use entities or declare their own.
 NORVEX_SYSTEMINFO_EXPORT int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath,
                                                           char* buffer, int bufferSize);
 

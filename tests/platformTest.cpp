@@ -126,6 +126,7 @@ void PlatformTest::refusals_data()
     QTest::newRow("cut off in a character") << recording + "\n\xc3|";
     // Where a piece of the file ends that is read at once.
     QTest::newRow("no UTF-8 later") << recording + "<!--\n" + QByteArray(65530, ' ') + "\xe2\x82|-->";
+    QTest::newRow("no XML, then no UTF-8") << QByteArray("<plist>\n<dict <|</plist>\n\xff");
     QTest::newRow("other encoding") << "<?xml version='1.0' encoding='US-ASCII'?>\n" +
                                            QByteArray(recording).insert(14, "\xc3|");
     QTest::newRow("no root element") << "<!--" + QByteArray(65536, ' ') + "|-->" + recording;

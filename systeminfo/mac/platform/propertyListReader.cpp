@@ -76,7 +76,9 @@ public:
         } catch (const PlistError& error) {
             return {line_, QString::fromStdString(error.what())};
         }
-        if (!input_.failure().isEmpty()) {
+        const bool hasReachedEnd =
+            !reader_.hasError() || reader_.error() == QXmlStreamReader::PrematureEndOfDocumentError;
+        if (hasReachedEnd && !input_.failure().isEmpty()) {
             return {input_.failureLine(), input_.failure()};
         }
         if (reader_.hasError()) {
