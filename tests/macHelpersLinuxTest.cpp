@@ -338,7 +338,7 @@ private slots:
         QTest::newRow("later value is none")
             << "<plist>" + QByteArray(value).replace("</dict>", "<key>k</key><true/></dict>") + "</plist>";
         QByteArray attributes;
-        for (int index = 0; attributes.size() < 15 * 1024 * 1024; ++index) {
+        for (int index = 0; attributes.size() < 3 * 1024 * 1024; ++index) {
             attributes += " a" + QByteArray::number(index) + "=''";
         }
         QTest::newRow("attributes") << "<plist" + attributes + ">" + value + "</plist>";

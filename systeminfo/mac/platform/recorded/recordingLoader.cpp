@@ -296,16 +296,16 @@ void addValueFault(Draft& draft, const std::string&, const ValueRef& propertyKey
 struct Field
 {
     constexpr Field(Context where, const char* name, Kind valueKind, Store function)
-        : context(where), key(name), kind(valueKind), store(function)
+        : key(name), store(function), context(where), kind(valueKind)
     {}
     constexpr Field(Context where, const char* name, Kind containerKind, Context content)
-        : context(where), key(name), kind(containerKind), inside(content)
+        : key(name), context(where), kind(containerKind), inside(content)
     {}
 
-    Context context;
     const char* key;
+    Store store = nullptr; // of a value that holds no others
+    Context context;
     Kind kind;
-    Store store = nullptr;             // of a value that holds no others
     Context inside = Context::Ignored; // of a dictionary or an array
 };
 
@@ -396,6 +396,7 @@ std::vector<RecordedVolume> listed(std::vector<RecordedVolume> volumes)
     }
     std::sort(order.begin(), order.end());
     std::vector<RecordedVolume> result;
+    result.reserve(order.size());
     for (const auto& place : order) {
         result.push_back(std::move(volumes[place.second]));
     }
