@@ -118,19 +118,15 @@ public:
         return path.isEmpty() ? nullptr : path.constData();
     }
 
-    bool fileExists(const char* path) override
-    {
-        return currentMachine()->propertyListString(path, propertyListNoKeyPath).outcome !=
-               PropertyListAnswer::NoFile;
-    }
+    bool fileExists(const char* path) override { return currentMachine()->fileExists(path); }
 
     bool propertyListString(const char* path, const char* keyPath, std::string& text) override
     {
-        const PropertyListAnswer answer = currentMachine()->propertyListString(path, keyPath);
-        if (answer.outcome != PropertyListAnswer::Found) {
+        const std::optional<QByteArray> found = currentMachine()->propertyListString(path, keyPath);
+        if (!found) {
             return false;
         }
-        text = answer.text.constData(); // as a C string
+        text = found->constData(); // as a C string
         return true;
     }
 

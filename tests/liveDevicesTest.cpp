@@ -31,9 +31,10 @@ public:
     norvex::PathconfAnswer caseSensitive(const QByteArray&) const override { return {}; }
     norvex::PathconfAnswer casePreserving(const QByteArray&) const override { return {}; }
     bool deviceFileExists(const QByteArray& path) const override { return QFile::exists(path); }
-    norvex::PropertyListAnswer propertyListString(const QByteArray&, const QByteArray&) const override
+    bool fileExists(const QByteArray&) const override { return false; }
+    std::optional<QByteArray> propertyListString(const QByteArray&, const QByteArray&) const override
     {
-        return {};
+        return std::nullopt;
     }
     norvex::DaemonAnswer daemonVersion() const override { return {}; }
     std::optional<QByteArray> urlHandler(const QByteArray&) const override { return std::nullopt; }

@@ -282,6 +282,14 @@ private slots:
         QCOMPARE(lookUp(xml), QByteArray("a <& ]]> \u00fc"));
         QCOMPARE(lookUp(xml, "d.d.k"), QByteArray(""));
         QCOMPARE(lookUp(xml, ""), QByteArray("empty key"));
+        QCOMPARE(lookUp(" \n" + xml), QByteArray("a <& ]]> \u00fc"));
+        QCOMPARE(
+            lookUp(
+                "<dict><key>d</key><dict><key>k</key><string>first</string></dict><key>a</key><date>x</date>"
+                "<key>d</key><dict><key>x</key><integer>y</integer><key>k</key><string>last</string></dict>"
+                "<key>k</key><string>other</string></dict>",
+                "d.k"),
+            QByteArray("last"));
         for (const int depth : {500, 600}) {
             // "k" in a dictionary in a dictionary...
             const QByteArray keyPath = QByteArray("k.").repeated(depth - 1) + "k";
@@ -322,9 +330,20 @@ private slots:
         QTest::newRow("deep where an XML parser does not look")
             << "<!DOCTYPE plist [<!-- ]> " + nest + " -->]><plist><dict/></plist>";
         QTest::newRow("binary, cut off") << binaryList({pair, "\x51k", "\x51v"}).chopped(1);
-        QTest::newRow("too many keys") << "<plist><dict><key>k</key><string>v</string>" +
-                                              QByteArray("<key>x</key><true/>").repeated(15000) +
-                                              "</dict></plist>";
+        const QByteArray value = "<dict><key>k</key><string>v</string></dict>";
+        QTest::newRow("unknown entity") << "<!DOCTYPE plist SYSTEM 'plist.dtd'><plist>" +
+                                               QByteArray(value).replace("v", "1.&foo;2") + "</plist>";
+        QTest::newRow("empty declarations") << "<!DOCTYPE plist []><plist>" + value + "</plist>";
+        QTest::newRow("two values") << "<plist>" + value + value + "</plist>";
+        QTest::newRow("later value is none")
+            << "<plist>" + QByteArray(value).replace("</dict>", "<key>k</key><true/></dict>") + "</plist>";
+        QByteArray attributes;
+        for (int index = 0; attributes.size() < 3 * 1024 * 1024; ++index) {
+            attributes += " a" + QByteArray::number(index) + "=''";
+        }
+        QTest::newRow("attributes") << "<plist" + attributes + ">" + value + "</plist>";
+        QTest::newRow("declared attributes")
+            << "<!DOCTYPE plist [<!ATTLIST plist" + attributes.replace("=", " CDATA ") + ">]>" + value;
         QTest::newRow("too long") << xml + QByteArray(16 * 1024 * 1024, ' ');
         QTest::newRow("binary, contains itself") << binaryList({QByteArray("\xd1\0\1\0\0", 5), "\x51k"});
         QTest::newRow("binary, doubles") << binaryList(doubling);

@@ -3,6 +3,7 @@
 #include "systeminfo/mac/platform/ioKit.h"
 #include "systeminfo/mac/platform/libSystem.h"
 
+#include <QTextCodec>
 #include <QtTest>
 #include <climits>
 #include <cstring>
@@ -118,7 +119,17 @@ void PlatformTest::refusals_data()
     for (const QByteArray& name : documents.keys()) {
         QTest::newRow(name.constData()) << documents[name];
     }
+    const QByteArray recording = "<plist><dict>\n<key>recording</key><integer>1</integer></dict></plist>";
     QTest::newRow("no UTF-8") << QByteArray("<plist><dict>\n<key>\xff|</key><true/></dict></plist>");
+    QTest::newRow("surrogate") << QByteArray("<plist><dict>\n<key>\xed\xa0\x80|</key><true/></dict></plist>");
+    QTest::newRow("zero") << QByteArray("<plist><dict>\n<key>a", 19) + '\0' + "|</key><true/></dict></plist>";
+    QTest::newRow("cut off in a character") << recording + "\n\xc3|";
+    // Where a piece of the file ends that is read at once.
+    QTest::newRow("no UTF-8 later") << recording + "<!--\n" + QByteArray(65530, ' ') + "\xe2\x82|-->";
+    QTest::newRow("no XML, then no UTF-8") << QByteArray("<plist>\n<dict <|</plist>\n\xff");
+    QTest::newRow("other encoding") << "<?xml version='1.0' encoding='US-ASCII'?>\n" +
+                                           QByteArray(recording).insert(14, "\xc3|");
+    QTest::newRow("attributes") << "<plist>\n<dict" + QByteArray(" a=''").repeated(30000) + "|/></plist>";
 }
 
 // Refused in the line with the bar.
@@ -146,21 +157,33 @@ void PlatformTest::unreadableFiles()
     }
 }
 
-// With and without a byte-order mark, with line feeds alone and with carriage returns before them.
+// With and without a byte-order mark, in other encodings, with line feeds alone and with carriage returns before them.
 void PlatformTest::acceptedOddities()
 {
-    const auto documents = documentsIn("acceptedRecordings.txt");
+    auto documents = documentsIn("acceptedRecordings.txt");
     QCOMPARE(documents.size(), 8);
+    documents["much text that looks like attributes"] =
+        "<!--" + QByteArray(1 << 17, '\'') +
+        "--><plist a='>' b='\"'><dict><key>recording</key><integer>1</integer>"
+        "<key>sysctl</key><dict><key>hw.model</key><string>M</string><key>kern.version</key><string>" +
+        QByteArray(" a=''").repeated(30000) + "<![CDATA[" + QByteArray(" a=''").repeated(30000) +
+        "]]></string></dict></dict></plist>";
     for (const QByteArray& name : documents.keys()) {
-        for (const QByteArray& mark : {QByteArray(), QByteArray("\xef\xbb\xbf")}) {
+        for (const char* mark : {"", "\xef\xbb\xbf"}) {
             for (const char* lineEnd : {"\n", "\r\n"}) {
-                QByteArray document = mark + QByteArray(documents[name]).replace("\n", lineEnd);
-                QBuffer buffer(&document);
-                buffer.open(QIODevice::ReadOnly);
-                PlistFailure failure;
-                setMachine(readRecording(buffer, failure));
-                QVERIFY2(failure.reason.isEmpty(), qPrintable(name + ": " + failure.reason));
-                QCOMPARE(macModel(), QString("Model: M\n"));
+                const QByteArray text = mark + QByteArray(documents[name]).replace("\n", lineEnd);
+                for (const char* encoding : {"UTF-8", "UTF-16LE", "UTF-16BE"}) {
+                    const std::unique_ptr<QTextEncoder> encoder(
+                        QTextCodec::codecForName(encoding)->makeEncoder(QTextCodec::IgnoreHeader));
+                    QByteArray document =
+                        encoder->fromUnicode(QTextCodec::codecForName("UTF-8")->toUnicode("x" + text).mid(1));
+                    QBuffer buffer(&document);
+                    buffer.open(QIODevice::ReadOnly);
+                    PlistFailure failure;
+                    setMachine(readRecording(buffer, failure));
+                    QVERIFY2(failure.reason.isEmpty(), qPrintable(name + ": " + failure.reason));
+                    QCOMPARE(macModel(), QString("Model: M\n"));
+                }
             }
         }
     }
@@ -421,15 +444,16 @@ void PlatformTest::texts()
 void PlatformTest::propertyListKeyPaths()
 {
     const auto answer = [](const char* path, const char* keyPath) {
-        const PropertyListAnswer found = currentMachine()->propertyListString(path, keyPath);
-        return QByteArray::number(found.outcome) + found.text;
+        return currentMachine()->propertyListString(path, keyPath).value_or("none");
     };
-    QCOMPARE(answer("/p", "a"), "2A");
-    QCOMPARE(answer("/p", "b.c"), "2");
-    for (const char* keyPath : {"b", "b.d", "b.x", "a.b", "x", "", "b.", ".a"}) {
-        QCOMPARE(answer("/p", keyPath), "1");
+    QCOMPARE(answer("/p", "a"), "A");
+    QCOMPARE(answer("/p", "b.c"), "");
+    for (const char* keyPath : {"b", "b.d", "b.x", "a.b", "x", "", "b.", ".a", "@a"}) {
+        QCOMPARE(answer("/p", keyPath), "none");
     }
-    QCOMPARE(answer("/q", "a"), "0");
+    QCOMPARE(answer("/q", "a"), "none");
+    QVERIFY(currentMachine()->fileExists("/p"));
+    QVERIFY(!currentMachine()->fileExists("/q"));
 }
 
 void PlatformTest::osVersionNames()

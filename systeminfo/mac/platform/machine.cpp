@@ -13,6 +13,17 @@ const MachineFaults& Machine::faults() const
     return none;
 }
 
+QList<QByteArray> propertyListKeys(const QByteArray& keyPath)
+{
+    const QList<QByteArray> keys = keyPath.split('.');
+    for (const QByteArray& key : keys) {
+        if (key.startsWith('@')) {
+            return {};
+        }
+    }
+    return keys;
+}
+
 namespace {
 
 std::mutex machineMutex;

@@ -3,7 +3,6 @@
 /// @file
 /// The interface behind the functions that stand in for macOS's.
 
-#include "systeminfo/mac/platform/live/propertyListFile.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
 #include "systeminfo/mac/platform/registry.h"
 
@@ -76,12 +75,20 @@ public:
     virtual PathconfAnswer casePreserving(const QByteArray& path) const = 0;
 
     virtual bool deviceFileExists(const QByteArray& path) const = 0;
-    virtual PropertyListAnswer propertyListString(const QByteArray& path,
-                                                  const QByteArray& keyPath) const = 0;
+    /// Whether anything exists at the path of a property list.
+    virtual bool fileExists(const QByteArray& path) const = 0;
+    /// The string at a key path of a property-list file; absent when there is none, or no such file.
+    virtual std::optional<QByteArray> propertyListString(const QByteArray& path,
+                                                         const QByteArray& keyPath) const = 0;
     virtual DaemonAnswer daemonVersion() const = 0;
     /// The path of the application that opens URLs of a scheme.
     virtual std::optional<QByteArray> urlHandler(const QByteArray& scheme) const = 0;
 };
+
+/// The keys of a key path, outermost first: what stands between its dots. A key may be empty, so the empty key path
+/// is one empty key and a trailing dot ends with one, as in Foundation. An empty list means that the path names
+/// nothing in any dictionary: a key that begins with "@" is an operator there and never an entry.
+QList<QByteArray> propertyListKeys(const QByteArray& keyPath);
 
 /// The machine that answers now, never null.
 std::shared_ptr<const Machine> currentMachine();

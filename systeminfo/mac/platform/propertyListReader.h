@@ -1,9 +1,7 @@
 #pragma once
 
 /// @file
-/// An XML property list as a stream of typed elements, with the recording format's sized integers.
-
-#include "systeminfo/mac/platform/cfObjects.h"
+/// An XML property list as a stream of elements.
 
 #include <QIODevice>
 #include <QString>
@@ -20,7 +18,19 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// Receives the elements in document order. A handler refuses an element by throwing PlistError.
+/// The elements of property lists.
+enum class PlistElement { Plist, Dict, Array, Key, String, Integer, Real, Data, Date, True, False };
+
+/// A value that holds no others, as it stands in the document.
+struct PlistValue
+{
+    PlistElement element;
+    std::string text; ///< UTF-8, empty for True and False
+    int bits;         ///< the size of an Integer: 8, 16, 32, 64, or 0 where it has none
+};
+
+/// Receives the elements in document order. A handler refuses an element by throwing PlistError; other exceptions
+/// pass through the parser.
 class PlistHandler
 {
 public:
@@ -32,8 +42,13 @@ public:
     virtual void endArray() = 0;
     /// The key of the value that follows in the innermost dictionary.
     virtual void key(const std::string& text) = 0;
-    /// A string, number, boolean or data.
-    virtual void value(ValueRef object) = 0;
+    virtual void value(const PlistValue& value) = 0;
+};
+
+/// Which property lists are accepted.
+enum class PlistDialect {
+    Recording, ///< an <integer> may have an attribute "size", its bits; there are no dates
+    Foundation ///< dates too, and a document without the element <plist> around its value
 };
 
 /// Why a document was refused.
@@ -43,7 +58,9 @@ struct PlistFailure
     QString reason;              ///< empty: it was not refused
 };
 
-/// Parses a whole document.
-PlistFailure parsePlist(QIODevice& device, PlistHandler& handler);
+/// Parses a whole document, in UTF-8, UTF-16 or the encoding that it declares. A document type may name an external
+/// file, which is never read; one with declarations of its own is refused, and so are entities but for XML's five.
+/// The memory that it takes depends on the longest text and the depth alone. Passes on std::bad_alloc.
+PlistFailure parsePlist(QIODevice& device, PlistDialect dialect, PlistHandler& handler);
 
 } // namespace norvex

@@ -2,6 +2,7 @@
 #include "systeminfo/mac/platform/live/kernel.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
+#include "systeminfo/mac/platform/live/propertyListFile.h"
 #include "systeminfo/mac/platform/live/services.h"
 #include "systeminfo/mac/platform/live/sysctl.h"
 #include "systeminfo/mac/platform/live/volumes.h"
@@ -50,13 +51,15 @@ public:
         return letterCase ? PathconfAnswer{letterCase->isPreserving, 0} : PathconfAnswer{-1, ENOENT};
     }
 
-    bool deviceFileExists(const QByteArray& path) const override
+    bool deviceFileExists(const QByteArray& path) const override { return fileExists(path); }
+    bool fileExists(const QByteArray& path) const override
     {
         struct stat64 status = {};
         return ::stat64(path.constData(), &status) == 0;
     }
 
-    PropertyListAnswer propertyListString(const QByteArray& path, const QByteArray& keyPath) const override
+    std::optional<QByteArray> propertyListString(const QByteArray& path,
+                                                 const QByteArray& keyPath) const override
     {
         return propertyListFileString(path, keyPath);
     }

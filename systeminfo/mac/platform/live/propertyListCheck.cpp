@@ -1,156 +1,28 @@
 #include "systeminfo/mac/platform/live/propertyListCheck.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
-#include <memory>
-#include <string_view>
-#include <type_traits>
+#include <cstdint>
+#include <optional>
 #include <vector>
-
-#include <expat.h>
 
 namespace norvex {
 
 namespace {
 
-struct FreeParser
-{
-    void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
-};
-
-/// Writes the elements and texts of a property list anew. Comments, attributes, declarations, character
-/// sections and other encodings than UTF-8 end here, and with them all room for a second opinion about where
-/// an element begins.
-class XmlNormaliser
+/// The size of a property list in memory, as it unfolds. Each object costs something beside its text and bytes.
+class PropertyListBudget
 {
 public:
-    XmlNormaliser() : parser_(XML_ParserCreate(nullptr))
+    /// @return false when the list has become too large
+    bool spend(std::uint64_t bytes)
     {
-        XML_SetUserData(parser_.get(), this);
-        XML_SetElementHandler(parser_.get(), startElement, endElement);
-        XML_SetCharacterDataHandler(parser_.get(), characters);
-        XML_SetStartDoctypeDeclHandler(parser_.get(), startDoctype);
-    }
-
-    std::optional<std::string> run(const char* text, int length)
-    {
-        const bool complete = XML_Parse(parser_.get(), text, length, XML_TRUE) == XML_STATUS_OK;
-        return complete ? std::make_optional(std::move(output_)) : std::nullopt;
+        used_ += costOfObject + bytes;
+        return used_ <= limit;
     }
 
 private:
-    static bool isContainer(std::string_view name)
-    {
-        return name == "plist" || name == "dict" || name == "array";
-    }
-
-    static bool isLeaf(std::string_view name)
-    {
-        static constexpr std::array<std::string_view, 8> names = {"key",  "string", "integer", "real",
-                                                                  "true", "false",  "date",    "data"};
-        return std::find(names.begin(), names.end(), name) != names.end();
-    }
-
-    /// The end of an empty element may still be reported after this.
-    void stop()
-    {
-        stopped_ = true;
-        XML_StopParser(parser_.get(), XML_FALSE);
-    }
-
-    static void startElement(void* self, const char* name, const char**)
-    {
-        static_cast<XmlNormaliser*>(self)->start(name);
-    }
-    static void endElement(void* self, const char* name) { static_cast<XmlNormaliser*>(self)->end(name); }
-    static void characters(void* self, const char* text, int length)
-    {
-        static_cast<XmlNormaliser*>(self)->text(std::string_view(text, static_cast<std::size_t>(length)));
-    }
-    static void startDoctype(void* self, const char*, const char*, const char*, int hasInternalSubset)
-    {
-        if (hasInternalSubset) {
-            static_cast<XmlNormaliser*>(self)->stop();
-        }
-    }
-
-    void start(std::string_view name)
-    {
-        if (name == "key" && !open_.empty()) {
-            keyComparisons_ += open_.back().keys++;
-        }
-        if ((!open_.empty() && open_.back().isLeaf) || open_.size() > propertyListMaxDepth ||
-            keyComparisons_ > propertyListMaxKeyComparisons || !budget_.spend(0)) {
-            return stop();
-        }
-        const Element element = {isLeaf(name), 0};
-        if (!element.isLeaf && !isContainer(name)) {
-            return stop();
-        }
-        open_.push_back(element);
-        output_ += '<';
-        output_ += name;
-        output_ += '>';
-    }
-
-    void end(std::string_view name)
-    {
-        if (stopped_) {
-            return;
-        }
-        writeText();
-        open_.pop_back();
-        // An empty element too has its end tag: libplist stumbles over "<key/>".
-        output_ += "</";
-        output_ += name;
-        output_ += '>';
-    }
-
-    void text(std::string_view characters)
-    {
-        if (open_.back().isLeaf) {
-            text_ += characters;
-        } else if (characters.find_first_not_of(" \t\r\n") != std::string_view::npos) {
-            stop();
-        }
-    }
-
-    /// Special characters go into a character section, because libplist needs quadratic time for their
-    /// escapes.
-    void writeText()
-    {
-        if (text_.find_first_of("<>&") == std::string::npos) {
-            output_ += text_;
-        } else {
-            const std::string end = "]]>";
-            output_ += "<![CDATA[";
-            std::size_t written = 0;
-            for (std::size_t found = text_.find(end); found != std::string::npos;
-                 found = text_.find(end, found + end.size())) {
-                output_.append(text_, written, found + 2 - written);
-                output_ += "]]><![CDATA[";
-                written = found + 2;
-            }
-            output_.append(text_, written, std::string::npos);
-            output_ += end;
-        }
-        text_.clear();
-    }
-
-    struct Element
-    {
-        bool isLeaf;
-        std::uint64_t keys;
-    };
-
-    std::unique_ptr<std::remove_pointer_t<XML_Parser>, FreeParser> parser_;
-    std::string output_;
-    std::string text_; ///< of the leaf that is open
-    std::vector<Element> open_;
-    std::uint64_t keyComparisons_ = 0;
-    bool stopped_ = false;
-    PropertyListBudget budget_;
+    static constexpr std::uint64_t costOfObject = 128;
+    static constexpr std::uint64_t limit = std::uint64_t{64} * 1024 * 1024;
+    std::uint64_t used_ = 0;
 };
 
 /// Walks over the objects of a binary property list in the order in which they are read.
@@ -311,17 +183,6 @@ private:
 };
 
 } // namespace
-
-std::optional<std::string> normalisedXmlPropertyList(const QByteArray& contents)
-{
-    // Foundation tolerates white space before the XML declaration.
-    const QByteArray whiteSpace(" \t\r\n");
-    int start = 0;
-    while (start < contents.size() && whiteSpace.contains(contents.at(start))) {
-        ++start;
-    }
-    return XmlNormaliser().run(contents.constData() + start, contents.size() - start);
-}
 
 bool isAcceptableBinaryPropertyList(const QByteArray& contents)
 {

@@ -1,12 +1,16 @@
 #include "systeminfo/mac/platform/live/propertyListFile.h"
 
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
 #include "systeminfo/mac/platform/live/propertyListCheck.h"
+#include "systeminfo/mac/platform/machine.h"
+#include "systeminfo/mac/platform/propertyListReader.h"
 
+#include <QBuffer>
 #include <QString>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
-#include <optional>
 #include <type_traits>
 
 #include <fcntl.h>
@@ -18,54 +22,111 @@ namespace norvex {
 
 namespace {
 
+constexpr off_t maxFileSize = off_t{16} * 1024 * 1024;
+
+/// The whole of a regular file of acceptable size.
+std::optional<QByteArray> readRegularFile(const QByteArray& path)
+{
+    struct stat status = {};
+    // Opening can do things to a device, so anything but a regular file is left alone.
+    if (stat(path.constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    // The file may have become another one since it was looked at, hence non-blocking, and the second look.
+    const FileDescriptor file(open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > maxFileSize) {
+        return std::nullopt;
+    }
+    QByteArray contents(static_cast<int>(status.st_size), Qt::Uninitialized);
+    int length = 0;
+    ssize_t got = 0;
+    do {
+        got = read(file.get(), contents.data() + length, static_cast<std::size_t>(contents.size() - length));
+        length += got > 0 ? static_cast<int>(got) : 0;
+    } while (got > 0 || (got == -1 && errno == EINTR));
+    contents.truncate(length);
+    return got == 0 ? std::make_optional(contents) : std::nullopt;
+}
+
+/// Finds the string at a key path while the document passes.
+class StringFinder : public PlistHandler
+{
+public:
+    explicit StringFinder(const QList<QByteArray>& keys) : keys_(keys) {}
+
+    const std::optional<QByteArray>& found() const { return found_; }
+
+    void beginDictionary() override
+    {
+        const bool isNextOnPath = depth_ == onPath_ && (depth_ == 0 || isAtKey_) && depth_ < keys_.size();
+        open();
+        onPath_ += isNextOnPath ? 1 : 0;
+    }
+    void endDictionary() override { close(); }
+    void beginArray() override { open(); }
+    void endArray() override { close(); }
+
+    void key(const std::string& text) override
+    {
+        if (depth_ != onPath_) {
+            return;
+        }
+        isAtKey_ = keys_.at(depth_ - 1) == text.c_str();
+        if (isAtKey_) {
+            found_.reset(); // an earlier value of the same key
+        }
+    }
+
+    void value(const PlistValue& value) override
+    {
+        if (depth_ == onPath_ && isAtKey_ && depth_ == keys_.size() &&
+            value.element == PlistElement::String) {
+            found_ = QByteArray::fromStdString(value.text);
+        }
+    }
+
+private:
+    void open()
+    {
+        if (++depth_ > static_cast<int>(propertyListMaxDepth)) {
+            throw PlistError("values are nested too deep");
+        }
+        isAtKey_ = false;
+    }
+
+    void close()
+    {
+        onPath_ -= onPath_ == depth_ ? 1 : 0;
+        --depth_;
+        isAtKey_ = false;
+    }
+
+    const QList<QByteArray> keys_;
+    int depth_ = 0;  ///< dictionaries and arrays that are open
+    int onPath_ = 0; ///< how many of them, from the outermost, are dictionaries that the path goes through
+    bool isAtKey_ = false;
+    std::optional<QByteArray> found_;
+};
+
+std::optional<QByteArray> stringInXml(const QByteArray& contents, const QList<QByteArray>& keys)
+{
+    // Foundation tolerates white space before the XML declaration.
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
+    const auto start = std::find_if_not(contents.begin(), contents.end(), isBlank);
+    QByteArray document = contents.mid(static_cast<int>(start - contents.begin()));
+    QBuffer buffer(&document);
+    buffer.open(QIODevice::ReadOnly);
+    StringFinder finder(keys);
+    const PlistFailure failure = parsePlist(buffer, PlistDialect::Foundation, finder);
+    return failure.reason.isEmpty() ? finder.found() : std::nullopt;
+}
+
 struct FreePropertyList
 {
     void operator()(plist_t list) const { plist_free(list); }
 };
 using PropertyList = std::unique_ptr<std::remove_pointer_t<plist_t>, FreePropertyList>;
-
-PropertyListAnswer noString()
-{
-    return {PropertyListAnswer::NoString, {}};
-}
-
-/// The whole of a regular file of acceptable size.
-std::optional<QByteArray> readRegularFile(const QByteArray& path)
-{
-    // The file may have become another one since it was looked at, hence non-blocking, and the second look.
-    const int file = open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (file == -1) {
-        return std::nullopt;
-    }
-    struct stat status = {};
-    QByteArray contents;
-    ssize_t got = -1;
-    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size <= propertyListMaxFileSize) {
-        contents.resize(static_cast<int>(status.st_size));
-        int length = 0;
-        do {
-            got = read(file, contents.data() + length, static_cast<std::size_t>(contents.size() - length));
-            length += got > 0 ? static_cast<int>(got) : 0;
-        } while (got > 0 || (got == -1 && errno == EINTR));
-        contents.truncate(length);
-    }
-    close(file);
-    return got == 0 ? std::make_optional(contents) : std::nullopt;
-}
-
-/// Null for contents that are no property list, or not one that libplist may see.
-PropertyList parse(const QByteArray& contents)
-{
-    plist_t list = nullptr;
-    if (contents.startsWith("bplist00")) {
-        if (isAcceptableBinaryPropertyList(contents)) {
-            plist_from_bin(contents.constData(), static_cast<std::uint32_t>(contents.size()), &list);
-        }
-    } else if (const std::optional<std::string> xml = normalisedXmlPropertyList(contents)) {
-        plist_from_xml(xml->data(), static_cast<std::uint32_t>(xml->size()), &list);
-    }
-    return PropertyList(list);
-}
 
 /// Binary property lists may claim other bytes to be text.
 bool isUtf8(const QByteArray& text)
@@ -75,56 +136,47 @@ bool isUtf8(const QByteArray& text)
     return QString::fromUtf8(prefixed).toUtf8() == prefixed;
 }
 
-} // namespace
-
-const char* const propertyListNoKeyPath = "@";
-
-QList<QByteArray> propertyListKeys(const QByteArray& keyPath)
+std::optional<QByteArray> stringInBinary(const QByteArray& contents, const QList<QByteArray>& keys)
 {
-    const QList<QByteArray> keys = keyPath.split('.');
-    for (const QByteArray& key : keys) {
-        if (key.startsWith('@')) {
-            return {};
-        }
+    plist_t root = nullptr;
+    if (isAcceptableBinaryPropertyList(contents)) {
+        plist_from_bin(contents.constData(), static_cast<std::uint32_t>(contents.size()), &root);
     }
-    return keys;
-}
-
-PropertyListAnswer propertyListFileString(const QByteArray& path, const QByteArray& keyPath)
-{
-    struct stat status = {};
-    if (stat(path.constData(), &status) != 0) {
-        return {};
-    }
-    // Opening can do things to a device, so anything but a regular file is left alone.
-    if (!S_ISREG(status.st_mode) || propertyListKeys(keyPath).isEmpty()) {
-        return noString();
-    }
-    const std::optional<QByteArray> contents = readRegularFile(path);
-    return contents ? propertyListString(*contents, keyPath) : noString();
-}
-
-PropertyListAnswer propertyListString(const QByteArray& contents, const QByteArray& keyPath)
-{
-    const QList<QByteArray> keys = propertyListKeys(keyPath);
-    if (keys.isEmpty()) {
-        return noString();
-    }
-    const PropertyList list = parse(contents);
-    plist_t node = list.get();
+    const PropertyList list(root);
+    plist_t node = root;
     for (const QByteArray& key : keys) {
         if (!node || plist_get_node_type(node) != PLIST_DICT) {
-            return noString();
+            return std::nullopt;
         }
         node = plist_dict_get_item(node, key.constData());
     }
     if (!node || plist_get_node_type(node) != PLIST_STRING) {
-        return noString();
+        return std::nullopt;
     }
     // As a C string: a zero character ends it. plist_get_string_val would abort there.
     const char* value = plist_get_string_ptr(node, nullptr);
     const QByteArray text(value);
-    return value && isUtf8(text) ? PropertyListAnswer{PropertyListAnswer::Found, text} : noString();
+    return value && isUtf8(text) ? std::make_optional(text) : std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> propertyListFileString(const QByteArray& path, const QByteArray& keyPath)
+{
+    if (propertyListKeys(keyPath).isEmpty()) {
+        return std::nullopt;
+    }
+    const std::optional<QByteArray> contents = readRegularFile(path);
+    return contents ? propertyListString(*contents, keyPath) : std::nullopt;
+}
+
+std::optional<QByteArray> propertyListString(const QByteArray& contents, const QByteArray& keyPath)
+{
+    const QList<QByteArray> keys = propertyListKeys(keyPath);
+    if (keys.isEmpty()) {
+        return std::nullopt;
+    }
+    return contents.startsWith("bplist00") ? stringInBinary(contents, keys) : stringInXml(contents, keys);
 }
 
 } // namespace norvex

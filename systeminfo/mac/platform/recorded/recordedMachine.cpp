@@ -98,25 +98,30 @@ bool RecordedMachine::deviceFileExists(const QByteArray& path) const
     return recording_.files.count(path.toStdString()) > 0;
 }
 
-PropertyListAnswer RecordedMachine::propertyListString(const QByteArray& path,
-                                                       const QByteArray& keyPath) const
+bool RecordedMachine::fileExists(const QByteArray& path) const
+{
+    return recording_.propertyLists.count(path.toStdString()) > 0;
+}
+
+std::optional<QByteArray> RecordedMachine::propertyListString(const QByteArray& path,
+                                                              const QByteArray& keyPath) const
 {
     const auto file = recording_.propertyLists.find(path.toStdString());
-    if (file == recording_.propertyLists.end()) {
-        return {PropertyListAnswer::NoFile, {}};
-    }
     const QList<QByteArray> keys = propertyListKeys(keyPath);
-    CFTypeRef value = keys.isEmpty() ? nullptr : file->second.get();
+    if (file == recording_.propertyLists.end() || keys.isEmpty()) {
+        return std::nullopt;
+    }
+    CFTypeRef value = file->second.get();
     for (const QByteArray& key : keys) {
         if (value == nullptr || objectOf(value)->kind() != ObjectKind::Dictionary) {
-            return {PropertyListAnswer::NoString, {}};
+            return std::nullopt;
         }
         value = static_cast<CFDictionaryRef>(value)->value(makeString(key.toStdString()).get());
     }
     if (value == nullptr || objectOf(value)->kind() != ObjectKind::String) {
-        return {PropertyListAnswer::NoString, {}};
+        return std::nullopt;
     }
-    return {PropertyListAnswer::Found, QByteArray::fromStdString(static_cast<CFStringRef>(value)->utf8)};
+    return QByteArray::fromStdString(static_cast<CFStringRef>(value)->utf8);
 }
 
 DaemonAnswer RecordedMachine::daemonVersion() const

@@ -54,7 +54,9 @@ public:
     PathconfAnswer caseSensitive(const QByteArray& path) const override;
     PathconfAnswer casePreserving(const QByteArray& path) const override;
     bool deviceFileExists(const QByteArray& path) const override;
-    PropertyListAnswer propertyListString(const QByteArray& path, const QByteArray& keyPath) const override;
+    bool fileExists(const QByteArray& path) const override;
+    std::optional<QByteArray> propertyListString(const QByteArray& path,
+                                                 const QByteArray& keyPath) const override;
     DaemonAnswer daemonVersion() const override;
     std::optional<QByteArray> urlHandler(const QByteArray& scheme) const override;
 

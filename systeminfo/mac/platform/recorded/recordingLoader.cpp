@@ -1,10 +1,11 @@
 #include "systeminfo/mac/platform/propertyListReader.h"
 #include "systeminfo/mac/platform/recorded/recordedMachine.h"
-
-#include <sys/time.h>
+#include "systeminfo/mac/platform/recorded/recordedValues.h"
+#include "systeminfo/mac/platform/sysctlValue.h"
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 namespace norvex {
 
@@ -12,8 +13,8 @@ namespace {
 
 constexpr std::size_t deepestNesting = 512; // of entries, and of values inside a property
 
-// Where in a recording an element stands: what its container is.
-enum class Place {
+// The dictionary or array around an element.
+enum class Context {
     Document,
     Top,
     Sysctl,
@@ -22,7 +23,9 @@ enum class Place {
     Classes,
     Children,
     EntryFaults,
-    FaultKeys,
+    NumberFaults,
+    StringPointerFaults,
+    StringFaults,
     Volumes,
     Volume,
     Statfs,
@@ -68,129 +71,10 @@ Kind kindOf(const ValueRef& value)
     return number->type == kCFNumberFloat64Type ? Kind::Real : Kind::Integer;
 }
 
-// What may stand where. A null key stands for every key, and for the elements of an array.
-struct Rule
-{
-    Place place;
-    const char* key;
-    Kind kind;
-    Place inside; // the place that a dictionary or an array opens
-};
-
-constexpr Rule rules[] = {
-    {Place::Document, nullptr, Kind::Dictionary, Place::Top},
-    {Place::Top, "recording", Kind::Integer, Place::Ignored},
-    {Place::Top, "sysctl", Kind::Dictionary, Place::Sysctl},
-    {Place::Top, "gestalt", Kind::Dictionary, Place::Gestalt},
-    {Place::Top, "registry", Kind::Dictionary, Place::Entry},
-    {Place::Top, "volumes", Kind::Array, Place::Volumes},
-    {Place::Top, "files", Kind::Array, Place::Files},
-    {Place::Top, "propertyLists", Kind::Dictionary, Place::PropertyLists},
-    {Place::Top, "services", Kind::Dictionary, Place::Services},
-    {Place::Top, "faults", Kind::Dictionary, Place::Faults},
-    {Place::Sysctl, "kern.boottime", Kind::Integer, Place::Ignored},
-    {Place::Sysctl, nullptr, Kind::String, Place::Ignored},
-    {Place::Sysctl, nullptr, Kind::Integer, Place::Ignored},
-    {Place::Gestalt, nullptr, Kind::Integer, Place::Ignored},
-    {Place::Entry, "name", Kind::String, Place::Ignored},
-    {Place::Entry, "classes", Kind::Array, Place::Classes},
-    {Place::Entry, "properties", Kind::Dictionary, Place::Value},
-    {Place::Entry, "children", Kind::Array, Place::Children},
-    {Place::Entry, "faults", Kind::Dictionary, Place::EntryFaults},
-    {Place::Classes, nullptr, Kind::String, Place::Ignored},
-    {Place::Children, nullptr, Kind::Dictionary, Place::Entry},
-    {Place::EntryFaults, "IORegistryEntryCreateCFProperties", Kind::Integer, Place::Ignored},
-    {Place::EntryFaults, "IORegistryEntryGetName", Kind::Integer, Place::Ignored},
-    {Place::EntryFaults, "IORegistryEntryGetParentEntry", Kind::Integer, Place::Ignored},
-    {Place::EntryFaults, "IOObjectCopyClass", Kind::Boolean, Place::Ignored},
-    {Place::EntryFaults, "CFNumberGetValue", Kind::Array, Place::FaultKeys},
-    {Place::EntryFaults, "CFStringGetCStringPtr", Kind::Array, Place::FaultKeys},
-    {Place::EntryFaults, "CFStringGetCString", Kind::Array, Place::FaultKeys},
-    {Place::FaultKeys, nullptr, Kind::String, Place::Ignored},
-    {Place::Volumes, nullptr, Kind::Dictionary, Place::Volume},
-    {Place::Volume, "path", Kind::String, Place::Ignored},
-    {Place::Volume, "statfs", Kind::Dictionary, Place::Statfs},
-    {Place::Volume, "pathconf", Kind::Dictionary, Place::Pathconf},
-    {Place::Statfs, "f_bsize", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_blocks", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_bfree", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_bavail", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_files", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_ffree", Kind::Integer, Place::Ignored},
-    {Place::Statfs, "f_fstypename", Kind::String, Place::Ignored},
-    {Place::Statfs, "f_mntonname", Kind::String, Place::Ignored},
-    {Place::Statfs, "f_mntfromname", Kind::String, Place::Ignored},
-    {Place::Pathconf, "caseSensitive", Kind::Integer, Place::Ignored},
-    {Place::Pathconf, "casePreserving", Kind::Integer, Place::Ignored},
-    {Place::Pathconf, "errno", Kind::Integer, Place::Ignored},
-    {Place::Files, nullptr, Kind::String, Place::Ignored},
-    {Place::PropertyLists, nullptr, Kind::Dictionary, Place::Value},
-    {Place::Services, "DaemonVersion", Kind::Integer, Place::Ignored},
-    {Place::Services, "DaemonVersionError", Kind::Integer, Place::Ignored},
-    {Place::Services, "urlHandlers", Kind::Dictionary, Place::UrlHandlers},
-    {Place::UrlHandlers, nullptr, Kind::String, Place::Ignored},
-    {Place::Faults, "IOMasterPort", Kind::Integer, Place::Ignored},
-    {Place::Faults, "IOServiceMatching", Kind::Array, Place::MatchingFaults},
-    {Place::Faults, "IOServiceGetMatchingServices", Kind::Dictionary, Place::ServicesFaults},
-    {Place::MatchingFaults, nullptr, Kind::String, Place::Ignored},
-    {Place::ServicesFaults, nullptr, Kind::Integer, Place::Ignored},
-};
-
-static_assert(sizeof rules / sizeof *rules <= 64, "a frame has a bit for every rule");
-
-std::string textOf(const ValueRef& value)
-{
-    return static_cast<CFStringRef>(value.get())->utf8;
-}
-
-std::int64_t integerOf(const ValueRef& value)
-{
-    return static_cast<CFNumberRef>(value.get())->integer;
-}
-
-// A count of statfs is unsigned: a 32-bit integer with its top bit set stands for itself, not for a negative
-// one.
-std::uint64_t countOf(const ValueRef& value)
-{
-    return std::uint64_t(integerOf(value));
-}
-
-template <std::size_t size>
-void storeText(const ValueRef& value, char (&target)[size])
-{
-    const std::string& text = static_cast<CFStringRef>(value.get())->utf8;
-    const std::size_t length = std::min(text.size(), size - 1);
-    std::memcpy(target, text.data(), length);
-    target[length] = 0;
-}
-
-QByteArray sysctlBytes(const ValueRef& value)
-{
-    if (kindOf(value) == Kind::String) {
-        return QByteArray::fromStdString(textOf(value)).append('\0');
-    }
-    const std::int64_t number = integerOf(value);
-    const auto narrow = std::int32_t(number);
-    const CFNumberType type = static_cast<CFNumberRef>(value.get())->type;
-    if (type == kCFNumberSInt32Type) {
-        return QByteArray(reinterpret_cast<const char*>(&narrow), sizeof narrow);
-    }
-    if (type != kCFNumberSInt64Type) {
-        throw PlistError("a sysctl integer has 32 or 64 bits");
-    }
-    return QByteArray(reinterpret_cast<const char*>(&number), sizeof number);
-}
-
-QByteArray boottimeBytes(const ValueRef& seconds)
-{
-    timeval boottime = {};
-    boottime.tv_sec = integerOf(seconds);
-    return QByteArray(reinterpret_cast<const char*>(&boottime), sizeof boottime);
-}
-
 using ValueFaults = std::unordered_map<std::string, std::uint8_t>; // property key -> faults of its values
 
-// Marks the values of the keys at any depth. Booleans are shared by all recordings, and no fault is about them.
+// Marks the values of the keys at any depth. Only the recording that is being loaded refers to them yet, but for
+// booleans: those are shared by all recordings, and no fault is about them.
 void addFaults(CFTypeRef container, const ValueFaults& faults)
 {
     if (container == nullptr) {
@@ -213,6 +97,279 @@ void addFaults(CFTypeRef container, const ValueFaults& faults)
     }
 }
 
+// What was read so far.
+class Draft
+{
+public:
+    // What an entry collects until it ends.
+    struct OpenEntry
+    {
+        Registry::ClassChain classes;
+        std::optional<EntryFaults> faults;
+        ValueFaults valueFaults;
+    };
+
+    void beginEntry();
+    void endEntry();
+    OpenEntry& openEntry() { return openEntries_.back(); }
+
+    // What a member belongs to: the innermost of its kind.
+    Recording& owner(const Recording*) { return recording; }
+    MachineFaults& owner(const MachineFaults*) { return recording.faults; }
+    RecordedVolume& owner(const RecordedVolume*) { return recording.volumes.back(); }
+    MacStatfs& owner(const MacStatfs*) { return *recording.volumes.back().statfs; }
+    RegistryEntry& owner(const RegistryEntry*)
+    {
+        return recording.registry->entry(recording.registry->openEntry());
+    }
+    EntryFaults& owner(const EntryFaults*)
+    {
+        std::optional<EntryFaults>& faults = openEntry().faults;
+        return faults ? *faults : faults.emplace();
+    }
+
+    Recording recording;
+    bool hasVersion = false;
+
+private:
+    std::vector<OpenEntry> openEntries_;
+};
+
+void Draft::beginEntry()
+{
+    if (openEntries_.size() == deepestNesting) {
+        throw PlistError("entries are nested deeper than " + std::to_string(deepestNesting));
+    }
+    if (recording.registry == nullptr) {
+        recording.registry = std::make_shared<Registry>();
+    }
+    recording.registry->beginEntry();
+    openEntries_.emplace_back();
+}
+
+void Draft::endEntry()
+{
+    OpenEntry& open = openEntries_.back();
+    RegistryEntry& entry = owner(static_cast<RegistryEntry*>(nullptr));
+    entry.classes = recording.registry->internClasses(std::move(open.classes));
+    if (open.faults) {
+        entry.faults = std::make_unique<EntryFaults>(*open.faults);
+    }
+    if (!open.valueFaults.empty()) {
+        addFaults(entry.properties.get(), open.valueFaults);
+    }
+    openEntries_.pop_back();
+    recording.registry->endEntry();
+}
+
+const std::string& textOf(const ValueRef& value)
+{
+    return static_cast<CFStringRef>(value.get())->utf8;
+}
+
+std::int64_t integerOf(const ValueRef& value)
+{
+    return static_cast<CFNumberRef>(value.get())->integer;
+}
+
+void assign(std::string& target, const ValueRef& value)
+{
+    target = textOf(value);
+}
+
+void assign(QByteArray& target, const ValueRef& value)
+{
+    target = QByteArray::fromStdString(textOf(value));
+}
+
+// A text that is too long is cut.
+template <std::size_t size>
+void assign(char (&target)[size], const ValueRef& value)
+{
+    const std::string& text = textOf(value);
+    const std::size_t length = std::min(text.size(), size - 1);
+    std::memcpy(target, text.data(), length);
+    target[length] = 0;
+}
+
+void assign(bool& target, const ValueRef& value)
+{
+    target = static_cast<CFBooleanRef>(value.get())->value;
+}
+
+// An unsigned number takes an integer with its top bit set for itself, not for a negative one.
+template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
+void assign(Integer& target, const ValueRef& value)
+{
+    target = Integer(integerOf(value));
+}
+
+template <typename Member>
+void assign(std::optional<Member>& target, const ValueRef& value)
+{
+    assign(target.emplace(), value);
+}
+
+// Keeps a value under its key, in what is being read.
+using Store = void (*)(Draft& draft, const std::string& key, const ValueRef& value);
+
+template <typename Owner, typename Member>
+Owner* ownerOf(Member Owner::*)
+{
+    return nullptr;
+}
+
+template <auto member>
+auto& memberIn(Draft& draft)
+{
+    return draft.owner(ownerOf(member)).*member;
+}
+
+template <auto member>
+void set(Draft& draft, const std::string&, const ValueRef& value)
+{
+    assign(memberIn<member>(draft), value);
+}
+
+template <auto map>
+void setItem(Draft& draft, const std::string& key, const ValueRef& value)
+{
+    assign(memberIn<map>(draft)[key], value);
+}
+
+template <auto texts>
+void insertText(Draft& draft, const std::string&, const ValueRef& value)
+{
+    memberIn<texts>(draft).insert(textOf(value));
+}
+
+void setVersion(Draft& draft, const std::string&, const ValueRef& value)
+{
+    if (integerOf(value) != 1) {
+        throw PlistError("the recording has version " + std::to_string(integerOf(value)) + ", not 1");
+    }
+    draft.hasVersion = true;
+}
+
+void setSysctlText(Draft& draft, const std::string& name, const ValueRef& value)
+{
+    draft.recording.sysctl[name] = sysctlTextBytes(QByteArray::fromStdString(textOf(value)));
+}
+
+void setSysctlInteger(Draft& draft, const std::string& name, const ValueRef& value)
+{
+    const std::int64_t number = integerOf(value);
+    const CFNumberType type = static_cast<CFNumberRef>(value.get())->type;
+    if (type != kCFNumberSInt32Type && type != kCFNumberSInt64Type) {
+        throw PlistError("a sysctl integer has 32 or 64 bits");
+    }
+    draft.recording.sysctl[name] = type == kCFNumberSInt32Type ? sysctlIntegerBytes(std::int32_t(number))
+                                                               : sysctlIntegerBytes(number);
+}
+
+void setSysctlTime(Draft& draft, const std::string& name, const ValueRef& seconds)
+{
+    draft.recording.sysctl[name] = sysctlTimeBytes(integerOf(seconds));
+}
+
+void addClass(Draft& draft, const std::string&, const ValueRef& value)
+{
+    draft.openEntry().classes.push_back(textOf(value));
+}
+
+template <Object::Fault fault>
+void addValueFault(Draft& draft, const std::string&, const ValueRef& propertyKey)
+{
+    draft.openEntry().valueFaults[textOf(propertyKey)] |= fault;
+}
+
+// What may stand where, and what becomes of it. A null key stands for every key, and for the elements of an array.
+struct Field
+{
+    constexpr Field(Context where, const char* name, Kind valueKind, Store function)
+        : key(name), store(function), context(where), kind(valueKind)
+    {}
+    constexpr Field(Context where, const char* name, Kind containerKind, Context content)
+        : key(name), context(where), kind(containerKind), inside(content)
+    {}
+
+    const char* key;
+    Store store = nullptr; // of a value that holds no others
+    Context context;
+    Kind kind;
+    Context inside = Context::Ignored; // of a dictionary or an array
+};
+
+constexpr Field fields[] = {
+    {Context::Document, nullptr, Kind::Dictionary, Context::Top},
+
+    {Context::Top, "recording", Kind::Integer, setVersion},
+    {Context::Top, "sysctl", Kind::Dictionary, Context::Sysctl},
+    {Context::Top, "gestalt", Kind::Dictionary, Context::Gestalt},
+    {Context::Top, "registry", Kind::Dictionary, Context::Entry},
+    {Context::Top, "volumes", Kind::Array, Context::Volumes},
+    {Context::Top, "files", Kind::Array, Context::Files},
+    {Context::Top, "propertyLists", Kind::Dictionary, Context::PropertyLists},
+    {Context::Top, "services", Kind::Dictionary, Context::Services},
+    {Context::Top, "faults", Kind::Dictionary, Context::Faults},
+
+    {Context::Sysctl, "kern.boottime", Kind::Integer, setSysctlTime},
+    {Context::Sysctl, nullptr, Kind::String, setSysctlText},
+    {Context::Sysctl, nullptr, Kind::Integer, setSysctlInteger},
+    {Context::Gestalt, nullptr, Kind::Integer, setItem<&Recording::gestalt>},
+
+    {Context::Entry, "name", Kind::String, set<&RegistryEntry::name>},
+    {Context::Entry, "classes", Kind::Array, Context::Classes},
+    {Context::Entry, "properties", Kind::Dictionary, Context::Value},
+    {Context::Entry, "children", Kind::Array, Context::Children},
+    {Context::Entry, "faults", Kind::Dictionary, Context::EntryFaults},
+    {Context::Classes, nullptr, Kind::String, addClass},
+    {Context::Children, nullptr, Kind::Dictionary, Context::Entry},
+    {Context::EntryFaults, "IORegistryEntryCreateCFProperties", Kind::Integer,
+     set<&EntryFaults::createProperties>},
+    {Context::EntryFaults, "IORegistryEntryGetName", Kind::Integer, set<&EntryFaults::getName>},
+    {Context::EntryFaults, "IORegistryEntryGetParentEntry", Kind::Integer, set<&EntryFaults::getParent>},
+    {Context::EntryFaults, "IOObjectCopyClass", Kind::Boolean, set<&EntryFaults::copyClass>},
+    {Context::EntryFaults, "CFNumberGetValue", Kind::Array, Context::NumberFaults},
+    {Context::EntryFaults, "CFStringGetCStringPtr", Kind::Array, Context::StringPointerFaults},
+    {Context::EntryFaults, "CFStringGetCString", Kind::Array, Context::StringFaults},
+    {Context::NumberFaults, nullptr, Kind::String, addValueFault<Object::NumberGetValue>},
+    {Context::StringPointerFaults, nullptr, Kind::String, addValueFault<Object::StringGetCStringPtr>},
+    {Context::StringFaults, nullptr, Kind::String, addValueFault<Object::StringGetCString>},
+
+    {Context::Volumes, nullptr, Kind::Dictionary, Context::Volume},
+    {Context::Volume, "path", Kind::String, set<&RecordedVolume::path>},
+    {Context::Volume, "statfs", Kind::Dictionary, Context::Statfs},
+    {Context::Volume, "pathconf", Kind::Dictionary, Context::Pathconf},
+    {Context::Statfs, "f_bsize", Kind::Integer, set<&MacStatfs::f_bsize>},
+    {Context::Statfs, "f_blocks", Kind::Integer, set<&MacStatfs::f_blocks>},
+    {Context::Statfs, "f_bfree", Kind::Integer, set<&MacStatfs::f_bfree>},
+    {Context::Statfs, "f_bavail", Kind::Integer, set<&MacStatfs::f_bavail>},
+    {Context::Statfs, "f_files", Kind::Integer, set<&MacStatfs::f_files>},
+    {Context::Statfs, "f_ffree", Kind::Integer, set<&MacStatfs::f_ffree>},
+    {Context::Statfs, "f_fstypename", Kind::String, set<&MacStatfs::f_fstypename>},
+    {Context::Statfs, "f_mntonname", Kind::String, set<&MacStatfs::f_mntonname>},
+    {Context::Statfs, "f_mntfromname", Kind::String, set<&MacStatfs::f_mntfromname>},
+    {Context::Pathconf, "caseSensitive", Kind::Integer, set<&RecordedVolume::caseSensitive>},
+    {Context::Pathconf, "casePreserving", Kind::Integer, set<&RecordedVolume::casePreserving>},
+    {Context::Pathconf, "errno", Kind::Integer, set<&RecordedVolume::error>},
+
+    {Context::Files, nullptr, Kind::String, insertText<&Recording::files>},
+    {Context::PropertyLists, nullptr, Kind::Dictionary, Context::Value},
+    {Context::Services, "DaemonVersion", Kind::Integer, set<&Recording::daemonVersion>},
+    {Context::Services, "DaemonVersionError", Kind::Integer, set<&Recording::daemonError>},
+    {Context::Services, "urlHandlers", Kind::Dictionary, Context::UrlHandlers},
+    {Context::UrlHandlers, nullptr, Kind::String, setItem<&Recording::urlHandlers>},
+
+    {Context::Faults, "IOMasterPort", Kind::Integer, set<&MachineFaults::masterPort>},
+    {Context::Faults, "IOServiceMatching", Kind::Array, Context::MatchingFaults},
+    {Context::Faults, "IOServiceGetMatchingServices", Kind::Dictionary, Context::ServicesFaults},
+    {Context::MatchingFaults, nullptr, Kind::String, insertText<&MachineFaults::matching>},
+    {Context::ServicesFaults, nullptr, Kind::Integer, setItem<&MachineFaults::services>},
+};
+
+static_assert(sizeof fields / sizeof *fields <= 64, "a level has a bit for every field");
+
 QString volumeName(const RecordedVolume& volume)
 {
     return QString::fromUtf8(volume.path.mid(volume.path.lastIndexOf('/') + 1));
@@ -230,6 +387,7 @@ std::vector<RecordedVolume> listed(std::vector<RecordedVolume> volumes)
     }
     std::sort(order.begin(), order.end());
     std::vector<RecordedVolume> result;
+    result.reserve(order.size());
     for (const auto& place : order) {
         result.push_back(std::move(volumes[place.second]));
     }
@@ -241,8 +399,8 @@ class RecordingLoader : public PlistHandler
 public:
     Recording take()
     {
-        recording_.volumes = listed(std::move(recording_.volumes));
-        return std::move(recording_);
+        draft_.recording.volumes = listed(std::move(draft_.recording.volumes));
+        return std::move(draft_.recording);
     }
 
     void beginDictionary() override { begin(Kind::Dictionary); }
@@ -252,31 +410,30 @@ public:
 
     void key(const std::string& text) override
     {
-        if (stack_.back().place == Place::Value) {
+        if (levels_.back().context == Context::Value) {
             valueKeys_.push_back(internKey(text));
         } else {
-            stack_.back().key = text;
+            levels_.back().key = text;
         }
     }
 
-    void value(ValueRef object) override
+    void value(const PlistValue& element) override
     {
-        const Frame& frame = current();
-        if (frame.place == Place::Value) {
-            addToContainer(std::move(object));
-            return;
-        }
-        if (ruleFor(kindOf(object)) != nullptr) {
-            store(frame.place, frame.key, object);
+        ValueRef value = recordedValue(element);
+        const Level& level = levels_.back();
+        if (level.context == Context::Value) {
+            addToContainer(std::move(value));
+        } else if (const Field* const field = fieldFor(kindOf(value))) {
+            field->store(draft_, level.key, value);
         }
     }
 
 private:
-    struct Frame
+    struct Level
     {
-        Place place;
-        std::string key;             // of the value that is read next
-        std::uint64_t rulesUsed = 0; // bits of the rules for a certain key that applied already
+        Context context;
+        std::string key;              // of the value that is read next
+        std::uint64_t fieldsUsed = 0; // bits of the fields with a key that were there already
     };
 
     // A dictionary or array of a property under construction.
@@ -287,121 +444,75 @@ private:
         std::vector<ValueRef> values;
     };
 
-    // What an entry collects until it ends.
-    struct OpenEntry
+    // The field for a value of a kind; null when the key is unknown. A known key with another kind of value is
+    // refused.
+    const Field* fieldFor(Kind kind)
     {
-        Registry::ClassChain classes;
-        EntryFaults faults;
-        bool hasFaults = false;
-        ValueFaults valueFaults;
-    };
-
-    Frame& current()
-    {
-        if (stack_.empty()) {
-            stack_.push_back({Place::Document, {}});
-        }
-        return stack_.back();
-    }
-
-    // The rule for a value of a kind at this place; null when the key is unknown. A known key with another
-    // kind of value is refused.
-    const Rule* ruleFor(Kind kind)
-    {
-        Frame& frame = current();
-        const Rule* known = nullptr;
-        for (const Rule& rule : rules) {
-            if (rule.place != frame.place || (rule.key != nullptr && frame.key != rule.key)) {
+        Level& level = levels_.back();
+        const Field* known = nullptr;
+        for (const Field& field : fields) {
+            if (field.context != level.context || (field.key != nullptr && level.key != field.key)) {
                 continue;
             }
             if (known != nullptr && known->key != nullptr) {
-                break; // the rule for just this key goes before the one for every key
+                break; // the field with just this key goes before the one for every key
             }
-            known = &rule;
-            if (rule.kind == kind) {
-                refuseSecond(frame, rule);
-                return &rule;
+            known = &field;
+            if (field.kind == kind) {
+                refuseSecond(level, field);
+                return &field;
             }
         }
         if (known == nullptr) {
             return nullptr;
         }
-        const std::string what = frame.place == Place::Document ? "the root of a recording"
-                                 : frame.key.empty()            ? "an element of this array"
-                                                                : "\"" + frame.key + "\"";
+        const std::string what = level.context == Context::Document ? "the root of a recording"
+                                 : level.key.empty()                ? "an element of this array"
+                                                                    : "\"" + level.key + "\"";
         throw PlistError(what + " is " + nameOf(known->kind) + ", not " + nameOf(kind));
     }
 
-    static void refuseSecond(Frame& frame, const Rule& rule)
+    static void refuseSecond(Level& level, const Field& field)
     {
-        const std::uint64_t bit = std::uint64_t(1) << (&rule - rules);
-        if (rule.key != nullptr && (frame.rulesUsed & bit) != 0) {
-            throw PlistError("\"" + frame.key + "\" stands here twice");
+        const std::uint64_t bit = std::uint64_t(1) << (&field - fields);
+        if (field.key != nullptr && (level.fieldsUsed & bit) != 0) {
+            throw PlistError("\"" + level.key + "\" stands here twice");
         }
-        frame.rulesUsed |= bit;
+        level.fieldsUsed |= bit;
     }
 
     void begin(Kind kind)
     {
-        const Place outer = current().place;
-        Place inner = outer;
-        if (outer != Place::Value && outer != Place::Ignored) {
-            const Rule* const rule = ruleFor(kind);
-            inner = rule == nullptr ? Place::Ignored : rule->inside;
+        Context inside = levels_.back().context;
+        if (inside != Context::Value && inside != Context::Ignored) {
+            const Field* const field = fieldFor(kind);
+            inside = field == nullptr ? Context::Ignored : field->inside;
         }
-        if (inner == Place::Value) {
+        if (inside == Context::Value) {
             beginContainer(kind);
-        } else if (inner == Place::Entry) {
-            beginEntry();
-        } else if (inner == Place::Volume) {
-            recording_.volumes.emplace_back();
-        } else if (inner == Place::Statfs) {
-            recording_.volumes.back().statfs = std::make_unique<MacStatfs>();
+        } else if (inside == Context::Entry) {
+            draft_.beginEntry();
+        } else if (inside == Context::Volume) {
+            draft_.recording.volumes.emplace_back();
+        } else if (inside == Context::Statfs) {
+            draft_.recording.volumes.back().statfs = std::make_unique<MacStatfs>();
         }
-        stack_.push_back({inner, {}});
+        levels_.push_back({inside, {}});
     }
 
     void end()
     {
-        const Place ended = stack_.back().place;
-        stack_.pop_back();
-        if (ended == Place::Value) {
+        const Context ended = levels_.back().context;
+        levels_.pop_back();
+        if (ended == Context::Value) {
             endContainer();
-        } else if (ended == Place::Entry) {
-            endEntry();
-        } else if (ended == Place::Volume && recording_.volumes.back().path.isEmpty()) {
+        } else if (ended == Context::Entry) {
+            draft_.endEntry();
+        } else if (ended == Context::Volume && draft_.recording.volumes.back().path.isEmpty()) {
             throw PlistError("a volume without a path");
-        } else if (ended == Place::Top && !hasVersion_) {
+        } else if (ended == Context::Top && !draft_.hasVersion) {
             throw PlistError("not a recording: the key \"recording\" is missing");
         }
-    }
-
-    void beginEntry()
-    {
-        if (openEntries_.size() == deepestNesting) {
-            throw PlistError("entries are nested deeper than " + std::to_string(deepestNesting));
-        }
-        if (recording_.registry == nullptr) {
-            recording_.registry = std::make_shared<Registry>();
-        }
-        recording_.registry->beginEntry();
-        openEntries_.emplace_back();
-    }
-
-    void endEntry()
-    {
-        OpenEntry& open = openEntries_.back();
-        Registry& registry = *recording_.registry;
-        RegistryEntry& entry = registry.entry(registry.openEntry());
-        entry.classes = registry.internClasses(std::move(open.classes));
-        if (open.hasFaults) {
-            entry.faults = std::make_unique<EntryFaults>(open.faults);
-        }
-        if (!open.valueFaults.empty()) {
-            addFaults(entry.properties.get(), open.valueFaults);
-        }
-        openEntries_.pop_back();
-        registry.endEntry();
     }
 
     void beginContainer(Kind kind)
@@ -423,10 +534,11 @@ private:
             return;
         }
         ObjectRef<CFDictionaryRef> dictionary(static_cast<CFDictionaryRef>(value.take()));
-        if (current().place == Place::Entry) {
-            openEntry().properties = std::move(dictionary);
+        const Level& level = levels_.back();
+        if (level.context == Context::Entry) {
+            memberIn<&RegistryEntry::properties>(draft_) = std::move(dictionary);
         } else {
-            recording_.propertyLists[current().key] = std::move(dictionary);
+            draft_.recording.propertyLists[level.key] = std::move(dictionary);
         }
     }
 
@@ -451,122 +563,12 @@ private:
         return key;
     }
 
-    RegistryEntry& openEntry() { return recording_.registry->entry(recording_.registry->openEntry()); }
-
-    void store(Place place, const std::string& key, const ValueRef& value)
-    {
-        switch (place) {
-        case Place::Top: storeVersion(value); break;
-        case Place::Sysctl:
-            recording_.sysctl[key] = key == "kern.boottime" ? boottimeBytes(value) : sysctlBytes(value);
-            break;
-        case Place::Gestalt: recording_.gestalt[key] = std::int32_t(integerOf(value)); break;
-        case Place::Entry: openEntry().name = textOf(value); break;
-        case Place::Classes: openEntries_.back().classes.push_back(textOf(value)); break;
-        case Place::EntryFaults: storeEntryFault(key, value); break;
-        case Place::FaultKeys: storeValueFault(textOf(value)); break;
-        case Place::Volume: recording_.volumes.back().path = QByteArray::fromStdString(textOf(value)); break;
-        case Place::Statfs: storeStatfs(*recording_.volumes.back().statfs, key, value); break;
-        case Place::Pathconf: storePathconf(recording_.volumes.back(), key, value); break;
-        case Place::Files: recording_.files.insert(textOf(value)); break;
-        case Place::Services: storeService(key, value); break;
-        case Place::UrlHandlers:
-            recording_.urlHandlers[key] = QByteArray::fromStdString(textOf(value));
-            break;
-        case Place::Faults: recording_.faults.masterPort = std::int32_t(integerOf(value)); break;
-        case Place::MatchingFaults: recording_.faults.matching.insert(textOf(value)); break;
-        case Place::ServicesFaults: recording_.faults.services[key] = std::int32_t(integerOf(value)); break;
-        default: break;
-        }
-    }
-
-    void storeVersion(const ValueRef& value)
-    {
-        if (integerOf(value) != 1) {
-            throw PlistError("the recording has version " + std::to_string(integerOf(value)) + ", not 1");
-        }
-        hasVersion_ = true;
-    }
-
-    void storeEntryFault(const std::string& key, const ValueRef& value)
-    {
-        OpenEntry& open = openEntries_.back();
-        open.hasFaults = true;
-        if (key == "IOObjectCopyClass") {
-            open.faults.copyClass = static_cast<CFBooleanRef>(value.get())->value;
-        } else if (key == "IORegistryEntryGetName") {
-            open.faults.getName = std::int32_t(integerOf(value));
-        } else if (key == "IORegistryEntryGetParentEntry") {
-            open.faults.getParent = std::int32_t(integerOf(value));
-        } else {
-            open.faults.createProperties = std::int32_t(integerOf(value));
-        }
-    }
-
-    void storeValueFault(const std::string& propertyKey)
-    {
-        const std::string& call = stack_[stack_.size() - 2].key; // of the dictionary around the array of keys
-        const Object::Fault fault = call == "CFNumberGetValue"        ? Object::NumberGetValue
-                                    : call == "CFStringGetCStringPtr" ? Object::StringGetCStringPtr
-                                                                      : Object::StringGetCString;
-        openEntries_.back().valueFaults[propertyKey] |= fault;
-    }
-
-    static void storeStatfs(MacStatfs& record, const std::string& key, const ValueRef& value)
-    {
-        static const struct
-        {
-            const char* key;
-            std::uint64_t MacStatfs::*member;
-        } counts[] = {{"f_blocks", &MacStatfs::f_blocks},
-                      {"f_bfree", &MacStatfs::f_bfree},
-                      {"f_bavail", &MacStatfs::f_bavail},
-                      {"f_files", &MacStatfs::f_files},
-                      {"f_ffree", &MacStatfs::f_ffree}};
-        for (const auto& count : counts) {
-            if (key == count.key) {
-                record.*count.member = countOf(value);
-            }
-        }
-        if (key == "f_bsize") {
-            record.f_bsize = std::uint32_t(integerOf(value));
-        } else if (key == "f_fstypename") {
-            storeText(value, record.f_fstypename);
-        } else if (key == "f_mntonname") {
-            storeText(value, record.f_mntonname);
-        } else if (key == "f_mntfromname") {
-            storeText(value, record.f_mntfromname);
-        }
-    }
-
-    static void storePathconf(RecordedVolume& volume, const std::string& key, const ValueRef& value)
-    {
-        if (key == "caseSensitive") {
-            volume.caseSensitive = integerOf(value);
-        } else if (key == "casePreserving") {
-            volume.casePreserving = integerOf(value);
-        } else {
-            volume.error = int(integerOf(value));
-        }
-    }
-
-    void storeService(const std::string& key, const ValueRef& value)
-    {
-        if (key == "DaemonVersion") {
-            recording_.daemonVersion = std::uint32_t(integerOf(value));
-        } else {
-            recording_.daemonError = std::int32_t(integerOf(value));
-        }
-    }
-
-    Recording recording_;
-    std::vector<Frame> stack_;
+    Draft draft_;
+    std::vector<Level> levels_ = {{Context::Document, {}}};
     std::vector<Container> containers_;
     std::vector<ObjectRef<CFStringRef>>
         valueKeys_; // one for every dictionary of containers_ that awaits a value
-    std::vector<OpenEntry> openEntries_;
     std::unordered_map<std::string, ObjectRef<CFStringRef>> keys_;
-    bool hasVersion_ = false;
 };
 
 } // namespace
@@ -574,7 +576,7 @@ private:
 std::shared_ptr<const Machine> readRecording(QIODevice& device, PlistFailure& failure)
 {
     RecordingLoader loader;
-    failure = parsePlist(device, loader);
+    failure = parsePlist(device, PlistDialect::Recording, loader);
     if (!failure.reason.isEmpty()) {
         return nullptr;
     }

@@ -1,0 +1,91 @@
+#pragma once
+
+/// @file
+/// The text of an XML document for QXmlStreamReader, without what that reader takes too long over or takes for
+/// well-formed although it is not.
+
+#include <QIODevice>
+#include <QTextDecoder>
+#include <QTextEncoder>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace norvex {
+
+/// Looks at the markup of a document for what takes QXmlStreamReader quadratic time: it compares each attribute of a tag
+/// with those before it, and each declaration of a document type with the others.
+class MarkupScanner
+{
+public:
+    /// Takes the next byte of a document.
+    /// @return why the document is refused, null if it goes on
+    const char* next(char c);
+
+private:
+    enum class State {
+        Text,
+        Tag,
+        Quoted, ///< an attribute's value
+        Section ///< a comment, a character section or a processing instruction
+    };
+
+    const char* nextInTag(char c);
+
+    State state_ = State::Text;
+    std::string head_; ///< the first bytes behind the "<"
+    char quote_ = 0;   ///< around the value
+    std::string_view sectionEnd_;
+    std::string sectionTail_;       ///< the last bytes of a section
+    std::uint64_t attributes_ = 0;  ///< of the tag
+    std::uint64_t comparisons_ = 0; ///< of attributes, in the whole document
+};
+
+/// Reads a document in UTF-8, UTF-16 or the encoding that it declares, and gives it as UTF-8. It ends early, with a
+/// failure, before the first byte that is no text in this encoding, and where the scanner refuses the document.
+class XmlInput : public QIODevice
+{
+public:
+    /// @param source open for reading; must outlive this object
+    explicit XmlInput(QIODevice& source);
+
+    bool isSequential() const override { return true; }
+
+    /// Why the input ended early; empty when it did not.
+    const QString& failure() const { return failure_; }
+    /// Where the input ended early; 0 when reading the source failed, so that no line of the document is at fault.
+    unsigned long long failureLine() const { return hasSourceFailed_ ? 0 : line_; }
+
+protected:
+    qint64 readData(char* data, qint64 maxSize) override;
+    qint64 writeData(const char*, qint64) override { return -1; }
+
+private:
+    void nextPiece();
+    QByteArray readSource();
+    void chooseEncoding(const QByteArray& head);
+    QByteArray toUtf8(const QByteArray& bytes);
+    void blankDeclaration();
+    void checkPiece();
+    void failAsInvalidText();
+    void fail(const QString& reason);
+
+    QIODevice& source_;
+    QString encoding_ = QStringLiteral("UTF-8");
+    std::unique_ptr<QTextDecoder> decoder_; ///< null for UTF-8 without a byte-order mark
+    std::unique_ptr<QTextEncoder> encoder_;
+    QByteArray piece_;            ///< valid UTF-8
+    int given_ = 0;               ///< bytes of piece_ that the reader has
+    QByteArray partial_;          ///< the beginning of a character that ends in the next piece
+    unsigned long long line_ = 1; ///< at the end of piece_
+    char last_ = 0;               ///< byte of it
+    MarkupScanner scanner_;
+    bool isFirst_ = true;
+    bool isLast_ = false;
+    bool hasSourceFailed_ = false;
+    QString failure_;
+};
+
+} // namespace norvex
