@@ -263,8 +263,8 @@ void setSysctlInteger(Draft& draft, const std::string& name, const ValueRef& val
     if (type != kCFNumberSInt32Type && type != kCFNumberSInt64Type) {
         throw PlistError("a sysctl integer has 32 or 64 bits");
     }
-    draft.recording.sysctl[name] = type == kCFNumberSInt32Type ? sysctlIntegerBytes(std::int32_t(number))
-                                                               : sysctlIntegerBytes(number);
+    draft.recording.sysctl[name] =
+        type == kCFNumberSInt32Type ? sysctlIntegerBytes(std::int32_t(number)) : sysctlIntegerBytes(number);
 }
 
 void setSysctlTime(Draft& draft, const std::string& name, const ValueRef& seconds)
