@@ -7,6 +7,7 @@
 #include <QXmlStreamReader>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 
 namespace macTools {
@@ -69,7 +70,7 @@ QVariant readPropertyList(const QByteArray& document)
     return reader.hasError() ? QVariant() : root;
 }
 
-QString fromLocalText(const std::string& text)
+QString fromText(const std::string& text)
 {
     return QString::fromStdString(text);
 }
@@ -115,8 +116,8 @@ private:
     QHash<quint64, QVariantMap> parents_;
 };
 
-enum class Where { Own, Below, Characteristics, ParentProtocol, Parent, Grandparent };
-enum class Kind { Text, Quoted, YesNo, Number, Size, Bytes, Memory, FirstText, Hex2, Hex4, Hex8, Code };
+enum Where { Own, Below, Characteristics, ParentProtocol, Parent, Grandparent };
+enum Kind { Text, Quoted, YesNo, Number, Size, Bytes, Memory, FirstText, Hex2, Hex4, Hex8, Code };
 
 struct Row
 {
@@ -126,96 +127,110 @@ struct Row
     Kind kind;
 };
 
+const Row diskRows[] = {
+    {"  Model:         ", "Model", Own, Text},
+    {"  BSD Name:      ", "BSD Name", Below, Text},
+    {"  Size:          ", "Size", Below, Size},
+    {"  Revision:      ", "Revision", Own, Text},
+    {"  Serial Number: ", "Serial Number", Own, Text},
+    {"  NCQ:           ", "NCQ", Own, YesNo},
+    {"  Queue Depth:   ", "Queue Depth", Own, Number},
+    {"  Medium Type:   ", "Medium Type", Characteristics, Text},
+    {"  AHCI Port Number:          ", "AHCI Port Number", ParentProtocol, Number},
+    {"  Physical interconnect:     ", "Physical Interconnect", ParentProtocol, Text},
+    {"  Physical interconnect Loc: ", "Physical Interconnect Location", ParentProtocol, Text},
+    {"  Port Speed:                ", "Port Speed", ParentProtocol, Text},
+};
+
+const Row atapiRows[] = {
+    {"  Model:                     ", "Model", Own, Text},
+    {"  Revision:                  ", "Revision", Own, Text},
+    {"  Serial Number:             ", "Serial Number", Own, Text},
+    {"  Physical Interconnect:     ", "Physical Interconnect", Own, Text},
+    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Own, Text},
+};
+
+const Row nvmeRows[] = {
+    {"  Model:                     ", "Model Number", Own, Text},
+    {"  Firmware Revision:         ", "Firmware Revision", Own, Text},
+    {"  Serial Number:             ", "Serial Number", Own, Text},
+    {"  Physical Interconnect:     ", "Physical Interconnect", Own, Text},
+    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Own, Text},
+    {"  BSD Name:                  ", "BSD Name", Below, Text},
+    {"  Size:                      ", "Size", Below, Size},
+    {"  Removable:                 ", "Removable", Below, YesNo},
+    {"  Ejectable:                 ", "Ejectable", Below, YesNo},
+};
+
+const Row ethernetRows[] = {
+    {"  BSD Name:         ", "BSD Name", Own, Text},
+    {"  Built-in:         ", "IOBuiltin", Own, YesNo},
+    {"  Enabled:          ", "IOControllerEnabled", Own, YesNo},
+    {"  Primary IF:       ", "IOPrimaryInterface", Own, YesNo},
+    {"  802.11 wireless:  ", "IO80211Interface", Own, YesNo},
+    {"  802.11 Band:           ", "IO80211Band", Own, Text},
+    {"  802.11 Country Code:   ", "IO80211CountryCode", Own, Text},
+    {"  802.11 Locale:         ", "IO80211Locale", Own, Text},
+    {"  802.11 Driver Version: ", "IO80211DriverVersion", Own, Text},
+    {"  802.11 SSID:           ", "IO80211SSID", Own, Text},
+    {"  802.11 Channel:        ", "IO80211Channel", Own, Number},
+    {"  802.11 BSSID:          ", "IO80211BSSID", Own, Bytes},
+    {"  AppleUSBEthernet: ", "AppleUSBEthernet", Parent, YesNo},
+    {"  Model:            ", "IOModel", Parent, Text},
+    {"  Vendor:           ", "IOVendor", Parent, Text},
+    {"  Product name:     ", "Product Name", Parent, Text},
+    {"  Chip:             ", "Chip", Parent, Text},
+    {"  MAC address:      ", "IOMACAddress", Parent, Bytes},
+};
+
+const Row platformRows[] = {
+    {"Serial number: ", "IOPlatformSerialNumber", Own, Quoted},
+    {"UUID: ", "IOPlatformUUID", Own, Quoted},
+};
+
+const Row graphicsRows[] = {
+    {"   Model:      ", "model", Own, FirstText},
+    {"   VRAM total: ", "VRAM,total", Below, Memory},
+};
+
+const Row usbRows[] = {
+    {"Device name: ", "IORegistryEntryName", Own, Quoted},
+    {"Vendor ID: 0x", "idVendor", Own, Hex4},
+    {"Product ID:  0x", "idProduct", Own, Hex4},
+    {"Location ID: 0x", "locationID", Own, Hex8},
+    {"USB Address: 0x", "USB Address", Own, Hex2},
+    {"Speed:       0x", "Device Speed", Own, Code},
+    {"USB Product Name: ", "USB Product Name", Own, Quoted},
+    {"USB Vendor Name: ", "USB Vendor Name", Own, Quoted},
+};
+
+const Row serialRows[] = {
+    {"Device Name: ", "IOCalloutDevice", Own, Quoted},
+    {"channel: ", "channel", Parent, Quoted},
+    {"Parent driver class: ", "IOObjectClass", Grandparent, Quoted},
+    {"Provider Class: ", "IOProviderClass", Grandparent, Quoted},
+};
+
 struct Devices
 {
     const char* heading;
     const char* className;
-    QVector<Row> rows;
+    const Row* rows;
+    std::size_t count;
 };
 
-const QVector<Devices>& deviceGroups()
-{
-    static const QVector<Devices> groups = {
-        {"AHCI disk (from IOKit)",
-         "AppleAHCIDiskDriver",
-         {{"  Model:         ", "Model", Where::Own, Kind::Text},
-          {"  BSD Name:      ", "BSD Name", Where::Below, Kind::Text},
-          {"  Size:          ", "Size", Where::Below, Kind::Size},
-          {"  Revision:      ", "Revision", Where::Own, Kind::Text},
-          {"  Serial Number: ", "Serial Number", Where::Own, Kind::Text},
-          {"  NCQ:           ", "NCQ", Where::Own, Kind::YesNo},
-          {"  Queue Depth:   ", "Queue Depth", Where::Own, Kind::Number},
-          {"  Medium Type:   ", "Medium Type", Where::Characteristics, Kind::Text},
-          {"  AHCI Port Number:          ", "AHCI Port Number", Where::ParentProtocol, Kind::Number},
-          {"  Physical interconnect:     ", "Physical Interconnect", Where::ParentProtocol, Kind::Text},
-          {"  Physical interconnect Loc: ", "Physical Interconnect Location", Where::ParentProtocol,
-           Kind::Text},
-          {"  Port Speed:                ", "Port Speed", Where::ParentProtocol, Kind::Text}}},
-        {"AHCI Serial ATAPI (from IOKit)",
-         "IOAHCISerialATAPI",
-         {{"  Model:                     ", "Model", Where::Own, Kind::Text},
-          {"  Revision:                  ", "Revision", Where::Own, Kind::Text},
-          {"  Serial Number:             ", "Serial Number", Where::Own, Kind::Text},
-          {"  Physical Interconnect:     ", "Physical Interconnect", Where::Own, Kind::Text},
-          {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Where::Own, Kind::Text}}},
-        {"NVMEXpress devices (from IOKit)",
-         "IONVMeController",
-         {{"  Model:                     ", "Model Number", Where::Own, Kind::Text},
-          {"  Firmware Revision:         ", "Firmware Revision", Where::Own, Kind::Text},
-          {"  Serial Number:             ", "Serial Number", Where::Own, Kind::Text},
-          {"  Physical Interconnect:     ", "Physical Interconnect", Where::Own, Kind::Text},
-          {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Where::Own, Kind::Text},
-          {"  BSD Name:                  ", "BSD Name", Where::Below, Kind::Text},
-          {"  Size:                      ", "Size", Where::Below, Kind::Size},
-          {"  Removable:                 ", "Removable", Where::Below, Kind::YesNo},
-          {"  Ejectable:                 ", "Ejectable", Where::Below, Kind::YesNo}}},
-        {"Ethernet interfaces (from IOKit)",
-         "IOEthernetInterface",
-         {{"  BSD Name:         ", "BSD Name", Where::Own, Kind::Text},
-          {"  Built-in:         ", "IOBuiltin", Where::Own, Kind::YesNo},
-          {"  Enabled:          ", "IOControllerEnabled", Where::Own, Kind::YesNo},
-          {"  Primary IF:       ", "IOPrimaryInterface", Where::Own, Kind::YesNo},
-          {"  802.11 wireless:  ", "IO80211Interface", Where::Own, Kind::YesNo},
-          {"  802.11 Band:           ", "IO80211Band", Where::Own, Kind::Text},
-          {"  802.11 Country Code:   ", "IO80211CountryCode", Where::Own, Kind::Text},
-          {"  802.11 Locale:         ", "IO80211Locale", Where::Own, Kind::Text},
-          {"  802.11 Driver Version: ", "IO80211DriverVersion", Where::Own, Kind::Text},
-          {"  802.11 SSID:           ", "IO80211SSID", Where::Own, Kind::Text},
-          {"  802.11 Channel:        ", "IO80211Channel", Where::Own, Kind::Number},
-          {"  802.11 BSSID:          ", "IO80211BSSID", Where::Own, Kind::Bytes},
-          {"  AppleUSBEthernet: ", "AppleUSBEthernet", Where::Parent, Kind::YesNo},
-          {"  Model:            ", "IOModel", Where::Parent, Kind::Text},
-          {"  Vendor:           ", "IOVendor", Where::Parent, Kind::Text},
-          {"  Product name:     ", "Product Name", Where::Parent, Kind::Text},
-          {"  Chip:             ", "Chip", Where::Parent, Kind::Text},
-          {"  MAC address:      ", "IOMACAddress", Where::Parent, Kind::Bytes}}},
-        {"Platform info (from IOKit)",
-         "IOPlatformExpertDevice",
-         {{"Serial number: ", "IOPlatformSerialNumber", Where::Own, Kind::Quoted},
-          {"UUID: ", "IOPlatformUUID", Where::Own, Kind::Quoted}}},
-        {"Graphics card info (from IOKit)",
-         "IOPCIDevice",
-         {{"   Model:      ", "model", Where::Own, Kind::FirstText},
-          {"   VRAM total: ", "VRAM,total", Where::Below, Kind::Memory}}},
-        {"Attached USB devices (from IOKit):",
-         "IOUSBDevice",
-         {{"Device name: ", "IORegistryEntryName", Where::Own, Kind::Quoted},
-          {"Vendor ID: 0x", "idVendor", Where::Own, Kind::Hex4},
-          {"Product ID:  0x", "idProduct", Where::Own, Kind::Hex4},
-          {"Location ID: 0x", "locationID", Where::Own, Kind::Hex8},
-          {"USB Address: 0x", "USB Address", Where::Own, Kind::Hex2},
-          {"Speed:       0x", "Device Speed", Where::Own, Kind::Code},
-          {"USB Product Name: ", "USB Product Name", Where::Own, Kind::Quoted},
-          {"USB Vendor Name: ", "USB Vendor Name", Where::Own, Kind::Quoted}}},
-        {"RS232 Serial Devices Info (from IOKit)",
-         "IOSerialBSDClient",
-         {{"Device Name: ", "IOCalloutDevice", Where::Own, Kind::Quoted},
-          {"channel: ", "channel", Where::Parent, Kind::Quoted},
-          {"Parent driver class: ", "IOObjectClass", Where::Grandparent, Kind::Quoted},
-          {"Provider Class: ", "IOProviderClass", Where::Grandparent, Kind::Quoted}}},
-    };
-    return groups;
-}
+const Devices deviceGroups[] = {
+    {"AHCI disk (from IOKit)", "AppleAHCIDiskDriver", diskRows, sizeof diskRows / sizeof(Row)},
+    {"AHCI Serial ATAPI (from IOKit)", "IOAHCISerialATAPI", atapiRows, sizeof atapiRows / sizeof(Row)},
+    {"NVMEXpress devices (from IOKit)", "IONVMeController", nvmeRows, sizeof nvmeRows / sizeof(Row)},
+    {"Ethernet interfaces (from IOKit)", "IOEthernetInterface", ethernetRows,
+     sizeof ethernetRows / sizeof(Row)},
+    {"Platform info (from IOKit)", "IOPlatformExpertDevice", platformRows, sizeof platformRows / sizeof(Row)},
+    {"Graphics card info (from IOKit)", "IOPCIDevice", graphicsRows, sizeof graphicsRows / sizeof(Row)},
+    {"Attached USB devices (from IOKit):", "IOUSBDevice", usbRows, sizeof usbRows / sizeof(Row)},
+    {"RS232 Serial Devices Info (from IOKit)", "IOSerialBSDClient", serialRows,
+     sizeof serialRows / sizeof(Row)},
+};
 
 QString listCommand(const QString& className)
 {
@@ -244,7 +259,7 @@ QString memoryText(const QVariantMap& entry)
             size |= quint64(uchar(bytes[index])) << 8 * index;
         }
     }
-    return fromLocalText(reference::memorySize(megabytes.isValid() ? size << 20 : size));
+    return fromText(reference::memorySize(megabytes.isValid() ? size << 20 : size));
 }
 
 /// A value as the report shows it; null without one of that kind.
@@ -256,18 +271,18 @@ QString valueText(const QVariant& value, Kind kind)
         return QStringLiteral("%1").arg(uint(value.toULongLong()), width, 16, QLatin1Char('0'));
     };
     switch (kind) {
-    case Kind::Text: return isText ? value.toString() : QString();
-    case Kind::Quoted: return isText ? "'" + value.toString() + "'" : QString();
-    case Kind::YesNo: return value.type() == QVariant::Bool ? value.toBool() ? "Yes" : "No" : QString();
-    case Kind::Number: return isNumber ? QString::number(int(value.toULongLong())) : QString();
-    case Kind::Size: return isNumber ? fromLocalText(reference::diskSize(value.toULongLong())) : QString();
-    case Kind::Bytes: return value.type() == QVariant::ByteArray ? hexPairs(value.toByteArray()) : QString();
-    case Kind::Memory: return memoryText(value.toMap());
-    case Kind::FirstText: return value.isValid() ? QString::fromUtf8(value.toByteArray().constData()) : "???";
-    case Kind::Hex2: return hex(2);
-    case Kind::Hex4: return hex(4);
-    case Kind::Hex8: return hex(8);
-    case Kind::Code: return QString::number(uint(value.toULongLong()));
+    case Text: return isText ? value.toString() : QString();
+    case Quoted: return isText ? "'" + value.toString() + "'" : QString();
+    case YesNo: return value.type() == QVariant::Bool ? value.toBool() ? "Yes" : "No" : QString();
+    case Number: return isNumber ? QString::number(int(value.toULongLong())) : QString();
+    case Size: return isNumber ? fromText(reference::diskSize(value.toULongLong())) : QString();
+    case Bytes: return value.type() == QVariant::ByteArray ? hexPairs(value.toByteArray()) : QString();
+    case Memory: return memoryText(value.toMap());
+    case FirstText: return value.isValid() ? QString::fromUtf8(value.toByteArray().constData()) : "???";
+    case Hex2: return hex(2);
+    case Hex4: return hex(4);
+    case Hex8: return hex(8);
+    case Code: return QString::number(uint(value.toULongLong()));
     }
     return QString();
 }
@@ -347,9 +362,10 @@ private:
     Block deviceBlock(const Devices& group, const QVariantMap& device) const
     {
         Block block;
-        for (const Row& row : group.rows) {
+        for (std::size_t index = 0; index < group.count; ++index) {
+            const Row& row = group.rows[index];
             const QString text = valueText(deviceValue(device, row), row.kind);
-            const bool isOpenEnd = row.kind == Kind::Hex4 || row.kind == Kind::Hex2 || row.kind == Kind::Code;
+            const bool isOpenEnd = row.kind == Hex4 || row.kind == Hex2 || row.kind == Code;
             block.push_back({"ioreg", row.label, text.isNull() ? QString() : row.label + text, isOpenEnd});
         }
         return block;
@@ -358,20 +374,18 @@ private:
     QVariant deviceValue(const QVariantMap& device, const Row& row) const
     {
         const QVariantMap parent = registry_.parent(device);
-        if (row.kind == Kind::YesNo &&
-            (row.where == Where::Parent || qstrcmp(row.key, "IO80211Interface") == 0)) {
+        if (row.kind == YesNo && (row.where == Parent || qstrcmp(row.key, "IO80211Interface") == 0)) {
             // A class, not a key: whether the entry is one of it.
-            return isListed(row.where == Where::Parent ? parent : device, row.key);
+            return isListed(row.where == Parent ? parent : device, row.key);
         }
         switch (row.where) {
-        case Where::Own: return device.value(row.key);
-        case Where::Below:
-            return row.kind == Kind::Memory ? QVariant(device) : Registry::search(device, row.key);
-        case Where::Characteristics:
+        case Own: return device.value(row.key);
+        case Below: return row.kind == Memory ? QVariant(device) : Registry::search(device, row.key);
+        case Characteristics:
             return Registry::search(device, "Device Characteristics").toMap().value(row.key);
-        case Where::ParentProtocol: return parent.value("Protocol Characteristics").toMap().value(row.key);
-        case Where::Parent: return parent.value(row.key);
-        case Where::Grandparent: return registry_.parent(parent).value(row.key);
+        case ParentProtocol: return parent.value("Protocol Characteristics").toMap().value(row.key);
+        case Parent: return parent.value(row.key);
+        case Grandparent: return registry_.parent(parent).value(row.key);
         }
         return QVariant();
     }
@@ -439,7 +453,7 @@ Block processorFacts(const Tools& tools)
            family.isEmpty() ? QString() : QStringLiteral("%1 = 0x%2").arg(number).arg(number, 0, 16), true);
     const auto size = [&](const char* label, const char* name, std::string (*text)(unsigned long long)) {
         const QString value = tools.sysctl(name);
-        expect(block, "sysctl", label, value.isEmpty() ? value : fromLocalText(text(value.toULongLong())));
+        expect(block, "sysctl", label, value.isEmpty() ? value : fromText(text(value.toULongLong())));
     };
     size("Processor clock speed: ", "hw.cpufrequency_max", reference::clockSpeed);
     size("Bus clock speed: ", "hw.busfrequency_max", reference::clockSpeed);
@@ -455,11 +469,11 @@ Block memoryFacts(const Tools& tools)
     Block block;
     const quint64 size = tools.sysctl("hw.memsize").toULongLong();
     const quint64 mostLogical = quint64(std::numeric_limits<qint32>::max());
-    expect(block, "sysctl", "Physical RAM size: ", fromLocalText(reference::memorySize(size)));
+    expect(block, "sysctl", "Physical RAM size: ", fromText(reference::memorySize(size)));
     expect(block, "sysctl",
-           "Logical RAM size: ", fromLocalText(reference::memorySize(std::min(size, mostLogical))));
+           "Logical RAM size: ", fromText(reference::memorySize(std::min(size, mostLogical))));
     const quint64 pageSize = tools.sysctl("hw.pagesize").toULongLong();
-    expect(block, "sysctl", "Logical Page Size: ", fromLocalText(reference::memorySize(pageSize)));
+    expect(block, "sysctl", "Logical Page Size: ", fromText(reference::memorySize(pageSize)));
     return block;
 }
 
@@ -619,10 +633,9 @@ void compareGroup(Comparison& result, const QStringList& lines, const Tools& too
 {
     const QString heading = lines.value(0);
     const QStringList values = lines.mid(1);
-    const auto& groups = deviceGroups();
-    const auto group = std::find_if(groups.begin(), groups.end(),
+    const auto group = std::find_if(std::begin(deviceGroups), std::end(deviceGroups),
                                     [&](const Devices& other) { return heading == other.heading; });
-    if (group != groups.end()) {
+    if (group != std::end(deviceGroups)) {
         compareDevices(result, blocksOf(values), tools.devices(*group));
         if (heading.startsWith("Ethernet")) {
             compareAddresses(result, blocksOf(values), tools);
@@ -651,7 +664,7 @@ QStringList commands(const QString& report)
                         listCommand("IO80211Interface"),
                         listCommand("AppleUSBEthernet"),
                         "networksetup -listallhardwareports"};
-    for (const Devices& group : deviceGroups()) {
+    for (const Devices& group : deviceGroups) {
         list += listCommand(group.className);
     }
     const QString label = "  Mount to:         ";
