@@ -255,7 +255,7 @@ QString memoryText(const QVariantMap& entry)
     if (value.type() == QVariant::ByteArray) {
         size = 0;
         const QByteArray bytes = value.toByteArray();
-        for (int index = 0; index < bytes.size(); ++index) {
+        for (int index = 0; index < bytes.size() && bytes.size() <= 8; ++index) {
             size |= quint64(uchar(bytes[index])) << 8 * index;
         }
     }
