@@ -1,6 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # Sourced by run and test: what the project needs of Debian, and its release build. Nothing is printed on standard
-# output, and on standard error only what has to be known.
+# output, and on standard error only what has to be known. prepareMac.sh puts macOS's ways in place of some of it; what
+# both share runs on macOS's bash 3.2.
 
 sourceFolder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 buildFolder=$sourceFolder/build/release
@@ -64,7 +65,10 @@ installPackages() {
   newPackages=()
   # Another system has other names for these; CMake tells what it does not find.
   command -v dpkg-query >/dev/null || return 0
-  mapfile -t newPackages < <(missingPackages "$@")
+  local name
+  while IFS= read -r name; do
+    newPackages+=("$name")
+  done < <(missingPackages "$@")
   [ ${#newPackages[@]} != 0 ] || return 0
   if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null; then
     say "$why needs these Debian packages, which only root can install: ${newPackages[*]}"
@@ -76,6 +80,22 @@ installPackages() {
       -o DPkg::Lock::Timeout=300 "${newPackages[@]}"
 }
 
+configureOptions=()
+
+processors() {
+  nproc
+}
+
+# Locks the file behind a descriptor, as long as it is open.
+lockDescriptor() {
+  flock "$1"
+}
+
+if [ "$(uname -s)" = Darwin ]; then
+  # shellcheck source=cmake/prepareMac.sh
+  . "$sourceFolder/cmake/prepareMac.sh"
+fi
+
 # buildRelease TARGET: brings the release build up to date, for one caller at a time
 buildRelease() {
   mkdir -p "$buildFolder"
@@ -83,14 +103,14 @@ buildRelease() {
     say 'building, which takes a minute or two the first time'
   fi
   (
-    flock 9
+    lockDescriptor 9
     cd "$sourceFolder" || exit
-    local generator=()
-    [ -f "$buildFolder/CMakeCache.txt" ] || generator=(-G Ninja)
+    [ -f "$buildFolder/CMakeCache.txt" ] || configureOptions+=(-G Ninja)
     # A package that was not there when CMake looked for it is found only when it looks again.
     if [ ! -f "$buildFolder/cmake_install.cmake" ] || [ ${#newPackages[@]} != 0 ]; then
-      quietly cmake --preset release "${generator[@]}"
+      # bash 3.2 takes an empty array for an unset variable.
+      quietly cmake --preset release ${configureOptions[@]+"${configureOptions[@]}"}
     fi
-    quietly cmake --build "$buildFolder" --parallel "$(nproc)" --target "$1"
+    quietly cmake --build "$buildFolder" --parallel "$(processors)" --target "$1"
   ) 9>"$buildFolder/.lock"
 }

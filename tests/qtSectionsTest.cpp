@@ -125,15 +125,22 @@ private slots:
         QString expected = "QScreen\n";
         QString desktop =
             QString("QDesktopWidget\nNumber of screens:  %1\nPrimary screen:     #0\n").arg(screens.size());
-        const QString line = "Screen %1%2: available Geometry width: %3, height: %4   "
-                             "screen Geometry width: %3, height: %4\n";
+        const auto line = [&](const QString& number, const QScreen* screen) {
+            const QSize available = screen ? screen->availableSize() : QSize(0, 0);
+            const QSize whole = screen ? screen->size() : QSize(0, 0);
+            return QString("Screen %1: available Geometry width: %2, height: %3   screen Geometry width: %4, "
+                           "height: %5\n")
+                .arg(number)
+                .arg(available.width(), 5)
+                .arg(available.height(), 5)
+                .arg(whole.width(), 5)
+                .arg(whole.height(), 5);
+        };
         for (int i = 0; i < screens.size(); ++i) {
             expected += screenLines(i + 1, screenFacts(*screens.at(i)));
-            const QSize size = screens.at(i)->size();
-            desktop += line.arg('#').arg(i).arg(size.width(), 5).arg(size.height(), 5);
+            desktop += line(QString("#%1").arg(i), screens.at(i));
         }
-        const QSize size = screens.isEmpty() ? QSize(0, 0) : screens.at(0)->size();
-        desktop += line.arg("").arg(-1).arg(size.width(), 5).arg(size.height(), 5);
+        desktop += line("-1", screens.value(0));
         desktop += QString("isVirtualDesktop:   %1\n").arg(int(screens.size() > 1));
         QCOMPARE(qtScreens(), expected);
         QCOMPARE(qtDesktop().section("Virtual Desktop", 0, 0), desktop);
