@@ -20,6 +20,7 @@ install(EXPORT norvexSystemInfoTargets NAMESPACE norvex:: DESTINATION ${norvex_p
 set(norvex_public_headers
   systeminfo/norvexExport.h
   systeminfo/norvexSystemInfo.h
+  systeminfo/norvexReport.h
   systeminfo/norvexNetworkIfInfo.h
   systeminfo/scanOpenGLInfo.h
   systeminfo/mac/norvexSystemInfoMac.h

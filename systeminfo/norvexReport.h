@@ -1,0 +1,280 @@
+#pragma once
+
+/// @file
+/// A report as a document: its sections, blocks and entries, JSON, and what differs between two reports.
+///
+/// Any text is a document. What this library or its Windows counterpart wrote is recognised; everything else
+/// keeps its lines. CReport::text() gives back the text that CReport::fromText() took, whatever it holds.
+///
+/// All classes are values that share their data until they change; copying one costs next to nothing. They
+/// look at nothing but the text, need no application object, and may be used on any thread; one object must
+/// not be changed by one thread while another uses it. An exception such as std::bad_alloc passes through.
+///
+/// A path names the same thing in every report:
+///
+///     cpuInfo/CPU vendor                              an entry of a section
+///     listFileSystemVolumesInfo[/Volumes/data]/Free   an entry of a block
+///     cpuInfo/CPU family#2                            the second entry of that label
+///     qtSystemEnvironment/HOME                        a variable; qtSystemEnvironment[HOME] is the same
+///
+/// In names \c \, \c /, \c [ and \c ] have a backslash in front of them; between the brackets of a block \c / may
+/// do without. Where several things side by side have one name, all but the first have \c # and a number from 2
+/// behind it.
+
+#include "norvexExport.h"
+
+#include <QSharedDataPointer>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+QT_FORWARD_DECLARE_CLASS(QJsonDocument)
+
+namespace norvex {
+namespace SystemInfo {
+
+class CReportBlock;
+class CReportDifferencePrivate;
+class CReportEntry;
+class CReportItemPrivate;
+class CReportPrivate;
+class CReportSection;
+
+/// A piece of a report: a whole number of its lines. An object of another class derived from this one is the
+/// same piece with further functions.
+class NORVEX_SYSTEMINFO_EXPORT CReportItem
+{
+public:
+    enum Type {
+        Null,      ///< nothing; what a search gives that found nothing
+        Banner,    ///< the line that begins a half of the report
+        Section,   ///< what a section function writes, see CReportSection
+        Separator, ///< the line of 72 hyphens
+        Block,     ///< the lines about one device, volume, interface or screen, see CReportBlock
+        Entry,     ///< a label and its value, see CReportEntry
+        Lines      ///< one or several lines that are none of these
+    };
+
+    /// A null item.
+    CReportItem();
+    CReportItem(const CReportItem& other);
+    CReportItem& operator=(const CReportItem& other);
+    ~CReportItem();
+
+    Type type() const;
+    bool isNull() const { return type() == Null; }
+
+    /// The item's lines with their line ends, as they stand in the report.
+    QString text() const;
+
+    /// The path of a section, block or entry; empty for other items.
+    QString path() const;
+
+    /// This item as a section; a null one when it is none.
+    CReportSection toSection() const;
+    /// This item as a block; a null one when it is none.
+    CReportBlock toBlock() const;
+    /// This item as an entry; a null one when it is none.
+    CReportEntry toEntry() const;
+
+protected:
+    friend class CReport;
+    friend class CReportItemPrivate;
+
+    explicit CReportItem(CReportItemPrivate* data);
+
+    QVector<CReportItem> children() const;
+    CReportEntry childEntry(const QString& label) const;
+
+    QSharedDataPointer<CReportItemPrivate> d;
+};
+
+/// A label and its value. An entry that is a list, or a variable whose value has several lines, holds them all.
+class NORVEX_SYSTEMINFO_EXPORT CReportEntry : public CReportItem
+{
+public:
+    /// The label as printed, without indentation and colon; the name of a variable.
+    QString label() const;
+
+    /// The value, without the blanks and apostrophes around it; a variable's value is what it is. The values
+    /// of a list with a line feed between them.
+    QString value() const;
+
+    /// Whether this is a list: library paths, addresses, printers.
+    bool isList() const;
+
+    /// The values of a list, none for "<None>" and "<no address>"; the value alone of any other entry.
+    QStringList values() const;
+
+    /// The numbers that the value prints, in their base units and rounded down; the sizes of a screen are
+    /// several. Empty when the value is not a size, a speed or a length, or when a number is negative or above
+    /// 2^53.
+    QVector<qint64> numbers() const;
+
+    /// For each of numbers() its unit: "byte", "hertz", "millimetre", "inch" or "bit a second".
+    QStringList units() const;
+
+    /// Whether the value differs between two reports of one machine in one state: the date, the boot time, the
+    /// process identifier, free space.
+    bool isVolatile() const;
+};
+
+/// The lines about one device, volume, interface or screen.
+class NORVEX_SYSTEMINFO_EXPORT CReportBlock : public CReportItem
+{
+public:
+    /// What names the block, each where the one before it is missing, at last number() in decimal: disks: serial
+    /// number, BSD name, model; Ethernet interfaces: BSD name, MAC address; graphics cards: model; USB devices:
+    /// VENDOR:PRODUCT\@LOCATION; serial ports: device path; volumes: path; screens and interfaces: name.
+    QString name() const;
+
+    /// The block's place among those of its section, counted from 1.
+    int number() const;
+
+    /// The entries and lines of the block in their order.
+    QVector<CReportItem> content() const { return children(); }
+
+    /// The first entry of that label; a null one when there is none.
+    CReportEntry entry(const QString& label) const { return childEntry(label); }
+};
+
+/// What one section function writes, or the lines of another program's section.
+class NORVEX_SYSTEMINFO_EXPORT CReportSection : public CReportItem
+{
+public:
+    /// The name in the table of sections; of a section that is not in the table its heading without the colon,
+    /// or the label of its first line.
+    QString name() const;
+
+    /// Whether the section is in the table.
+    bool isKnown() const;
+
+    /// "macintosh", "windows" or "qt": where the table has the section, or else the banner above it; empty when
+    /// there is none.
+    QString half() const;
+
+    /// The heading without its line end; empty when the section has none.
+    QString heading() const;
+
+    /// The blocks, entries and lines behind the heading in their order.
+    QVector<CReportItem> content() const { return children(); }
+
+    /// The blocks alone.
+    QVector<CReportBlock> blocks() const;
+
+    /// The first block of that name; a null one when there is none.
+    CReportBlock block(const QString& name) const;
+
+    /// The first entry of that label outside the blocks; a null one when there is none.
+    CReportEntry entry(const QString& label) const { return childEntry(label); }
+};
+
+/// One difference between an old report and a new one.
+class NORVEX_SYSTEMINFO_EXPORT CReportDifference
+{
+public:
+    enum Kind {
+        Added,   ///< only the new report has it
+        Removed, ///< only the old report has it
+        Changed, ///< the value differs; of a section or block itself: its lines that are no entries differ
+        Moved    ///< it stands at another place among its neighbours; a USB device: at another location
+    };
+
+    CReportDifference();
+    CReportDifference(const CReportDifference& other);
+    CReportDifference& operator=(const CReportDifference& other);
+    ~CReportDifference();
+
+    Kind kind() const;
+
+    /// The path in the new report, of something removed in the old one.
+    QString path() const;
+    /// The path in the old report; empty for something added.
+    QString oldPath() const;
+
+    /// The path of the section that it is about.
+    QString section() const;
+
+    /// The value of an entry, the text of a section or block that was added or removed, or the lines that are no
+    /// entries. Empty where the report has none, and for something that only moved.
+    QString oldValue() const;
+    QString newValue() const;
+
+    /// Whether this differs between two reports of one machine in one state: CReportEntry::isVolatile(), and the
+    /// order of the environment.
+    bool isVolatile() const;
+
+private:
+    friend class CReportDifferencePrivate;
+
+    QSharedDataPointer<CReportDifferencePrivate> d;
+};
+
+/// A report.
+class NORVEX_SYSTEMINFO_EXPORT CReport
+{
+public:
+    /// A null report, which has no text.
+    CReport();
+    CReport(const CReport& other);
+    CReport& operator=(const CReport& other);
+    ~CReport();
+
+    /// Reads any text as a report. It takes time in proportion to the text, a few milliseconds for a million
+    /// characters, and shares the text; entries are looked for when they are asked for.
+    static CReport fromText(const QString& text);
+
+    /// The text that the report was read from, to the character.
+    QString text() const;
+
+    /// Whether the report was made by the default constructor or by a fromJson() that failed.
+    bool isNull() const;
+
+    /// Everything in the report's order: banners, sections, separators, and lines outside them. The lists of this
+    /// class and of its parts hold an object for each item; they are made anew at each call.
+    QVector<CReportItem> content() const;
+
+    /// The sections alone.
+    QVector<CReportSection> sections() const;
+
+    /// The first section of that name; a null one when there is none.
+    CReportSection section(const QString& name) const;
+
+    /// The section, block or entry of that path; a null item when there is none.
+    CReportItem item(const QString& path) const;
+
+    /// The value of the entry of that path; empty when there is none.
+    QString value(const QString& path) const;
+
+    /// The report as JSON, as docs/json.md and docs/report.schema.json describe it. QJsonDocument::toJson() writes
+    /// it down.
+    /// @param[out] errorMessage receives the reason of a failure, and is cleared on success
+    /// @return the document; a null one when the report has more than 64 Mi characters or a million lines, or more
+    ///         than the QJsonDocument of a Qt before 5.15 can hold
+    QJsonDocument toJson(QString* errorMessage = nullptr) const;
+
+    /// The report that a JSON document holds, to the character: its texts one behind the other. Names, labels,
+    /// values and numbers are made from the texts again, not read.
+    /// @param[out] errorMessage receives the reason of a failure with the place in the document, and is cleared on
+    ///             success
+    /// @return the report; a null one when the document is not what toJson() makes, or is beyond its limits
+    static CReport fromJson(const QJsonDocument& json, QString* errorMessage = nullptr);
+
+    /// What differs between this report, the old one, and another: sections in the order of the other report, those
+    /// removed in front. Banners, separators, headings, line ends, and the numbers of blocks that have another name
+    /// do not count. Of what was added or removed as a whole the parts are not listed.
+    QVector<CReportDifference> compare(const CReport& newer) const;
+
+private:
+    QSharedDataPointer<CReportPrivate> d;
+};
+
+} // namespace SystemInfo
+} // namespace norvex
+
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReport, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReportItem, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReportSection, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReportBlock, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReportEntry, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::CReportDifference, Q_MOVABLE_TYPE);
