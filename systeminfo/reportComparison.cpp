@@ -44,8 +44,8 @@ Nodes sectionNodes(const CReportPrivate& report)
 {
     Nodes nodes;
     SiblingNames names(SiblingNames::Elsewhere);
-    for (std::size_t i = 0; i < report.parts.size(); ++i) {
-        const Part& part = report.parts[i];
+    for (int i = 0; i < report.parts.size(); ++i) {
+        const Part& part = report.parts.at(i);
         const int end = report.endOf(i);
         if (part.type == Part::Section) {
             nodes.append({names.add(sectionName(report.text, part, end)),
@@ -172,13 +172,13 @@ Pairs pairsOf(const Nodes& oldNodes, const Nodes& newNodes)
     return pairs;
 }
 
-/// For each new node whether it stands at another place among those that both reports have.
+/// For each new node whether it stands at another place among those that both reports have, or was renamed.
 std::vector<bool> movedNodes(const Pairs& pairs)
 {
     std::vector<int> places;
     std::vector<std::size_t> nodes;
     for (std::size_t i = 0; i < pairs.oldOfNew.size(); ++i) {
-        if (pairs.oldOfNew[i] != -1) {
+        if (pairs.oldOfNew[i] != -1 && !pairs.isRenamed[i]) {
             places.push_back(pairs.oldOfNew[i]);
             nodes.push_back(i);
         }
@@ -186,7 +186,7 @@ std::vector<bool> movedNodes(const Pairs& pairs)
     const std::vector<bool> isOut = outOfOrder(places);
     std::vector<bool> isMoved = pairs.isRenamed;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        isMoved[nodes[i]] = isMoved[nodes[i]] || isOut[i];
+        isMoved[nodes[i]] = isOut[i];
     }
     return isMoved;
 }

@@ -361,10 +361,10 @@ QVector<CReportItem> CReport::content() const
 {
     QVector<CReportItem> items;
     SiblingNames names(SiblingNames::Elsewhere);
-    for (std::size_t part = 0; !isNull() && part < d->parts.size(); ++part) {
+    for (int part = 0; !isNull() && part < d->parts.size(); ++part) {
         CReportItemPrivate data;
         data.text = d->text;
-        data.part = d->parts[part];
+        data.part = d->parts.at(part);
         data.type = itemType(data.part.type);
         data.begin = data.part.begin;
         data.end = d->endOf(part);

@@ -1,9 +1,12 @@
 #include "systeminfo/reportFormat.h"
 
+#include "systeminfo/norvexSystemInfo.h"
+#include "systeminfo/reportTexts.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
-#include <vector>
+#include <string>
 
 namespace norvex::SystemInfo::Internal {
 
@@ -15,8 +18,6 @@ namespace {
 
 using Kind = ValueKind;
 
-constexpr int separatorLength = 72;
-
 constexpr Delimiter colon = Delimiter::Colon;
 constexpr bool isVolatile = true;
 
@@ -26,9 +27,9 @@ const struct
     const char* name;
     const char* banner;
 } halves[] = {
-    {Half::Macintosh, "macintosh", "############ Macintosh specific section ###########"},
-    {Half::Windows, "windows", "############ Windows specific section ###########"},
-    {Half::Qt, "qt", "###### System informations retrieved using Qt #######"},
+    {Half::Macintosh, "macintosh", macintoshBanner},
+    {Half::Windows, "windows", windowsBanner},
+    {Half::Qt, "qt", qtBanner},
 };
 
 const EntryFormat osVersionEntries[] = {{"MacOS version"}};
@@ -123,6 +124,8 @@ const EntryFormat openGLEntries[] = {
 const char deviceSeparator[] = "________________________________________";
 const char interfaceSeparator[] = "_______________________________________________________";
 
+static_assert(sizeof interfaceSeparator == interfaceSeparatorLength + 1, "as it is written");
+
 const BlockFormat numberedDevices = {"#", true, nullptr, 1, -1};
 const BlockFormat numberedCards = {"Card #", true, nullptr, 1, -1};
 const BlockFormat closedDevices = {nullptr, false, deviceSeparator, 0, -1};
@@ -135,51 +138,58 @@ const char* const graphicsNames[] = {"Model"};
 const char* const portNames[] = {"Device Name"};
 const char* const screenNames[] = {"Name"};
 
-constexpr Half mac = Half::Macintosh;
-constexpr Half qt = Half::Qt;
-
-const SectionFormat formats[] = {
-    {"osVersion", mac, 1, nullptr, osVersionEntries},
-    {"kernelInfo", mac, 1, "Kernel information:", kernelEntries},
-    {"macModel", mac, 2, nullptr, modelEntries},
-    {"architecture", mac, 2, nullptr, architectureEntries},
-    {"cpuInfo", mac, 2, nullptr, cpuEntries},
-    {"memoryInfo", mac, 3, nullptr, memoryEntries},
-    {"ioKitSataDiskDevices", mac, 4, "AHCI disk (from IOKit)", diskEntries, &numberedDevices, diskNames},
-    {"ioKitSerialAtapiDevices", mac, 5, "AHCI Serial ATAPI (from IOKit)", {}, &numberedDevices, diskNames},
-    {"ioKitNVMExpressDevices", mac, 6, "NVMEXpress devices (from IOKit)", diskEntries, &numberedDevices,
-     diskNames},
-    {"listFileSystemVolumesInfo", mac, 7, "Volumes", volumeEntries, &volumes},
-    {"ioKitEthernetDevices", mac, 8, "Ethernet interfaces (from IOKit)", {}, &numberedDevices, ethernetNames},
-    {"ioKitPlatformInfos", mac, 9, "Platform info (from IOKit)", {}, nullptr, {}, true},
-    {"ioKitRootInfos", mac, 10, "Root info (from IOKit)", {}, nullptr, {}, true},
-    {"ioKitGraphicsCards", mac, 11, "Graphics card info (from IOKit)", graphicsEntries, &numberedCards,
-     graphicsNames},
-    {usbSection, mac, 12, "Attached USB devices (from IOKit):", usbEntries, &closedDevices, {}, true},
+const SectionFormat rows[] = {
+    {"osVersion", nullptr, osVersionEntries},
+    {"kernelInfo", "Kernel information:", kernelEntries},
+    {"macModel", nullptr, modelEntries},
+    {"architecture", nullptr, architectureEntries},
+    {"cpuInfo", nullptr, cpuEntries},
+    {"memoryInfo", nullptr, memoryEntries},
+    {"ioKitSataDiskDevices", "AHCI disk (from IOKit)", diskEntries, &numberedDevices, diskNames},
+    {"ioKitSerialAtapiDevices", "AHCI Serial ATAPI (from IOKit)", {}, &numberedDevices, diskNames},
+    {"ioKitNVMExpressDevices", "NVMEXpress devices (from IOKit)", diskEntries, &numberedDevices, diskNames},
+    {"listFileSystemVolumesInfo", "Volumes", volumeEntries, &volumes},
+    {"ioKitEthernetDevices", "Ethernet interfaces (from IOKit)", {}, &numberedDevices, ethernetNames},
+    {"ioKitPlatformInfos", "Platform info (from IOKit)", {}, nullptr, {}, true},
+    {"ioKitRootInfos", "Root info (from IOKit)", {}, nullptr, {}, true},
+    {"ioKitGraphicsCards", "Graphics card info (from IOKit)", graphicsEntries, &numberedCards, graphicsNames},
+    {usbSection, "Attached USB devices (from IOKit):", usbEntries, &closedDevices, {}, true},
     {"ioKitGetRs232SerialDevices",
-     mac,
-     13,
      "RS232 Serial Devices Info (from IOKit)",
      {},
      &closedDevices,
      portNames,
      true},
-    {"checkFtdiDriver", mac, 14, "FTDI driver", {}},
-    {"bonjourVersion", mac, 15, nullptr, bonjourEntries},
-    {"defaultEmailApp", mac, 16, nullptr, mailEntries, nullptr, {}, true},
-    {"qtDateTime", qt, 1, nullptr, dateEntries},
-    {"qtGlobal", qt, 2, "Qt Global", globalEntries},
-    {"qtCoreApplication", qt, 3, "QCoreApplication:", applicationEntries},
-    {"qtLocale", qt, 4, "QLocale", {}},
-    {"qtScreens", qt, 5, "QScreen", screenEntries, &numberedDevices, screenNames},
-    {"qtDesktop", qt, 6, "QDesktopWidget", {}},
-    {"qtDesktopServices", qt, 7, "QDesktopServices", folderEntries},
-    {"qtPrinterInfo", qt, 8, "QPrinterInfo", printerEntries},
-    {"qtHostInfo", qt, 9, "QHostInfo", {}},
-    {"network", qt, 10, "Network Interfaces Info", networkEntries, &interfaces},
-    {environmentSection, qt, 11, "System environemnt (QProcess::systemEnvironment()):", {}},
-    {openGLSection, qt, 12, "#### QGLFormat ####", openGLEntries},
+    {"checkFtdiDriver", "FTDI driver", {}},
+    {"bonjourVersion", nullptr, bonjourEntries},
+    {"defaultEmailApp", nullptr, mailEntries, nullptr, {}, true},
+    {"qtDateTime", nullptr, dateEntries},
+    {"qtGlobal", "Qt Global", globalEntries},
+    {"qtCoreApplication", "QCoreApplication:", applicationEntries},
+    {"qtLocale", "QLocale", {}},
+    {"qtScreens", "QScreen", screenEntries, &numberedDevices, screenNames},
+    {"qtDesktop", "QDesktopWidget", {}},
+    {"qtDesktopServices", "QDesktopServices", folderEntries},
+    {"qtPrinterInfo", "QPrinterInfo", printerEntries},
+    {"qtHostInfo", "QHostInfo", {}},
+    {"network", networkHeading, networkEntries, &interfaces},
+    {environmentSection, "System environemnt (QProcess::systemEnvironment()):", {}},
+    {openGLSection, "#### QGLFormat ####", openGLEntries},
 };
+
+std::vector<SectionFormat> makeFormats()
+{
+    std::vector<SectionFormat> formats(std::begin(rows), std::end(rows));
+    for (SectionFormat& format : formats) {
+        for (const SectionInfo& section : sections()) {
+            if (std::strcmp(section.name, format.name) == 0) {
+                format.half = section.half == ReportHalf::Qt ? Half::Qt : Half::Macintosh;
+                format.group = section.group;
+            }
+        }
+    }
+    return formats;
+}
 
 int length(const char* text)
 {
@@ -192,7 +202,7 @@ bool isLine(const QString& text, const Line& line, const char* ascii)
     return hasAt(text, line.begin, line.end, ascii) && isBlank(text, line.begin + length(ascii), line.end);
 }
 
-/// The first lines of sections by three of their characters, so that a line is compared with one or two of them.
+/// The first lines of sections by four of their characters, so that a line is compared with one or two of them.
 class FirstLines
 {
 public:
@@ -206,16 +216,17 @@ private:
 
     struct Row
     {
-        const char* text;
-        bool isLabel; // the text and a colon begin the line, instead of being all of it
+        std::u16string text;
+        bool isLabel; // the text begins the line, instead of being all of it
         const SectionFormat* format;
         int next; // of those with the same characters
     };
 
-    void add(const char* text, bool isLabel, const SectionFormat& format);
-    static unsigned slot(unsigned first, unsigned fifth, unsigned sixth)
+    void add(const QString& text, bool isLabel, const SectionFormat& format);
+    static unsigned slot(const QChar* line)
     {
-        return (first * 7 + fifth * 31 + sixth * 3) % slotCount;
+        const auto at = [line](int index) { return static_cast<unsigned>(line[index].unicode()); };
+        return (at(0) * 7 + at(1) * 11 + at(4) * 31 + at(5) * 3) % slotCount;
     }
     static bool matches(const QString& text, const Line& line, const Row& row);
 
@@ -228,36 +239,31 @@ private:
 FirstLines::FirstLines()
 {
     std::fill(std::begin(slots_), std::end(slots_), noRow);
-    for (const SectionFormat& format : formats) {
+    for (const SectionFormat& format : sectionFormats()) {
         if (format.heading != nullptr) {
-            add(format.heading, false, format);
+            add(QString::fromLatin1(format.heading), false, format);
             continue;
         }
         for (const EntryFormat& entry : format.entries) {
-            add(entry.label, true, format);
+            add(QString::fromLatin1(entry.label) + QLatin1Char(':'), true, format);
         }
     }
 }
 
-void FirstLines::add(const char* text, bool isLabel, const SectionFormat& format)
+void FirstLines::add(const QString& text, bool isLabel, const SectionFormat& format)
 {
-    const auto at = [text](int index) {
-        // The colon behind a label of five characters is its sixth.
-        return index < length(text) ? static_cast<unsigned char>(text[index]) : static_cast<unsigned>(':');
-    };
-    int& head = slots_[slot(at(0), at(4), at(5))];
-    rows_.push_back({text, isLabel, &format, head});
+    int& head = slots_[slot(text.constData())];
+    rows_.push_back({text.toStdU16String(), isLabel, &format, head});
     head = static_cast<int>(rows_.size()) - 1;
 }
 
 bool FirstLines::matches(const QString& text, const Line& line, const Row& row)
 {
-    if (!row.isLabel) {
-        return isLine(text, line, row.text);
-    }
-    const int colonPosition = line.begin + length(row.text);
-    return hasAt(text, line.begin, line.end, row.text) && colonPosition < line.end &&
-           text.at(colonPosition) == QLatin1Char(':');
+    const int end = line.begin + static_cast<int>(row.text.size());
+    return end <= line.end &&
+           std::memcmp(text.constData() + line.begin, row.text.data(), row.text.size() * sizeof(QChar)) ==
+               0 &&
+           (row.isLabel || isBlank(text, end, line.end));
 }
 
 const SectionFormat* FirstLines::find(const QString& text, const Line& line, Half half) const
@@ -266,8 +272,7 @@ const SectionFormat* FirstLines::find(const QString& text, const Line& line, Hal
         return nullptr;
     }
     const QChar* const start = text.constData() + line.begin;
-    for (int row = slots_[slot(start[0].unicode(), start[4].unicode(), start[5].unicode())]; row != noRow;
-         row = rows_[std::size_t(row)].next) {
+    for (int row = slots_[slot(start)]; row != noRow; row = rows_[std::size_t(row)].next) {
         const Row& candidate = rows_[std::size_t(row)];
         if (matches(text, line, candidate)) {
             const bool isForeign = half == Half::Windows && candidate.format->half == Half::Macintosh;
@@ -309,8 +314,9 @@ bool isSeparator(const QString& text, const Line& line)
     if (line.end - line.begin < separatorLength || text.at(line.begin) != QLatin1Char('-')) {
         return false;
     }
-    const QChar* const first = text.constData() + line.begin;
-    return std::all_of(first, first + separatorLength, [](QChar each) { return each == QLatin1Char('-'); }) &&
+    static const QString hyphens(separatorLength, QLatin1Char('-'));
+    return std::memcmp(text.constData() + line.begin, hyphens.constData(), separatorLength * sizeof(QChar)) ==
+               0 &&
            isBlank(text, line.begin + separatorLength, line.end);
 }
 
@@ -327,11 +333,17 @@ Half bannerHalf(const QString& text, const Line& line)
 // A separator covers a position in 72, wherever it stands, so that no other character has to be looked at.
 int lastSeparator(const QString& text, int begin, int end)
 {
+    constexpr int step = 8;
+    static const char16_t hyphens[step] = {u'-', u'-', u'-', u'-', u'-', u'-', u'-', u'-'};
     const QChar* const characters = text.constData();
     const auto isHyphen = [&](int position) { return characters[position] == QLatin1Char('-'); };
     for (int probe = end - 1; probe >= begin; probe -= separatorLength) {
         if (!isHyphen(probe)) {
             continue;
+        }
+        while (probe - begin >= step &&
+               std::memcmp(characters + probe - step, hyphens, sizeof hyphens) == 0) {
+            probe -= step;
         }
         while (probe > begin && isHyphen(probe - 1)) {
             --probe;
@@ -344,14 +356,24 @@ int lastSeparator(const QString& text, int begin, int end)
     return -1;
 }
 
-Table<SectionFormat> sectionFormats()
+const std::vector<SectionFormat>& sectionFormats()
 {
+    static const std::vector<SectionFormat> formats = makeFormats();
     return formats;
 }
 
 bool isSection(const SectionFormat* format, const char* name)
 {
     return format != nullptr && std::strcmp(format->name, name) == 0;
+}
+
+const SectionFormat* environmentFormat()
+{
+    const std::vector<SectionFormat>& formats = sectionFormats();
+    static const SectionFormat* const format =
+        &*std::find_if(formats.begin(), formats.end(),
+                       [](const auto& each) { return isSection(&each, environmentSection); });
+    return format;
 }
 
 const SectionFormat* sectionOf(const QString& text, const Line& line, Half half)

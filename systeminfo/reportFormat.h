@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstddef>
+#include <vector>
 
 namespace norvex::SystemInfo::Internal {
 
@@ -92,17 +93,18 @@ struct Table
 struct SectionFormat
 {
     const char* name;
-    Half half;
-    int group; ///< sections of one group have no separator between them
     const char* heading;
     Table<EntryFormat> entries;
     const BlockFormat* blocks = nullptr;
     Table<const char*> blockNames = {}; ///< the labels of what names a block
     bool isQuoted = false;              ///< texts stand between apostrophes
+
+    Half half = Half::None; ///< these two are as sections() has them
+    int group = 0;
 };
 
 /// All sections in the report's order.
-Table<SectionFormat> sectionFormats();
+const std::vector<SectionFormat>& sectionFormats();
 
 extern const char* const environmentSection;
 extern const char* const openGLSection;
@@ -110,6 +112,9 @@ extern const char* const usbSection;
 
 /// Whether the section is the one of this name; false for none.
 bool isSection(const SectionFormat* format, const char* name);
+
+/// The environment's section.
+const SectionFormat* environmentFormat();
 
 /// The section that this line is the heading of, or, of a section without one, an entry; null when there is none. The
 /// Windows half has none of the Macintosh sections.

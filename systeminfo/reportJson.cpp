@@ -128,8 +128,8 @@ private:
 QJsonDocument JsonWriter::document() const
 {
     QJsonArray content;
-    for (std::size_t i = 0; i < report_.parts.size(); ++i) {
-        content.append(part(report_.parts[i], report_.endOf(i)));
+    for (int i = 0; i < report_.parts.size(); ++i) {
+        content.append(part(report_.parts.at(i), report_.endOf(i)));
     }
     QJsonObject document;
     document.insert(keys().content, content);

@@ -1,7 +1,6 @@
 #include "systeminfo/reportParts.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace norvex::SystemInfo::Internal {
 
@@ -15,7 +14,7 @@ class PartParser
 public:
     explicit PartParser(const QString& text) : text_(text) {}
 
-    std::vector<Part> parse();
+    QVector<Part> parse();
 
 private:
     int takeLine(const Line& line);
@@ -24,8 +23,9 @@ private:
     void closeChunk(bool hasSeparator);
 
     const QString& text_;
-    std::vector<Part> parts_;
-    std::size_t chunk_ = 0;                  // the first of its parts
+    const SectionFormat* const environment_ = environmentFormat();
+    QVector<Part> parts_;
+    int chunk_ = 0;                          // the first of its parts
     bool hasSection_ = false;                // in this chunk
     const SectionFormat* section_ = nullptr; // the last one of this chunk
     Half half_ = Half::None;
@@ -104,14 +104,13 @@ bool EnvironmentEnd::isOpenGL(const Line& heading) const
     return true;
 }
 
-std::vector<Part> PartParser::parse()
+QVector<Part> PartParser::parse()
 {
     for (int position = 0; position < text_.size();) {
         position = takeLine(lineAt(text_, position));
     }
     closeChunk(false);
-    parts_.shrink_to_fit();
-    return std::move(parts_);
+    return parts_;
 }
 
 /// Where to go on.
@@ -132,7 +131,7 @@ int PartParser::takeLine(const Line& line)
         return line.next;
     }
     const SectionFormat* const format = sectionOf(text_, line, half_);
-    if (isSection(format, environmentSection)) {
+    if (format != nullptr && format == environment_) {
         closeChunk(false);
         append(line.begin, Part::Section, half_, format);
         closeChunk(false);
@@ -161,23 +160,23 @@ void PartParser::takeContent(const Line& line, const SectionFormat* format)
 void PartParser::append(int begin, Part::Type type, Half half, const SectionFormat* format)
 {
     const auto index =
-        format == nullptr ? Part::unknownFormat : static_cast<qint16>(format - sectionFormats().first);
-    parts_.push_back({begin, index, type, half});
+        format == nullptr ? Part::unknownFormat : static_cast<qint16>(format - sectionFormats().data());
+    parts_.append({begin, index, type, half});
 }
 
 /// Of the sections that a chunk with a separator was taken to have only the first one and others of its group stay.
 void PartParser::closeChunk(bool hasSeparator)
 {
     if (hasSeparator) {
-        std::size_t kept = chunk_;
+        int kept = chunk_;
         const SectionFormat* last = nullptr;
-        for (std::size_t part = chunk_; part < parts_.size(); ++part) {
-            const SectionFormat* const format = parts_[part].format();
+        for (int part = chunk_; part < parts_.size(); ++part) {
+            const SectionFormat* const format = parts_.at(part).format();
             const bool isInGroup = last != nullptr && format != nullptr && format > last &&
                                    format->half == last->half && format->group == last->group;
-            const bool isFirst = kept == chunk_ || parts_[kept - 1].type != Part::Section;
+            const bool isFirst = kept == chunk_ || parts_.at(kept - 1).type != Part::Section;
             if (isFirst || isInGroup) {
-                parts_[kept++] = parts_[part];
+                parts_[kept++] = parts_.at(part);
                 last = format;
             }
         }
@@ -210,7 +209,7 @@ QString unquoted(const QString& value, const SectionFormat* format)
 
 bool isVariable(const SectionFormat* format)
 {
-    return isSection(format, environmentSection);
+    return format != nullptr && format == environmentFormat();
 }
 
 bool readVariable(const QString& text, const Line& line, EntryPlace& entry)
@@ -293,7 +292,7 @@ bool readEntryOf(const QString& text, const Line& line, const SectionFormat* sec
 
 } // namespace
 
-std::vector<Part> partsOf(const QString& text)
+QVector<Part> partsOf(const QString& text)
 {
     return PartParser(text).parse();
 }
@@ -363,11 +362,11 @@ int PieceReader::blockEnd(const Line& first) const
 {
     const BlockFormat& blocks = *container_.format->blocks;
     for (Line line = first;; line = lineAt(text_, line.next)) {
-        if (closesBlock(text_, line, blocks) || line.next == container_.end) {
-            return line.next;
-        }
         if (blocks.closing == nullptr && line.begin != first.begin && opensBlock(text_, line, blocks)) {
             return line.begin;
+        }
+        if (closesBlock(text_, line, blocks) || line.next == container_.end) {
+            return line.next;
         }
     }
 }

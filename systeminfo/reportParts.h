@@ -8,8 +8,7 @@
 
 #include <QString>
 #include <QStringList>
-
-#include <vector>
+#include <QVector>
 
 namespace norvex::SystemInfo::Internal {
 
@@ -28,12 +27,12 @@ struct Part
 
     const SectionFormat* format() const
     {
-        return formatIndex == unknownFormat ? nullptr : sectionFormats().first + formatIndex;
+        return formatIndex == unknownFormat ? nullptr : sectionFormats().data() + formatIndex;
     }
 };
 
 /// The parts of a text, in linear time.
-std::vector<Part> partsOf(const QString& text);
+QVector<Part> partsOf(const QString& text);
 
 /// The place of a label and its value in a line. The value of a list or of a variable goes on behind the line.
 struct EntryPlace
@@ -113,3 +112,5 @@ bool isList(const EntryPlace& entry);
 int withoutLineEnd(const QString& text, int begin, int end);
 
 } // namespace norvex::SystemInfo::Internal
+
+Q_DECLARE_TYPEINFO(norvex::SystemInfo::Internal::Part, Q_PRIMITIVE_TYPE);

@@ -14,13 +14,10 @@ class CReportPrivate : public QSharedData
 public:
     explicit CReportPrivate(const QString& reportText) : text(reportText), parts(Internal::partsOf(text)) {}
 
-    int endOf(std::size_t part) const
-    {
-        return part + 1 < parts.size() ? parts[part + 1].begin : text.size();
-    }
+    int endOf(int part) const { return part + 1 < parts.size() ? parts.at(part + 1).begin : text.size(); }
 
     const QString text;
-    const std::vector<Internal::Part> parts;
+    const QVector<Internal::Part> parts;
 };
 
 class CReportDifferencePrivate : public QSharedData
