@@ -19,6 +19,7 @@ testPackages=(
   dbus-daemon make
   clang libc++-dev libc++abi-dev musl-dev
   libgnustep-gui-dev libobjc-12-dev
+  python3-jsonschema jq
 )
 
 say() {
