@@ -18,6 +18,7 @@
 #include "machelpers/norvexMacHelpers.h"
 #include "recordingSupport.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/norvexReport.h"
 #include "systeminfo/norvexSystemInfo.h"
 #include "tools/anonymise/anonymiser.h"
 #include "tools/record/recorder.h"
@@ -375,6 +376,7 @@ private slots:
     void loading();
     void recordings();
     void reader();
+    void documents();
     void liveSections_data();
     void liveSections();
     void liveRecording();
@@ -695,6 +697,19 @@ void AllocationSweepTest::helpers()
         helper.call = [&isClean, call = helper.call] { return isClean(call()); };
     }
     sweepHelpers(calls);
+}
+
+void AllocationSweepTest::documents()
+{
+    const QString text = QString::fromUtf8(contentsOf(NORVEX_TEST_DATA "/reports/twoDisks.txt"));
+    const QString other = QString(text).replace("Free:  ", "Avail: ");
+    const auto read = [&] {
+        const auto report = norvex::SystemInfo::CReport::fromText(text);
+        const auto differences = report.compare(norvex::SystemInfo::CReport::fromText(other));
+        return report.value("ioKitSataDiskDevices[W1D2Q3R4]/Size") + QString::number(differences.size()) +
+               report.text();
+    };
+    sweep(read, [&](const QString& result, bool) { return result == "1000.2 GB5" + text; });
 }
 
 QTEST_GUILESS_MAIN(AllocationSweepTest)
