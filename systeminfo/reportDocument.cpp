@@ -110,7 +110,7 @@ QString SiblingNames::escape(const QString& name) const
 
 QString SiblingNames::add(const QString& name)
 {
-    const QString escaped = escape(name);
+    QString escaped = escape(name);
     int number = ++counts_[escaped];
     if (number == 1) {
         return escaped;
@@ -218,7 +218,7 @@ CReportEntry CReportItem::childEntry(const QString& label) const
 {
     const QVector<CReportItem> items = children();
     for (const CReportItem& item : items) {
-        const CReportEntry entry = item.toEntry();
+        CReportEntry entry = item.toEntry();
         if (!entry.isNull() && entry.label() == label) {
             return entry;
         }

@@ -15,8 +15,8 @@ using namespace Internal;
 namespace {
 
 constexpr int formatNumber = 1;
-constexpr qint64 mostCharacters = 64 * 1024 * 1024;
-constexpr qint64 mostLines = 1000 * 1000;
+constexpr qint64 mostCharacters = qint64(64) * 1024 * 1024;
+constexpr qint64 mostLines = 1000000;
 
 /// The names of the document's members.
 struct Keys
@@ -60,7 +60,7 @@ QString limitMessage(const QString& text)
     // These keep a document in one piece of at most 128 Mi bytes, and leave out what does not fit.
     constexpr qint64 bytesForCharacter = 16;
     constexpr qint64 bytesForLine = 400;
-    constexpr qint64 mostBytes = 128 * 1024 * 1024;
+    constexpr qint64 mostBytes = qint64(128) * 1024 * 1024;
     if (text.size() * bytesForCharacter + (lines + 1) * bytesForLine > mostBytes) {
         return QObject::tr("The report is too long for JSON documents of this version of Qt.");
     }

@@ -50,7 +50,7 @@ QString givenName(const QString& text, const Piece& block, const SectionFormat& 
         return usbName(text, block, format);
     }
     for (const char* label : format.blockNames) {
-        const QString name = valueInBlock(text, block, format, label);
+        QString name = valueInBlock(text, block, format, label);
         if (!name.isEmpty() && name != QLatin1String("???")) { // what a graphics card without a name shows
             return name;
         }

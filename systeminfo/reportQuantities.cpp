@@ -10,7 +10,7 @@ namespace {
 
 constexpr quint64 largest = quint64(1) << 53;
 constexpr quint64 kibi = 1024;
-constexpr quint64 mega = 1000 * 1000;
+constexpr quint64 mega = 1000000;
 
 struct Unit
 {
