@@ -28,6 +28,7 @@ QString filled(int length, const QString& variables)
     for (int number = 0; text.size() < length; ++number) {
         text += variables.arg(number);
     }
+    text.truncate(length); // more is no JSON
     return text;
 }
 
