@@ -44,6 +44,7 @@ private:
     int openGLBehindSeparator(int lastSeparatorBegin) const;
     int openGLHeading() const;
     bool isOpenGL(const Line& heading) const;
+    bool hasVariable(int begin) const;
 
     const QString& text_;
     const int begin_;
@@ -52,7 +53,14 @@ private:
 int EnvironmentEnd::find() const
 {
     const int separatorBegin = lastSeparator(text_, begin_, text_.size());
-    return separatorBegin == -1 ? openGLHeading() : openGLBehindSeparator(separatorBegin);
+    if (separatorBegin == -1) {
+        return openGLHeading();
+    }
+    // Then the separator is a line of a value, and the environment is cut off or was printed alone.
+    if (hasVariable(lineAt(text_, separatorBegin).next)) {
+        return text_.size();
+    }
+    return openGLBehindSeparator(separatorBegin);
 }
 
 int EnvironmentEnd::openGLBehindSeparator(int lastSeparatorBegin) const
@@ -94,14 +102,19 @@ bool EnvironmentEnd::isOpenGL(const Line& heading) const
     if (!QString(firstLabel).startsWith(start)) {
         return false;
     }
-    for (int position = heading.next; position < text_.size();) {
+    return !hasVariable(heading.next);
+}
+
+bool EnvironmentEnd::hasVariable(int begin) const
+{
+    for (int position = begin; position < text_.size();) {
         const Line line = lineAt(text_, position);
         if (variableDelimiter(text_, line) != -1) {
-            return false;
+            return true;
         }
         position = line.next;
     }
-    return true;
+    return false;
 }
 
 QVector<Part> PartParser::parse()

@@ -315,6 +315,8 @@ void ReportDocumentTest::sections_data()
     row("variables behind OpenGL",
         environment + "  A=1\n" + separatorLine + openGL + "  B=2\n" + separatorLine,
         "qt qtSystemEnvironment");
+    row("a separator in an environment alone", environment + "  A=1\n" + separatorLine + "2\n  B=3\n",
+        "qt qtSystemEnvironment");
     row("environment and OpenGL alone", environment + "  A=1\n" + openGL,
         "qt qtSystemEnvironment, qt openGL");
     row("cut behind OpenGL's heading", environment + "  A=1\n" + separatorLine + "#### QGLFormat #### \nhas",
