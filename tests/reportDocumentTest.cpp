@@ -293,6 +293,8 @@ void ReportDocumentTest::sections_data()
         "macintosh cpuInfo");
     row("a value like a heading", "FTDI driver\nVolumes\n" + separatorLine + "QLocale\n",
         "macintosh checkFtdiDriver, qt qtLocale");
+    row("a value like a later heading", "Volumes\n/a\nFTDI driver\n" + separatorLine,
+        "macintosh listFileSystemVolumesInfo");
     row("the same without a separator", "FTDI driver\nVolumes\n",
         "macintosh checkFtdiDriver, macintosh listFileSystemVolumesInfo");
     row("blanks at the ends lost", "#### QGLFormat ####\n" + separatorLine.trimmed() + "  \nQScreen \n",
