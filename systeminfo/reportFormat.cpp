@@ -331,7 +331,7 @@ Half bannerHalf(const QString& text, const Line& line)
 }
 
 // A separator covers a position in 72, wherever it stands, so that no other character has to be looked at.
-int lastSeparator(const QString& text, int begin, int end)
+Line lastSeparator(const QString& text, int begin, int end)
 {
     constexpr int step = 8;
     static const char16_t hyphens[step] = {u'-', u'-', u'-', u'-', u'-', u'-', u'-', u'-'};
@@ -349,11 +349,14 @@ int lastSeparator(const QString& text, int begin, int end)
             --probe;
         }
         const bool beginsLine = probe == begin || characters[probe - 1] == QLatin1Char('\n');
-        if (beginsLine && isSeparator(text, lineAt(text, probe)) && end - probe >= separatorLength) {
-            return probe;
+        if (beginsLine && end - probe >= separatorLength) {
+            const Line line = lineAt(text, probe);
+            if (isSeparator(text, line)) {
+                return line;
+            }
         }
     }
-    return -1;
+    return {-1, -1, -1};
 }
 
 const std::vector<SectionFormat>& sectionFormats()

@@ -33,9 +33,9 @@ Line lineAt(const QString& text, int begin);
 bool isSeparator(const QString& text, const Line& line);
 /// The half that the line is the banner of.
 Half bannerHalf(const QString& text, const Line& line);
-/// Where the last separator begins of those that are whole between two positions, the first of which begins a line;
-/// -1 without one.
-int lastSeparator(const QString& text, int begin, int end);
+/// The last separator of those that are whole between two positions, the first of which begins a line; begin is -1
+/// without one.
+Line lastSeparator(const QString& text, int begin, int end);
 
 /// What stands behind a label.
 enum class ValueKind : quint8 {

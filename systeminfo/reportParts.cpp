@@ -41,9 +41,10 @@ public:
     int find() const;
 
 private:
-    int openGLBehindSeparator(int lastSeparatorBegin) const;
+    int openGLBehindSeparator(const Line& last) const;
     int openGLHeading() const;
-    bool isOpenGL(const Line& heading) const;
+    bool isOpenGLHeading(int begin) const;
+    bool isOpenGL(int headingBegin) const;
     bool hasVariable(int begin) const;
 
     const QString& text_;
@@ -52,57 +53,56 @@ private:
 
 int EnvironmentEnd::find() const
 {
-    const int separatorBegin = lastSeparator(text_, begin_, text_.size());
-    if (separatorBegin == -1) {
+    const Line separator = lastSeparator(text_, begin_, text_.size());
+    if (separator.begin == -1) {
         return openGLHeading();
     }
     // Then the separator is a line of a value, and the environment is cut off or was printed alone.
-    if (hasVariable(lineAt(text_, separatorBegin).next)) {
+    if (hasVariable(separator.next)) {
         return text_.size();
     }
-    return openGLBehindSeparator(separatorBegin);
+    return openGLBehindSeparator(separator);
 }
 
-int EnvironmentEnd::openGLBehindSeparator(int lastSeparatorBegin) const
+int EnvironmentEnd::openGLBehindSeparator(const Line& last) const
 {
-    for (int separatorBegin = lastSeparatorBegin; separatorBegin != -1;
-         separatorBegin = lastSeparator(text_, begin_, separatorBegin)) {
-        const int behind = lineAt(text_, separatorBegin).next;
-        if (behind == text_.size()) {
-            continue;
-        }
-        const Line heading = lineAt(text_, behind);
-        if (isSection(sectionOf(text_, heading, Half::Qt), openGLSection)) {
-            return isOpenGL(heading) ? separatorBegin : lastSeparatorBegin;
+    for (Line separator = last; separator.begin != -1;
+         separator = lastSeparator(text_, begin_, separator.begin)) {
+        if (separator.next != text_.size() && isOpenGLHeading(separator.next)) {
+            return isOpenGL(separator.next) ? separator.begin : last.begin;
         }
     }
-    return lastSeparatorBegin;
+    return last.begin;
 }
 
 int EnvironmentEnd::openGLHeading() const
 {
     int found = text_.size();
-    for (int position = begin_; position < text_.size();) {
-        const Line line = lineAt(text_, position);
-        if (!line.isEmpty() && text_.at(line.begin) == QLatin1Char('#') &&
-            isSection(sectionOf(text_, line, Half::Qt), openGLSection)) {
-            found = line.begin;
+    for (int position = begin_; position < text_.size(); position = lineAt(text_, position).next) {
+        if (isOpenGLHeading(position)) {
+            found = position;
         }
-        position = line.next;
     }
-    return found != text_.size() && isOpenGL(lineAt(text_, found)) ? found : text_.size();
+    return found != text_.size() && isOpenGL(found) ? found : text_.size();
+}
+
+bool EnvironmentEnd::isOpenGLHeading(int begin) const
+{
+    return text_.at(begin) == QLatin1Char('#') &&
+           isSection(sectionOf(text_, lineAt(text_, begin), Half::Qt), openGLSection);
 }
 
 // The heading may be a line of a variable's value. Then what it begins does not read like that section, or more
 // variables follow.
-bool EnvironmentEnd::isOpenGL(const Line& heading) const
+bool EnvironmentEnd::isOpenGL(int headingBegin) const
 {
+    const int content = lineAt(text_, headingBegin).next;
     static const QLatin1String firstLabel("hasOpenGL");
-    const QString start = text_.mid(heading.next, firstLabel.size());
+    const QString start = text_.mid(content, firstLabel.size());
     if (!QString(firstLabel).startsWith(start)) {
         return false;
     }
-    return !hasVariable(heading.next);
+    return !hasVariable(content);
 }
 
 bool EnvironmentEnd::hasVariable(int begin) const
