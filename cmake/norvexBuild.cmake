@@ -47,10 +47,16 @@ function(norvex_configure_library target)
       LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/Libraries
       BUILD_WITH_INSTALL_NAME_DIR ON
       INSTALL_NAME_DIR "@executable_path/../Libraries"
-      MACHO_CURRENT_VERSION 1.2.171
-      MACHO_COMPATIBILITY_VERSION 1.2.0)
+      MACHO_CURRENT_VERSION ${PROJECT_VERSION}
+      MACHO_COMPATIBILITY_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}.0)
   else()
-    set_target_properties(${target} PROPERTIES VERSION 1.2.171 SOVERSION 1)
+    set(map ${PROJECT_BINARY_DIR}/norvexSystemInfo.map)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/norvexSystemInfo.map.in ${map} @ONLY)
+    target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+    set_target_properties(${target} PROPERTIES
+      LINK_DEPENDS ${map}
+      VERSION ${PROJECT_VERSION}
+      SOVERSION ${PROJECT_VERSION_MAJOR})
     if(norvex_is_top_level)
       set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
     endif()

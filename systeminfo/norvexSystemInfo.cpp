@@ -1,18 +1,11 @@
 #include "systeminfo/norvexSystemInfo.h"
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/norvexVersion.h"
 #include "systeminfo/reportHalf.h"
 #include "systeminfo/reportTexts.h"
 
 namespace norvex::SystemInfo {
-
-namespace {
-
-constexpr int majorVersion = 1;
-constexpr int minorVersion = 2;
-constexpr int patchVersion = 171;
-
-} // namespace
 
 QString sNewLine = QStringLiteral("\n");
 
