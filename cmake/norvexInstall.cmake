@@ -1,4 +1,5 @@
-# What `cmake --install` puts where, the CMake package, the pkg-config file and the Debian packages.
+# What `cmake --install` puts where, the CMake package and the pkg-config file. The components have the project's name:
+# an application that embeds the library has its own.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -13,9 +14,9 @@ set(norvex_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/norvexSystemInfo)
 
 set_target_properties(norvexSystemInfo PROPERTIES EXPORT_NAME SystemInfo)
 install(TARGETS norvexSystemInfo EXPORT norvexSystemInfoTargets
-  LIBRARY DESTINATION ${norvex_library_dir} COMPONENT library NAMELINK_COMPONENT development
+  LIBRARY DESTINATION ${norvex_library_dir} COMPONENT norvexLibrary NAMELINK_COMPONENT norvexDevelopment
   INCLUDES DESTINATION ${norvex_include_dir})
-install(EXPORT norvexSystemInfoTargets NAMESPACE norvex:: DESTINATION ${norvex_package_dir} COMPONENT development)
+install(EXPORT norvexSystemInfoTargets NAMESPACE norvex:: DESTINATION ${norvex_package_dir} COMPONENT norvexDevelopment)
 
 set(norvex_public_headers
   systeminfo/norvexExport.h
@@ -30,7 +31,7 @@ if(NOT APPLE)
 endif()
 foreach(header IN LISTS norvex_public_headers)
   get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${norvex_include_dir}/${folder} COMPONENT development)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${norvex_include_dir}/${folder} COMPONENT norvexDevelopment)
 endforeach()
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfoConfig.cmake.in
@@ -41,49 +42,36 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/norvexSystemInfoConfigVer
 install(FILES
   ${PROJECT_BINARY_DIR}/norvexSystemInfoConfig.cmake
   ${PROJECT_BINARY_DIR}/norvexSystemInfoConfigVersion.cmake
-  DESTINATION ${norvex_package_dir} COMPONENT development)
+  DESTINATION ${norvex_package_dir} COMPONENT norvexDevelopment)
 
 # The file finds its prefix from where it lies, so that an installed tree can be moved.
 set(norvex_pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 file(RELATIVE_PATH norvex_prefix_from_pkgconfig /prefix/${norvex_pkgconfig_dir} /prefix)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfo.pc.in ${PROJECT_BINARY_DIR}/norvexSystemInfo.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/norvexSystemInfo.pc DESTINATION ${norvex_pkgconfig_dir} COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/norvexSystemInfo.pc DESTINATION ${norvex_pkgconfig_dir} COMPONENT norvexDevelopment)
 
 configure_file(${CMAKE_CURRENT_LIST_DIR}/norvexSystemInfo.pri.in ${PROJECT_BINARY_DIR}/norvexSystemInfo.pri @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/norvexSystemInfo.pri
-  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/norvexSystemInfo COMPONENT development)
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/norvexSystemInfo COMPONENT norvexDevelopment)
+
+# norvex_gzip(VARIABLE FILE NAME): makes NAME.gz of FILE in the build folder, without time stamp, and sets VARIABLE to
+# its path. It happens while configuring, so that a build of any target can be installed.
+function(norvex_gzip variable file name)
+  set(result ${PROJECT_BINARY_DIR}/compressed/${name}.gz)
+  find_program(NORVEX_GZIP gzip REQUIRED)
+  configure_file(${file} ${PROJECT_BINARY_DIR}/compressed/${name} COPYONLY)
+  execute_process(COMMAND ${NORVEX_GZIP} -9nkf ${PROJECT_BINARY_DIR}/compressed/${name} COMMAND_ERROR_IS_FATAL ANY)
+  set(${variable} ${result} PARENT_SCOPE)
+endfunction()
 
 if(TARGET norvex-systeminfo)
-  install(TARGETS norvex-systeminfo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
-  install(FILES ${PROJECT_SOURCE_DIR}/docs/norvex-systeminfo.1
-    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+  install(TARGETS norvex-systeminfo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvexTool)
+  norvex_gzip(norvex_man_page ${PROJECT_SOURCE_DIR}/docs/norvex-systeminfo.1 norvex-systeminfo.1)
+  install(FILES ${norvex_man_page}
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT norvexTool)
   install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.bash RENAME norvex-systeminfo
-    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT tool)
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT norvexTool)
+  # The documents that the man page names.
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/report-format.md ${PROJECT_SOURCE_DIR}/docs/recording-format.md
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/norvex-systeminfo COMPONENT norvexTool)
 endif()
-
-set(CPACK_PACKAGE_NAME norvex-systeminfo)
-set(CPACK_PACKAGE_VENDOR "norvex")
-set(CPACK_PACKAGE_CONTACT "norvex maintainers <maintainers@norvex.invalid>")
-set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
-set(CPACK_GENERATOR DEB)
-set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL library development tool)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_STRIP_FILES ON)
-set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libnorvexsysteminfo1)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libnorvexsysteminfo-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "libnorvexsysteminfo1 (= ${PROJECT_VERSION}), qtbase5-dev (>= 5.6)")
-set(CPACK_DEBIAN_TOOL_PACKAGE_NAME norvex-systeminfo)
-set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION utils)
-set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Shared library that describes a machine as one text report.")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers and build files of libnorvexSystemInfo.")
-set(CPACK_COMPONENT_TOOL_DESCRIPTION "Prints the system-information report, and reads reports back.")
-include(CPack)

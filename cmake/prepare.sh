@@ -6,7 +6,8 @@
 sourceFolder=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 buildFolder=$sourceFolder/build/release
 
-# One line a purpose; what a package needs itself is not listed.
+# One line a purpose; what a package needs itself is not listed. The packages' test also runs lintian, which brings 150
+# packages with it, where somebody has installed it.
 buildPackages=(
   g++ cmake ninja-build pkg-config
   qtbase5-dev libqt5opengl5-dev
@@ -15,12 +16,14 @@ buildPackages=(
 )
 testPackages=(
   xvfb xauth libgl1-mesa-dri
+  clang-format file dpkg-dev
   umockdev libumockdev-dev
   dbus-daemon make
   clang libc++-dev libc++abi-dev musl-dev
   libgnustep-gui-dev libobjc-12-dev
   python3-jsonschema jq
 )
+tidyPackages=(clang-tidy libbenchmark-dev)
 
 say() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
@@ -97,7 +100,7 @@ if [ "$(uname -s)" = Darwin ]; then
   . "$sourceFolder/cmake/prepareMac.sh"
 fi
 
-# buildRelease TARGET: brings the release build up to date, for one caller at a time
+# buildRelease TARGET...: brings the release build up to date, for one caller at a time
 buildRelease() {
   mkdir -p "$buildFolder"
   if [ -t 2 ] && [ ! -e "$buildFolder/bin" ]; then
@@ -106,12 +109,14 @@ buildRelease() {
   (
     lockDescriptor 9
     cd "$sourceFolder" || exit
-    [ -f "$buildFolder/CMakeCache.txt" ] || configureOptions+=(-G Ninja)
-    # A package that was not there when CMake looked for it is found only when it looks again.
-    if [ ! -f "$buildFolder/cmake_install.cmake" ] || [ ${#newPackages[@]} != 0 ]; then
+    if [ ! -f "$buildFolder/CMakeCache.txt" ]; then
       # bash 3.2 takes an empty array for an unset variable.
       quietly cmake --preset release ${configureOptions[@]+"${configureOptions[@]}"}
+    elif [ ! -f "$buildFolder/cmake_install.cmake" ] || [ ${#newPackages[@]} != 0 ]; then
+      # A package that was not there when CMake looked for it is found only when it looks again. A folder that was
+      # configured by hand keeps its generator and its settings.
+      quietly cmake "$buildFolder"
     fi
-    quietly cmake --build "$buildFolder" --parallel "$(processors)" --target "$1"
+    quietly cmake --build "$buildFolder" --parallel "$(processors)" --target "$@"
   ) 9>"$buildFolder/.lock"
 }

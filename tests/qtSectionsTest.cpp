@@ -216,12 +216,12 @@ private slots:
 
     void versions()
     {
-        int numbers[3] = {};
-        libVersion(numbers[0], numbers[1], numbers[2]);
-        QCOMPARE(numbers[0], 171);
-        QCOMPARE(numbers[1], 2);
-        QCOMPARE(numbers[2], 1);
-        QCOMPARE(libVersionString(), QString("1.2.171"));
+        int major = 0;
+        int minor = 0;
+        int patch = 0;
+        libVersion(patch, minor, major);
+        QCOMPARE(QString("%1.%2.%3").arg(major).arg(minor).arg(patch), QString(NORVEX_VERSION));
+        QCOMPARE(libVersionString(), QString(NORVEX_VERSION));
         QCOMPARE(platformName(), MacSysInfo::platformName());
     }
 };

@@ -90,13 +90,13 @@ Outcome ToolTest::runScript(const QString& script, const QMap<QString, QString>&
 // The columns: a script, its exit status, a pattern for all of its output, and one for a part of its messages. An
 // empty pattern matches nothing but silence.
 #define ROW(name, script, status, output, message)                                                           \
-    QTest::newRow(name) << QStringLiteral(script) << status << QStringLiteral(output)                        \
-                        << QStringLiteral(message)
+    QTest::newRow(name) << QString::fromUtf8(script) << (status) << QString::fromUtf8(output)                \
+                        << QString::fromUtf8(message)
 
 void ToolTest::addUsageRows()
 {
     ROW("help", "$TOOL -h", 0, "Usage: norvex-systeminfo [^\\0]*--list-sections [^\\0]*\n", "");
-    ROW("version", "$TOOL --bogus --version || $TOOL --version", 0, "norvex-systeminfo 1\\.2\\.171\n",
+    ROW("version", "$TOOL --bogus --version || $TOOL --version", 0, "norvex-systeminfo " NORVEX_VERSION "\n",
         "'--bogus'");
     ROW("unknown option", "$TOOL --bogus", 2, "", "'--bogus'\n.*--help");
     ROW("unknown section", "$TOOL --section osVersion --section OSversion", 2, "", "section 'OSversion'");
