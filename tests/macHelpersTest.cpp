@@ -91,7 +91,7 @@ public:
     PlatformObject beginActivity(const char* reason) override
     {
         called(reason);
-        return reinterpret_cast<PlatformObject>(nextActivity);
+        return reinterpret_cast<PlatformObject>(nextActivity); // NOLINT(performance-no-int-to-ptr): a token
     }
     void endActivity(PlatformObject activity) noexcept override { called("end", int(quintptr(activity))); }
     void retain(PlatformObject object) noexcept override { called("retain", int(quintptr(object))); }

@@ -233,7 +233,7 @@ void ReportReaderTest::randomBlocks()
             if (below(6) == 0) {
                 continue;
             }
-            const QString hardwareAddress = addresses[below(6)];
+            const QString& hardwareAddress = addresses[below(6)];
             report += "Hardware address:" + QString(hardwareAddress).insert(below(6), " ") + "\nStatus: Up\n";
             const bool ignored =
                 (isMac && (name.startsWith("awdl") || (name.startsWith("p2p") && name != "p2p0"))) ||

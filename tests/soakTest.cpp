@@ -17,11 +17,11 @@ namespace {
 
 // What caches of other libraries may still take after the first reports. A leak of a few bytes in each of ten
 // thousand reports is more.
-const qint64 heapAllowance = 128 * 1024;
+const qint64 heapAllowance = 128LL * 1024;
 #ifdef __SANITIZE_ADDRESS__
 const qint64 residentAllowance = std::numeric_limits<qint64>::max(); // it keeps freed memory for a while
 #else
-const qint64 residentAllowance = 4 * 1024 * 1024;
+const qint64 residentAllowance = 4LL * 1024 * 1024;
 #endif
 
 /// What this process holds.
