@@ -28,6 +28,7 @@ QStringList onThreads(int rounds, const QString& expected, const std::function<Q
 {
     std::vector<QStringList> others(4);
     std::vector<std::thread> threads;
+    threads.reserve(others.size());
     for (QStringList& ofThread : others) {
         threads.emplace_back([&ofThread, rounds, &expected, &text] {
             for (int i = 0; i < rounds; ++i) {
