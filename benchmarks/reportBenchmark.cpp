@@ -48,7 +48,7 @@ std::shared_ptr<const norvex::Machine> machineOf(QByteArray recording)
 {
     QBuffer buffer(&recording);
     buffer.open(QIODevice::ReadOnly);
-    norvex::PlistFailure failure;
+    norvex::PropertyListFailure failure;
     return norvex::readRecording(buffer, failure);
 }
 

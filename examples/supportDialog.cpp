@@ -66,6 +66,7 @@ SupportDialog::SupportDialog()
     layout->addWidget(notice);
     layout->addWidget(text_);
     layout->addLayout(bottom);
+    status_->setTextFormat(Qt::PlainText); // a file name may look like HTML
     text_->setFocus();
     resize(QSize(900, 700).boundedTo(QGuiApplication::primaryScreen()->availableSize() * 0.85));
 
@@ -108,9 +109,11 @@ void SupportDialog::save()
         return;
     }
     status_->clear();
-    QMessageBox::warning(this, windowTitle(),
-                         QStringLiteral("The report is not saved.\n\n%1: %2")
-                             .arg(QDir::toNativeSeparators(name), file.errorString()));
+    QMessageBox message(QMessageBox::Warning, windowTitle(), QStringLiteral("The report is not saved."),
+                        QMessageBox::Ok, this);
+    message.setTextFormat(Qt::PlainText);
+    message.setInformativeText(QDir::toNativeSeparators(name) + QStringLiteral(": ") + file.errorString());
+    message.exec();
 }
 
 } // namespace

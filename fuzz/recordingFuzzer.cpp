@@ -23,7 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     QByteArray text(reinterpret_cast<const char*>(data), int(size));
     QBuffer buffer(&text);
     buffer.open(QIODevice::ReadOnly);
-    norvex::PlistFailure failure;
+    norvex::PropertyListFailure failure;
     auto machine = norvex::readRecording(buffer, failure);
     require((machine == nullptr) == !failure.reason.isEmpty(), "a reason exactly on refusal");
     if (machine == nullptr) {

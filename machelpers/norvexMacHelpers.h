@@ -118,7 +118,8 @@ NORVEX_SYSTEMINFO_EXPORT const char* absolutePathForAppBundleWithIdentifier(cons
 /// own.
 ///
 /// On Linux files that are damaged, unreadable, not regular files, larger than 16 MiB or nested deeper than
-/// 512 levels give -2, in bounded time and memory. So do XML files that use entities or declare their own.
+/// 512 levels give -2, in bounded time and memory. So do XML files with entities other than
+/// XML's five, or with a document type that has declarations.
 /// libplist, which reads binary property lists, ends the process when memory runs out.
 NORVEX_SYSTEMINFO_EXPORT int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath,
                                                           char* buffer, int bufferSize);

@@ -16,8 +16,7 @@ namespace norvex {
 namespace SystemInfo {
 namespace NetworkInfo {
 
-/// The line terminator of this section: one line feed. Loading the library sets it. Nobody writes it afterwards, and
-/// neither may you.
+/// The line terminator of this section: one line feed. Loading the library sets it. Do not change it.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// The network section: every interface that Qt sees, in Qt's order, with its name, hardware address, state

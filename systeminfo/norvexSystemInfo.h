@@ -24,7 +24,7 @@ namespace norvex {
 namespace SystemInfo {
 
 /// The line terminator of the report's frame and of its Qt sections: one line feed. Loading the library sets it.
-/// Nobody writes it afterwards, and neither may you.
+/// Do not change it.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// The whole report of this machine at this moment.

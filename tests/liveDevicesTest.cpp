@@ -13,8 +13,8 @@
 #include <unistd.h>
 
 using namespace norvex::SystemInfo;
-using norvex::liveRegistry;
-using norvex::liveSuperclassOf;
+using norvex::hostRegistry;
+using norvex::hostSuperclassOf;
 
 namespace {
 
@@ -24,8 +24,8 @@ class WholeRegistryMachine : public norvex::Machine
 public:
     std::optional<QByteArray> sysctl(const QByteArray&) const override { return std::nullopt; }
     std::optional<std::int32_t> gestalt(std::uint32_t) const override { return std::nullopt; }
-    norvex::RegistryPtr registry(const QByteArray&) const override { return liveRegistry({}); }
-    QByteArray superclassOf(const QByteArray& name) const override { return liveSuperclassOf(name); }
+    norvex::RegistryPtr registry(const QByteArray&) const override { return hostRegistry({}); }
+    QByteArray superclassOf(const QByteArray& name) const override { return hostSuperclassOf(name); }
     QList<QByteArray> volumes() const override { return {}; }
     std::optional<norvex::MacStatfs> statfs(const QByteArray&) const override { return std::nullopt; }
     norvex::PathconfAnswer caseSensitive(const QByteArray&) const override { return {}; }
@@ -141,10 +141,10 @@ void LiveDevicesTest::sectionsOfHardware()
 void LiveDevicesTest::queryScansItsOwnDevices()
 {
     load("testbedDesktop");
-    const auto whole = liveRegistry({});
+    const auto whole = hostRegistry({});
     for (const char* name :
          {"IOUSBDevice", "IOEthernetInterface", "IOPCIDevice", "IOSerialBSDClient", "IOMedia"}) {
-        const auto registry = liveRegistry(name);
+        const auto registry = hostRegistry(name);
         std::uint32_t found = 0;
         std::uint32_t foundInWhole = 0;
         for (std::uint32_t i = 1; i < registry->size(); ++i) {
@@ -157,7 +157,7 @@ void LiveDevicesTest::queryScansItsOwnDevices()
         QCOMPARE(found, foundInWhole);
         QVERIFY2(registry->size() < whole->size() / 2, name);
     }
-    QCOMPARE(liveRegistry("IOService")->size(), whole->size());
+    QCOMPARE(hostRegistry("IOService")->size(), whole->size());
     QCOMPARE(whole->entry(0).end, whole->size());
 }
 
@@ -188,9 +188,9 @@ void LiveDevicesTest::unpluggedAndUnknown()
     newTestbed();
     QCOMPARE(MacSysInfo::ioKitSataDiskDevices(), QStringLiteral("AHCI disk (from IOKit)\n"));
     QCOMPARE(MacSysInfo::ioKitUsbDevices(), QStringLiteral("Attached USB devices (from IOKit):\n"));
-    QCOMPARE(liveRegistry("IOFireWireDevice")->size(), 1u);
-    QCOMPARE(liveSuperclassOf("IO80211Interface"), QByteArray("IOEthernetInterface"));
-    QVERIFY(liveSuperclassOf("IOFireWireDevice").isEmpty());
+    QCOMPARE(hostRegistry("IOFireWireDevice")->size(), 1u);
+    QCOMPARE(hostSuperclassOf("IO80211Interface"), QByteArray("IOEthernetInterface"));
+    QVERIFY(hostSuperclassOf("IOFireWireDevice").isEmpty());
 }
 
 // The testbed needs its library in front of the C library's calls, and behind the address sanitizer's.

@@ -8,7 +8,6 @@
 #include <climits>
 #include <cstring>
 #include <ctime>
-#include <thread>
 
 using namespace norvex;
 using namespace norvex::SystemInfo::MacSysInfo;
@@ -98,7 +97,6 @@ private slots:
     void osVersionNames();
     void bonjour();
     void fileSystems();
-    void threads();
 };
 
 void PlatformTest::init()
@@ -179,7 +177,7 @@ void PlatformTest::acceptedOddities()
                         encoder->fromUnicode(QTextCodec::codecForName("UTF-8")->toUnicode("x" + text).mid(1));
                     QBuffer buffer(&document);
                     buffer.open(QIODevice::ReadOnly);
-                    PlistFailure failure;
+                    PropertyListFailure failure;
                     setMachine(readRecording(buffer, failure));
                     QVERIFY2(failure.reason.isEmpty(), qPrintable(name + ": " + failure.reason));
                     QCOMPARE(macModel(), QString("Model: M\n"));
@@ -194,7 +192,7 @@ void PlatformTest::nesting()
     const QByteArray open = "<dict><key>children</key>\n<array>";
     const QByteArray deepest = "<dict><key>classes</key><array><string>IOUSBDevice</string></array></dict>";
     for (const int depth : {512, 513, 200000}) {
-        PlistFailure failure;
+        PropertyListFailure failure;
         setMachine(machineOf("<key>registry</key>" + open.repeated(depth - 1) + deepest +
                                  QByteArray("</array></dict>").repeated(depth - 1),
                              failure));
@@ -209,7 +207,7 @@ void PlatformTest::deepProperties()
 {
     const QByteArray brackets[][2] = {{"<array>", "</array>"}, {"<dict><key>v</key>", "</dict>"}};
     for (const auto& each : brackets) {
-        PlistFailure failure;
+        PropertyListFailure failure;
         const QByteArray element = each[0].repeated(200000) + "<true/>" + each[1].repeated(200000);
         const auto machine = machineOf(propertyOfRoot(element), failure);
         QCOMPARE(machine == nullptr, failure.line != 0);
@@ -496,29 +494,6 @@ void PlatformTest::fileSystems()
              "/" + QByteArray("m").repeated(1021) + '\xc3'); // cut in a letter
     QCOMPARE(getFileSystemCaseSensitivity(path), 2);
     QVERIFY(!getFileSystemInfo("/Volumes/other", &record));
-}
-
-void PlatformTest::threads()
-{
-    const QString file = NORVEX_TEST_DATA "/recordings/report-complete";
-    setMachine(loadRecording(file + ".plist", nullptr));
-    qputenv("TZ", "UTC");
-    tzset();
-    const QString expected = QString::fromUtf8(contentsOf(file + ".txt"));
-    std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
-    threads.reserve(4);
-    for (int i = 0; i < 4; ++i) {
-        threads.emplace_back([&] {
-            for (int round = 0; round < 25; ++round) {
-                wrong += allInfos() != expected;
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    QCOMPARE(wrong.load(), 0);
 }
 
 QTEST_GUILESS_MAIN(PlatformTest)

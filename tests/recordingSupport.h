@@ -73,7 +73,7 @@ inline QDir recordingFolder()
 
 /// A machine from the inside of a recording's top-level dictionary, null with the reason in @p failure.
 inline std::shared_ptr<const norvex::Machine> machineOf(const QByteArray& content,
-                                                        norvex::PlistFailure& failure)
+                                                        norvex::PropertyListFailure& failure)
 {
     QByteArray document =
         "<plist><dict><key>recording</key><integer>1</integer>" + content + "</dict></plist>";
@@ -85,7 +85,7 @@ inline std::shared_ptr<const norvex::Machine> machineOf(const QByteArray& conten
 /// Makes such a machine the one that answers; false, with the reason in the test's log, when it is refused.
 inline bool useMachine(const QByteArray& content)
 {
-    norvex::PlistFailure failure;
+    norvex::PropertyListFailure failure;
     norvex::setMachine(machineOf(content, failure));
     return QTest::qVerify(failure.reason.isEmpty(), "recording accepted", qPrintable(failure.reason),
                           __FILE__, __LINE__);

@@ -1,5 +1,6 @@
 #include "systeminfo/mac/frameworks.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "systeminfo/mac/propertyLines.h"
 
 #include <QtGlobal>
 
@@ -24,7 +25,7 @@ QString CFStringToQString(const __CFString* string)
 
 QString CFBooleanToQStringYesNo(const __CFBoolean* value)
 {
-    return CFBooleanGetValue(value) ? QStringLiteral("Yes") : QStringLiteral("No");
+    return yesNo(CFBooleanGetValue(value) != 0);
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -17,8 +17,9 @@ QStringList volumeEntries()
     const QDir volumes(QStringLiteral("/Volumes"));
     const QFileInfoList entries =
         volumes.entryInfoList(QDir::Dirs | QDir::Files | QDir::Drives | QDir::NoDotAndDotDot, QDir::NoSort);
-    for (const QFileInfo& entry : entries)
+    for (const QFileInfo& entry : entries) {
         paths.append(entry.absoluteFilePath());
+    }
     return paths;
 }
 

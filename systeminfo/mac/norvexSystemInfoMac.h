@@ -48,8 +48,7 @@ using FileSystemRecord = struct ::statfs;
 using FileSystemRecord = ::norvex::MacStatfs;
 #endif
 
-/// The line terminator of the Macintosh section: one line feed. Loading the library sets it. Nobody writes it
-/// afterwards, and neither may you.
+/// The line terminator of the Macintosh section: one line feed. Loading the library sets it. Do not change it.
 extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 
 /// @name Assembly

@@ -87,6 +87,9 @@ private:
 
 using ValueRef = ObjectRef<CFTypeRef>;
 
+/// Whether bytes are valid UTF-8.
+bool isUtf8(std::string_view text);
+
 ObjectRef<CFStringRef> makeString(std::string_view utf8);
 /// An integer, stored in a type from kCFNumberSInt8Type to kCFNumberSInt64Type; its higher bits are cut off.
 ObjectRef<CFNumberRef> makeInteger(CFNumberType type, std::int64_t value);

@@ -32,16 +32,6 @@ bool isAsciiText(std::string_view text)
     return std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; });
 }
 
-bool isUtf8(std::string_view text)
-{
-    if (isAsciiText(text)) {
-        return true;
-    }
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), int(text.size()), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
-}
-
 /// FNV-1a. Dictionaries compare hashes before they compare texts.
 std::uint32_t hashOf(std::string_view text)
 {
@@ -97,6 +87,16 @@ std::int64_t readInteger(CFNumberType type, const void* source)
 } // namespace
 
 namespace norvex {
+
+bool isUtf8(std::string_view text)
+{
+    if (isAsciiText(text)) {
+        return true;
+    }
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    QTextCodec::codecForName("UTF-8")->toUnicode(text.data(), int(text.size()), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
 
 void countReference(const Object* object, int change)
 {
@@ -259,7 +259,7 @@ CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex 
                                     CFStringEncoding encoding, Boolean)
 {
     const std::string_view text(reinterpret_cast<const char*>(bytes), std::size_t(numBytes));
-    if (callFails() || !(encoding == kCFStringEncodingUTF8 ? isUtf8(text) : isAsciiText(text))) {
+    if (callFails() || !(encoding == kCFStringEncodingUTF8 ? norvex::isUtf8(text) : isAsciiText(text))) {
         return nullptr;
     }
     return handOut(norvex::makeString(text).take());

@@ -14,7 +14,7 @@ namespace norvex {
 std::shared_ptr<const Machine> loadRecording(const QString& fileName, QString* errorMessage)
 {
     QFile file(fileName);
-    PlistFailure failure;
+    PropertyListFailure failure;
     std::shared_ptr<const Machine> machine;
     if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         failure.reason = file.errorString();

@@ -10,14 +10,9 @@
 
 namespace norvex {
 
-PlistHandler::~PlistHandler() = default;
+PropertyListHandler::~PropertyListHandler() = default;
 
 namespace {
-
-bool isBlank(QChar c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
-}
 
 void appendUtf8(std::string& target, const QStringRef& text)
 {
@@ -30,7 +25,7 @@ std::string utf8Of(const QStringRef& text)
     return text.toString().toStdString();
 }
 
-// The size of an integer, 0 where none is given.
+/// The size of an integer, 0 where none is given.
 int bitsIn(const QXmlStreamAttributes& attributes)
 {
     const QLatin1String name("size");
@@ -43,37 +38,39 @@ int bitsIn(const QXmlStreamAttributes& attributes)
             return bits;
         }
     }
-    throw PlistError("the size of an integer is 8, 16, 32 or 64, not \"" + utf8Of(size) + "\"");
+    throw PropertyListError("the size of an integer is 8, 16, 32 or 64, not \"" + utf8Of(size) + "\"");
 }
 
-bool holdsElements(PlistElement element)
+bool holdsElements(PropertyListElement element)
 {
-    return element == PlistElement::Plist || element == PlistElement::Dict || element == PlistElement::Array;
+    return element == PropertyListElement::Plist || element == PropertyListElement::Dict ||
+           element == PropertyListElement::Array;
 }
 
-bool holdsText(PlistElement element)
+bool holdsText(PropertyListElement element)
 {
-    return !holdsElements(element) && element != PlistElement::True && element != PlistElement::False;
+    return !holdsElements(element) && element != PropertyListElement::True &&
+           element != PropertyListElement::False;
 }
 
-class PlistParser
+class PropertyListReader
 {
 public:
-    PlistParser(QIODevice& device, PlistDialect dialect, PlistHandler& handler)
+    PropertyListReader(QIODevice& device, PropertyListDialect dialect, PropertyListHandler& handler)
         : input_(device), dialect_(dialect), handler_(handler)
     {
         reader_.setDevice(&input_);
         reader_.setNamespaceProcessing(false);
     }
 
-    PlistFailure parse()
+    PropertyListFailure parse()
     {
         try {
             while (!reader_.atEnd()) {
                 line_ = lineReached(); // where the next token begins
                 handle(reader_.readNext());
             }
-        } catch (const PlistError& error) {
+        } catch (const PropertyListError& error) {
             return {line_, QString::fromStdString(error.what())};
         }
         const bool hasReachedEnd =
@@ -97,7 +94,7 @@ private:
         }
         switch (token) {
         case QXmlStreamReader::EntityReference:
-            throw PlistError("the entity \"" + utf8Of(reader_.name()) + "\" is not known");
+            throw PropertyListError("the entity \"" + utf8Of(reader_.name()) + "\" is not known");
         case QXmlStreamReader::StartElement: begin(); break;
         case QXmlStreamReader::EndElement: end(); break;
         case QXmlStreamReader::Characters: addText(reader_.text()); break;
@@ -105,77 +102,78 @@ private:
         }
     }
 
-    PlistElement elementNamed(const QStringRef& name) const
+    PropertyListElement elementNamed(const QStringRef& name) const
     {
         static const struct
         {
             QLatin1String name;
-            PlistElement element;
-        } elements[] = {{QLatin1String("key"), PlistElement::Key},
-                        {QLatin1String("string"), PlistElement::String},
-                        {QLatin1String("integer"), PlistElement::Integer},
-                        {QLatin1String("dict"), PlistElement::Dict},
-                        {QLatin1String("data"), PlistElement::Data},
-                        {QLatin1String("array"), PlistElement::Array},
-                        {QLatin1String("true"), PlistElement::True},
-                        {QLatin1String("false"), PlistElement::False},
-                        {QLatin1String("real"), PlistElement::Real},
-                        {QLatin1String("plist"), PlistElement::Plist},
-                        {QLatin1String("date"), PlistElement::Date}};
-        const bool isRecording = dialect_ == PlistDialect::Recording;
+            PropertyListElement element;
+        } elements[] = {{QLatin1String("key"), PropertyListElement::Key},
+                        {QLatin1String("string"), PropertyListElement::String},
+                        {QLatin1String("integer"), PropertyListElement::Integer},
+                        {QLatin1String("dict"), PropertyListElement::Dict},
+                        {QLatin1String("data"), PropertyListElement::Data},
+                        {QLatin1String("array"), PropertyListElement::Array},
+                        {QLatin1String("true"), PropertyListElement::True},
+                        {QLatin1String("false"), PropertyListElement::False},
+                        {QLatin1String("real"), PropertyListElement::Real},
+                        {QLatin1String("plist"), PropertyListElement::Plist},
+                        {QLatin1String("date"), PropertyListElement::Date}};
+        const bool isRecording = dialect_ == PropertyListDialect::Recording;
         for (const auto& candidate : elements) {
-            if (candidate.name == name && !(isRecording && candidate.element == PlistElement::Date)) {
+            if (candidate.name == name && !(isRecording && candidate.element == PropertyListElement::Date)) {
                 return candidate.element;
             }
         }
-        throw PlistError("<" + utf8Of(name) + "> is no element of a " +
-                         (isRecording ? "recording" : "property list"));
+        throw PropertyListError("<" + utf8Of(name) + "> is no element of a " +
+                                (isRecording ? "recording" : "property list"));
     }
 
     void begin()
     {
         const QStringRef name = reader_.qualifiedName();
-        const PlistElement element = elementNamed(name);
+        const PropertyListElement element = elementNamed(name);
         checkPlace(element, name);
         open_.push_back(element);
         value_.text.clear();
         value_.bits = 0;
-        if (element == PlistElement::Integer && dialect_ == PlistDialect::Recording) {
+        if (element == PropertyListElement::Integer && dialect_ == PropertyListDialect::Recording) {
             value_.bits = bitsIn(reader_.attributes());
-        } else if (element == PlistElement::Dict) {
+        } else if (element == PropertyListElement::Dict) {
             handler_.beginDictionary();
-        } else if (element == PlistElement::Array) {
+        } else if (element == PropertyListElement::Array) {
             handler_.beginArray();
         }
     }
 
-    void checkPlace(PlistElement element, const QStringRef& name)
+    void checkPlace(PropertyListElement element, const QStringRef& name)
     {
         if (open_.empty()) {
-            if (element != PlistElement::Plist &&
-                (dialect_ == PlistDialect::Recording || !holdsElements(element))) {
-                throw PlistError("the document is no property list: it begins with <" + utf8Of(name) + ">");
+            if (element != PropertyListElement::Plist &&
+                (dialect_ == PropertyListDialect::Recording || !holdsElements(element))) {
+                throw PropertyListError("the document is no property list: it begins with <" + utf8Of(name) +
+                                        ">");
             }
-            hasRoot_ = element != PlistElement::Plist;
+            hasRoot_ = element != PropertyListElement::Plist;
             return;
         }
-        const PlistElement container = open_.back();
-        if (!holdsElements(container) || element == PlistElement::Plist) {
-            throw PlistError("<" + utf8Of(name) + "> cannot stand here");
+        const PropertyListElement container = open_.back();
+        if (!holdsElements(container) || element == PropertyListElement::Plist) {
+            throw PropertyListError("<" + utf8Of(name) + "> cannot stand here");
         }
-        if (container == PlistElement::Plist && std::exchange(hasRoot_, true)) {
-            throw PlistError("a property list has one root element");
+        if (container == PropertyListElement::Plist && std::exchange(hasRoot_, true)) {
+            throw PropertyListError("a property list has one root element");
         }
-        if (container != PlistElement::Dict) {
-            if (element == PlistElement::Key) {
-                throw PlistError("<key> stands outside a dictionary");
+        if (container != PropertyListElement::Dict) {
+            if (element == PropertyListElement::Key) {
+                throw PropertyListError("<key> stands outside a dictionary");
             }
             return;
         }
-        if ((element == PlistElement::Key) == awaitsValue_) {
-            throw PlistError(awaitsValue_ ? "a key without a value" : "a value without a key");
+        if ((element == PropertyListElement::Key) == awaitsValue_) {
+            throw PropertyListError(awaitsValue_ ? "a key without a value" : "a value without a key");
         }
-        awaitsValue_ = element == PlistElement::Key;
+        awaitsValue_ = element == PropertyListElement::Key;
     }
 
     void addText(const QStringRef& text)
@@ -184,51 +182,52 @@ private:
             appendUtf8(value_.text, text);
             return;
         }
-        const auto found = std::find_if_not(text.begin(), text.end(), isBlank);
+        const auto found = std::find_if_not(text.begin(), text.end(), isXmlSpace<QChar>);
         if (found != text.end()) {
             line_ += static_cast<unsigned long long>(std::count(text.begin(), found, '\n'));
-            throw PlistError("text outside a value");
+            throw PropertyListError("text outside a value");
         }
     }
 
     void end()
     {
-        const PlistElement element = open_.back();
+        const PropertyListElement element = open_.back();
         open_.pop_back();
         switch (element) {
-        case PlistElement::Plist:
+        case PropertyListElement::Plist:
             if (!hasRoot_) {
-                throw PlistError("the property list is empty");
+                throw PropertyListError("the property list is empty");
             }
             break;
-        case PlistElement::Dict:
+        case PropertyListElement::Dict:
             if (std::exchange(awaitsValue_, false)) {
-                throw PlistError("a key without a value");
+                throw PropertyListError("a key without a value");
             }
             handler_.endDictionary();
             break;
-        case PlistElement::Array: handler_.endArray(); break;
-        case PlistElement::Key: handler_.key(value_.text); break;
+        case PropertyListElement::Array: handler_.endArray(); break;
+        case PropertyListElement::Key: handler_.key(value_.text); break;
         default: value_.element = element; handler_.value(value_);
         }
     }
 
     XmlInput input_;
-    const PlistDialect dialect_;
-    PlistHandler& handler_;
+    const PropertyListDialect dialect_;
+    PropertyListHandler& handler_;
     QXmlStreamReader reader_;
-    std::vector<PlistElement> open_;
-    PlistValue value_ = {};    ///< the key or value that is being read
-    bool awaitsValue_ = false; ///< a key of the innermost dictionary was read, its value not yet
+    std::vector<PropertyListElement> open_;
+    PropertyListValue value_ = {}; ///< the key or value that is being read
+    bool awaitsValue_ = false;     ///< a key of the innermost dictionary was read, its value not yet
     bool hasRoot_ = false;
     unsigned long long line_ = 1; ///< of the token
 };
 
 } // namespace
 
-PlistFailure parsePlist(QIODevice& device, PlistDialect dialect, PlistHandler& handler)
+PropertyListFailure readPropertyList(QIODevice& device, PropertyListDialect dialect,
+                                     PropertyListHandler& handler)
 {
-    return PlistParser(device, dialect, handler).parse();
+    return PropertyListReader(device, dialect, handler).parse();
 }
 
 } // namespace norvex

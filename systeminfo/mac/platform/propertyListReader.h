@@ -3,38 +3,46 @@
 /// @file
 /// An XML property list as a stream of elements.
 
-#include <QIODevice>
 #include <QString>
 
 #include <stdexcept>
 #include <string>
 
+QT_FORWARD_DECLARE_CLASS(QIODevice)
+
 namespace norvex {
 
+/// XML's white space.
+template <typename Character>
+bool isXmlSpace(Character c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
 /// What is wrong with a property list; thrown by the parser and by its handlers.
-class PlistError : public std::runtime_error
+class PropertyListError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
 /// The elements of property lists.
-enum class PlistElement { Plist, Dict, Array, Key, String, Integer, Real, Data, Date, True, False };
+enum class PropertyListElement { Plist, Dict, Array, Key, String, Integer, Real, Data, Date, True, False };
 
 /// A value that holds no others, as it stands in the document.
-struct PlistValue
+struct PropertyListValue
 {
-    PlistElement element;
+    PropertyListElement element;
     std::string text; ///< UTF-8, empty for True and False
     int bits;         ///< the size of an Integer: 8, 16, 32, 64, or 0 where it has none
 };
 
-/// Receives the elements in document order. A handler refuses an element by throwing PlistError; other exceptions
+/// Receives the elements in document order. A handler refuses an element by throwing PropertyListError; other exceptions
 /// pass through the parser.
-class PlistHandler
+class PropertyListHandler
 {
 public:
-    virtual ~PlistHandler();
+    virtual ~PropertyListHandler();
 
     virtual void beginDictionary() = 0;
     virtual void endDictionary() = 0;
@@ -42,17 +50,17 @@ public:
     virtual void endArray() = 0;
     /// The key of the value that follows in the innermost dictionary.
     virtual void key(const std::string& text) = 0;
-    virtual void value(const PlistValue& value) = 0;
+    virtual void value(const PropertyListValue& value) = 0;
 };
 
 /// Which property lists are accepted.
-enum class PlistDialect {
+enum class PropertyListDialect {
     Recording, ///< an <integer> may have an attribute "size", its bits; there are no dates
     Foundation ///< dates too, and a document without the element <plist> around its value
 };
 
 /// Why a document was refused.
-struct PlistFailure
+struct PropertyListFailure
 {
     unsigned long long line = 0; ///< 0 where no line is at fault
     QString reason;              ///< empty: it was not refused
@@ -60,7 +68,8 @@ struct PlistFailure
 
 /// Parses a whole document, in UTF-8, UTF-16 or the encoding that it declares. A document type may name an external
 /// file, which is never read; one with declarations of its own is refused, and so are entities but for XML's five.
-/// The memory that it takes depends on the longest text and the depth alone. Passes on std::bad_alloc.
-PlistFailure parsePlist(QIODevice& device, PlistDialect dialect, PlistHandler& handler);
+/// The memory that it takes depends on the longest text or tag and the depth alone. Passes on std::bad_alloc.
+PropertyListFailure readPropertyList(QIODevice& device, PropertyListDialect dialect,
+                                     PropertyListHandler& handler);
 
 } // namespace norvex

@@ -14,10 +14,9 @@ namespace {
 
 constexpr int pieceSize = 1 << 16;
 
-// About half a second's work.
-constexpr std::uint64_t maxComparisons = 200'000'000;
+constexpr int maxAttributes = 64; // a property list has one in a tag
 
-// The encoding that an XML declaration names; null for UTF-8, and where Qt does not know it.
+/// The encoding that an XML declaration names; null for UTF-8, and where Qt does not know it.
 QTextCodec* declaredCodec(const QByteArray& head)
 {
     if (!head.startsWith("<?xml")) {
@@ -31,7 +30,7 @@ QTextCodec* declaredCodec(const QByteArray& head)
     return codec == nullptr || codec->mibEnum() == mibOfUtf8 ? nullptr : codec;
 }
 
-// Null for UTF-8 without a byte-order mark.
+/// Null for UTF-8 without a byte-order mark.
 QTextCodec* codecOf(const QByteArray& head)
 {
     if (QTextCodec* const marked = QTextCodec::codecForUtfText(head, nullptr)) {
@@ -46,7 +45,7 @@ QTextCodec* codecOf(const QByteArray& head)
     return declaredCodec(head);
 }
 
-// The bytes in front of a character that the end cuts off.
+/// The bytes in front of a character that the end cuts off.
 int sizeOfWholeCharacters(const QByteArray& text)
 {
     const int size = text.size();
@@ -60,7 +59,7 @@ int sizeOfWholeCharacters(const QByteArray& text)
     return size;
 }
 
-// The bytes in front of the first that is not UTF-8, or zero: QXmlStreamReader takes zeros for UTF-16.
+/// The bytes in front of the first that is not UTF-8, or zero: QXmlStreamReader takes zeros for UTF-16.
 int sizeOfValidUtf8(const QByteArray& text)
 {
     const void* const zero = std::memchr(text.constData(), 0, static_cast<std::size_t>(text.size()));
@@ -77,7 +76,7 @@ int sizeOfValidUtf8(const QByteArray& text)
     return sizeOfWholeCharacters(text.left(int(same)));
 }
 
-// What ends a section that begins with "<" and these bytes; empty for other markup.
+/// What ends a section that begins with "<" and these bytes; empty for other markup.
 std::string_view sectionEndOf(std::string_view head)
 {
     if (head == "?") {
@@ -138,9 +137,9 @@ const char* MarkupScanner::nextInTag(char c)
     } else if (c == '[' && head_ == documentType) {
         return "the document type has declarations of its own";
     } else if (c == '=') {
-        comparisons_ += attributes_++;
+        ++attributes_;
     }
-    return comparisons_ <= maxComparisons ? nullptr : "too many attributes";
+    return attributes_ <= maxAttributes ? nullptr : "too many attributes";
 }
 
 XmlInput::XmlInput(QIODevice& source) : source_(source)
@@ -203,13 +202,14 @@ void XmlInput::chooseEncoding(const QByteArray& head)
 {
     if (QTextCodec* const codec = codecOf(head)) {
         encoding_ = QString::fromLatin1(codec->name());
+        canFail_ = encoding_.startsWith("UTF-16") || encoding_.startsWith("UTF-32") || encoding_ == "UTF-8";
         decoder_.reset(codec->makeDecoder());
         encoder_.reset(QTextCodec::codecForName("UTF-8")->makeEncoder(QTextCodec::IgnoreHeader));
     }
 }
 
-// The two conversions keep what a piece cuts: the first bytes of a character, the first half of a surrogate pair. They
-// go line by line, so that a failure leaves the lines before it.
+/// The two conversions keep what a piece cuts: the first bytes of a character, the first half of a surrogate pair. They
+/// go line by line, so that a failure leaves the lines before it.
 QByteArray XmlInput::toUtf8(const QByteArray& bytes)
 {
     if (decoder_ == nullptr) {
@@ -225,7 +225,7 @@ QByteArray XmlInput::toUtf8(const QByteArray& bytes)
         const QString line = decoder_->toUnicode(bytes.constData() + begin, end - begin);
         const QByteArray utf8 = encoder_->fromUnicode(line);
         const bool isCutOff = isLast_ && end == bytes.size() && decoder_->needsMoreData();
-        const bool isReplaced = !encoding_.startsWith("UTF-") && line.contains(QChar::ReplacementCharacter);
+        const bool isReplaced = !canFail_ && line.contains(QChar::ReplacementCharacter);
         if (decoder_->hasFailure() || encoder_->hasFailure() || isCutOff || isReplaced) {
             failAsInvalidText();
             break;
@@ -235,11 +235,10 @@ QByteArray XmlInput::toUtf8(const QByteArray& bytes)
     return text;
 }
 
-// What was converted no longer has the encoding that it declares.
+/// The text no longer has the encoding that it declares, and the reader knows version 1.0 alone.
 void XmlInput::blankDeclaration()
 {
-    const bool isDeclared = decoder_ != nullptr && piece_.startsWith("<?xml");
-    const int end = isDeclared ? piece_.indexOf("?>") + 2 : 0;
+    const int end = piece_.startsWith("<?xml ") ? piece_.indexOf("?>") + 2 : 0;
     std::replace_if(
         piece_.begin(), piece_.begin() + end, [](char c) { return c != '\n' && c != '\r'; }, ' ');
 }

@@ -15,8 +15,8 @@
 
 namespace norvex {
 
-/// Looks at the markup of a document for what takes QXmlStreamReader quadratic time: it compares each attribute of a tag
-/// with those before it, and each declaration of a document type with the others.
+/// Looks at the markup of a document for what takes QXmlStreamReader quadratic time: many attributes in one tag, which it
+/// compares with each other, and declarations in a document type.
 class MarkupScanner
 {
 public:
@@ -38,9 +38,8 @@ private:
     std::string head_; ///< the first bytes behind the "<"
     char quote_ = 0;   ///< around the value
     std::string_view sectionEnd_;
-    std::string sectionTail_;       ///< the last bytes of a section
-    std::uint64_t attributes_ = 0;  ///< of the tag
-    std::uint64_t comparisons_ = 0; ///< of attributes, in the whole document
+    std::string sectionTail_; ///< the last bytes of a section
+    int attributes_ = 0;      ///< of the tag
 };
 
 /// Reads a document in UTF-8, UTF-16 or the encoding that it declares, and gives it as UTF-8. It ends early, with a
@@ -74,6 +73,7 @@ private:
 
     QIODevice& source_;
     QString encoding_ = QStringLiteral("UTF-8");
+    bool canFail_ = true; ///< whether the decoder reports invalid bytes; others replace them silently
     std::unique_ptr<QTextDecoder> decoder_; ///< null for UTF-8 without a byte-order mark
     std::unique_ptr<QTextEncoder> encoder_;
     QByteArray piece_;            ///< valid UTF-8

@@ -70,7 +70,7 @@ const std::vector<Part>& parts()
 bool isKindOf(QByteArray className, const QByteArray& superclass)
 {
     while (!className.isEmpty() && className != superclass) {
-        className = liveSuperclassOf(className);
+        className = hostSuperclassOf(className);
     }
     return !className.isEmpty();
 }
@@ -90,7 +90,7 @@ DeviceText systemBuild()
 
 } // namespace
 
-QByteArray liveSuperclassOf(const QByteArray& className)
+QByteArray hostSuperclassOf(const QByteArray& className)
 {
     for (const LiveClass& candidate : liveClasses) {
         if (className == candidate.name) {
@@ -100,10 +100,10 @@ QByteArray liveSuperclassOf(const QByteArray& className)
     return {};
 }
 
-Registry::ClassChain liveClassChain(const QByteArray& className)
+Registry::ClassChain hostClassChain(const QByteArray& className)
 {
     Registry::ClassChain chain;
-    for (QByteArray name = className; !name.isEmpty(); name = liveSuperclassOf(name)) {
+    for (QByteArray name = className; !name.isEmpty(); name = hostSuperclassOf(name)) {
         chain.push_back(name.toStdString());
     }
     if (chain.size() == 1 && className != "IORegistryEntry") {
@@ -128,7 +128,7 @@ RegistryPtr registryWith(AppendChildren appendChildren)
 
 } // namespace
 
-RegistryPtr liveRegistry(const QByteArray& className)
+RegistryPtr hostRegistry(const QByteArray& className)
 {
     return registryWith([&](Registry& registry) {
         if (!className.isEmpty()) {
@@ -143,7 +143,7 @@ RegistryPtr liveRegistry(const QByteArray& className)
     });
 }
 
-RegistryPtr liveRoot()
+RegistryPtr hostRoot()
 {
     return registryWith([](Registry& registry) { registry.markAsPart(); });
 }

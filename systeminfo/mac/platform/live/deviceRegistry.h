@@ -13,11 +13,11 @@ namespace norvex {
 /// The host's registry at this moment, with only the devices that can be of a class. The root entry is always there;
 /// the devices are below it.
 /// @param className empty for the whole registry. A class that no device here has gives the root entry alone.
-RegistryPtr liveRegistry(const QByteArray& className);
+RegistryPtr hostRegistry(const QByteArray& className);
 /// The root entry alone, without a look at the host's devices.
-RegistryPtr liveRoot();
+RegistryPtr hostRoot();
 
 /// The superclass of a class of the host's registry; empty when there is none or the class is unknown.
-QByteArray liveSuperclassOf(const QByteArray& className);
+QByteArray hostSuperclassOf(const QByteArray& className);
 
 } // namespace norvex

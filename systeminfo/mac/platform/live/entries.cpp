@@ -68,7 +68,7 @@ EntryWriter::EntryWriter(Registry& registry, const QByteArray& className, const 
     : registry_(registry), entry_(registry.beginEntry())
 {
     entry_.name = printable(name).toStdString();
-    entry_.classes = registry.internClasses(liveClassChain(className));
+    entry_.classes = registry.internClasses(hostClassChain(className));
 }
 
 EntryWriter::~EntryWriter()

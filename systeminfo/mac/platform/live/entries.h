@@ -14,7 +14,7 @@ namespace norvex {
 
 /// A class of the host's registry, then its superclasses. A class that is missing in the table of classes is a driver
 /// of the host, and so a service. The chain of the empty name is empty.
-Registry::ClassChain liveClassChain(const QByteArray& className);
+Registry::ClassChain hostClassChain(const QByteArray& className);
 
 /// Collects the properties of an entry. Absent values are not set.
 class Properties

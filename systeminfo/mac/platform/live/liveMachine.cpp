@@ -29,11 +29,11 @@ public:
         return kernelGestalt(selector, KernelFiles());
     }
 
-    RegistryPtr registry(const QByteArray& className) const override { return liveRegistry(className); }
-    RegistryPtr root() const override { return liveRoot(); }
+    RegistryPtr registry(const QByteArray& className) const override { return hostRegistry(className); }
+    RegistryPtr root() const override { return hostRoot(); }
     QByteArray superclassOf(const QByteArray& className) const override
     {
-        return liveSuperclassOf(className);
+        return hostSuperclassOf(className);
     }
 
     QList<QByteArray> volumes() const override { return hostVolumes(); }

@@ -50,7 +50,7 @@ std::optional<QByteArray> readRegularFile(const QByteArray& path)
 }
 
 /// Finds the string at a key path while the document passes.
-class StringFinder : public PlistHandler
+class StringFinder : public PropertyListHandler
 {
 public:
     explicit StringFinder(const QList<QByteArray>& keys) : keys_(keys) {}
@@ -78,10 +78,10 @@ public:
         }
     }
 
-    void value(const PlistValue& value) override
+    void value(const PropertyListValue& value) override
     {
         if (depth_ == onPath_ && isAtKey_ && depth_ == keys_.size() &&
-            value.element == PlistElement::String) {
+            value.element == PropertyListElement::String) {
             found_ = QByteArray::fromStdString(value.text);
         }
     }
@@ -90,7 +90,7 @@ private:
     void open()
     {
         if (++depth_ > static_cast<int>(propertyListMaxDepth)) {
-            throw PlistError("values are nested too deep");
+            throw PropertyListError("values are nested too deep");
         }
         isAtKey_ = false;
     }
@@ -112,13 +112,12 @@ private:
 std::optional<QByteArray> stringInXml(const QByteArray& contents, const QList<QByteArray>& keys)
 {
     // Foundation tolerates white space before the XML declaration.
-    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; };
-    const auto start = std::find_if_not(contents.begin(), contents.end(), isBlank);
+    const auto start = std::find_if_not(contents.begin(), contents.end(), isXmlSpace<char>);
     QByteArray document = contents.mid(static_cast<int>(start - contents.begin()));
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);
     StringFinder finder(keys);
-    const PlistFailure failure = parsePlist(buffer, PlistDialect::Foundation, finder);
+    const PropertyListFailure failure = readPropertyList(buffer, PropertyListDialect::Foundation, finder);
     return failure.reason.isEmpty() ? finder.found() : std::nullopt;
 }
 
@@ -127,14 +126,6 @@ struct FreePropertyList
     void operator()(plist_t list) const { plist_free(list); }
 };
 using PropertyList = std::unique_ptr<std::remove_pointer_t<plist_t>, FreePropertyList>;
-
-/// Binary property lists may claim other bytes to be text.
-bool isUtf8(const QByteArray& text)
-{
-    // The letter in front keeps a byte order mark from being taken away.
-    const QByteArray prefixed = 'x' + text;
-    return QString::fromUtf8(prefixed).toUtf8() == prefixed;
-}
 
 std::optional<QByteArray> stringInBinary(const QByteArray& contents, const QList<QByteArray>& keys)
 {
@@ -156,7 +147,7 @@ std::optional<QByteArray> stringInBinary(const QByteArray& contents, const QList
     // As a C string: a zero character ends it. plist_get_string_val would abort there.
     const char* value = plist_get_string_ptr(node, nullptr);
     const QByteArray text(value);
-    return value && isUtf8(text) ? std::make_optional(text) : std::nullopt;
+    return value != nullptr && isUtf8(value) ? std::make_optional(text) : std::nullopt;
 }
 
 } // namespace

@@ -69,6 +69,6 @@ private:
 
 /// Reads a recording from an open device.
 /// @return null when it is refused; the failure says why
-std::shared_ptr<const Machine> readRecording(QIODevice& device, PlistFailure& failure);
+std::shared_ptr<const Machine> readRecording(QIODevice& device, PropertyListFailure& failure);
 
 } // namespace norvex

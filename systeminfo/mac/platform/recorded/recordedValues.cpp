@@ -48,13 +48,13 @@ ParsedInteger parseInteger(std::string_view text)
     for (const char c : digits) {
         const auto digit = unsigned(digitValue(c));
         if (digit >= base) {
-            throw PlistError("\"" + std::string(text) + "\" is no integer");
+            throw PropertyListError("\"" + std::string(text) + "\" is no integer");
         }
         bits = bits * base + digit;
         magnitude = magnitude >= beyondInt32 ? magnitude : magnitude * base + digit;
     }
     if (digits.empty()) {
-        throw PlistError("\"" + std::string(text) + "\" is no integer");
+        throw PropertyListError("\"" + std::string(text) + "\" is no integer");
     }
     const std::uint64_t limit =
         std::uint64_t(std::numeric_limits<std::int32_t>::max()) + (isNegative ? 1 : 0);
@@ -84,7 +84,7 @@ ValueRef realValue(std::string_view text)
     bool isNumber = false;
     const double value = QByteArray(number.data(), int(number.size())).toDouble(&isNumber);
     if (!isNumber) {
-        throw PlistError("\"" + std::string(number) + "\" is no number");
+        throw PropertyListError("\"" + std::string(number) + "\" is no number");
     }
     return makeReal(value);
 }
@@ -100,7 +100,7 @@ ValueRef dataValue(std::string_view text)
     }
     const auto result = QByteArray::fromBase64Encoding(base64, QByteArray::AbortOnBase64DecodingErrors);
     if (!result || base64.size() % 4 == 1) { // one digit alone is less than a byte
-        throw PlistError("the data is no base64");
+        throw PropertyListError("the data is no base64");
     }
     const QByteArray& bytes = *result;
     return makeData(std::string_view(bytes.constData(), std::size_t(bytes.size())));
@@ -108,15 +108,15 @@ ValueRef dataValue(std::string_view text)
 
 } // namespace
 
-ValueRef recordedValue(const PlistValue& value)
+ValueRef recordedValue(const PropertyListValue& value)
 {
     switch (value.element) {
-    case PlistElement::String: return makeString(value.text);
-    case PlistElement::Integer: return integerValue(value.text, value.bits);
-    case PlistElement::Real: return realValue(value.text);
-    case PlistElement::Data: return dataValue(value.text);
-    case PlistElement::True: return makeBoolean(true);
-    case PlistElement::False: return makeBoolean(false);
+    case PropertyListElement::String: return makeString(value.text);
+    case PropertyListElement::Integer: return integerValue(value.text, value.bits);
+    case PropertyListElement::Real: return realValue(value.text);
+    case PropertyListElement::Data: return dataValue(value.text);
+    case PropertyListElement::True: return makeBoolean(true);
+    case PropertyListElement::False: return makeBoolean(false);
     default: return {};
     }
 }

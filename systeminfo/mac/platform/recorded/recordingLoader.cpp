@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t deepestNesting = 512; // of entries, and of values inside a property
 
-// The dictionary or array around an element.
+/// The dictionary or array around an element.
 enum class Context {
     Document,
     Top,
@@ -73,8 +73,8 @@ Kind kindOf(const ValueRef& value)
 
 using ValueFaults = std::unordered_map<std::string, std::uint8_t>; // property key -> faults of its values
 
-// Marks the values of the keys at any depth. Only the recording that is being loaded refers to them yet, but for
-// booleans: those are shared by all recordings, and no fault is about them.
+/// Marks the values of the keys at any depth. Only the recording that is being loaded refers to them yet, but for
+/// booleans: those are shared by all recordings, and no fault is about them.
 void addFaults(CFTypeRef container, const ValueFaults& faults)
 {
     if (container == nullptr) {
@@ -97,11 +97,11 @@ void addFaults(CFTypeRef container, const ValueFaults& faults)
     }
 }
 
-// What was read so far.
+/// What was read so far.
 class Draft
 {
 public:
-    // What an entry collects until it ends.
+    /// What an entry collects until it ends.
     struct OpenEntry
     {
         Registry::ClassChain classes;
@@ -113,7 +113,7 @@ public:
     void endEntry();
     OpenEntry& openEntry() { return openEntries_.back(); }
 
-    // What a member belongs to: the innermost of its kind.
+    /// What a member belongs to: the innermost of its kind.
     Recording& owner(const Recording*) { return recording; }
     MachineFaults& owner(const MachineFaults*) { return recording.faults; }
     RecordedVolume& owner(const RecordedVolume*) { return recording.volumes.back(); }
@@ -138,7 +138,7 @@ private:
 void Draft::beginEntry()
 {
     if (openEntries_.size() == deepestNesting) {
-        throw PlistError("entries are nested deeper than " + std::to_string(deepestNesting));
+        throw PropertyListError("entries are nested deeper than " + std::to_string(deepestNesting));
     }
     if (recording.registry == nullptr) {
         recording.registry = std::make_shared<Registry>();
@@ -182,7 +182,7 @@ void assign(QByteArray& target, const ValueRef& value)
     target = QByteArray::fromStdString(textOf(value));
 }
 
-// A text that is too long is cut.
+/// A text that is too long is cut.
 template <std::size_t size>
 void assign(char (&target)[size], const ValueRef& value)
 {
@@ -197,7 +197,7 @@ void assign(bool& target, const ValueRef& value)
     target = static_cast<CFBooleanRef>(value.get())->value;
 }
 
-// An unsigned number takes an integer with its top bit set for itself, not for a negative one.
+/// An unsigned number takes an integer with its top bit set for itself, not for a negative one.
 template <typename Integer, typename = std::enable_if_t<std::is_integral_v<Integer>>>
 void assign(Integer& target, const ValueRef& value)
 {
@@ -210,7 +210,7 @@ void assign(std::optional<Member>& target, const ValueRef& value)
     assign(target.emplace(), value);
 }
 
-// Keeps a value under its key, in what is being read.
+/// Keeps a value under its key, in what is being read.
 using Store = void (*)(Draft& draft, const std::string& key, const ValueRef& value);
 
 template <typename Owner, typename Member>
@@ -246,7 +246,7 @@ void insertText(Draft& draft, const std::string&, const ValueRef& value)
 void setVersion(Draft& draft, const std::string&, const ValueRef& value)
 {
     if (integerOf(value) != 1) {
-        throw PlistError("the recording has version " + std::to_string(integerOf(value)) + ", not 1");
+        throw PropertyListError("the recording has version " + std::to_string(integerOf(value)) + ", not 1");
     }
     draft.hasVersion = true;
 }
@@ -261,7 +261,7 @@ void setSysctlInteger(Draft& draft, const std::string& name, const ValueRef& val
     const std::int64_t number = integerOf(value);
     const CFNumberType type = static_cast<CFNumberRef>(value.get())->type;
     if (type != kCFNumberSInt32Type && type != kCFNumberSInt64Type) {
-        throw PlistError("a sysctl integer has 32 or 64 bits");
+        throw PropertyListError("a sysctl integer has 32 or 64 bits");
     }
     draft.recording.sysctl[name] =
         type == kCFNumberSInt32Type ? sysctlIntegerBytes(std::int32_t(number)) : sysctlIntegerBytes(number);
@@ -283,7 +283,7 @@ void addValueFault(Draft& draft, const std::string&, const ValueRef& propertyKey
     draft.openEntry().valueFaults[textOf(propertyKey)] |= fault;
 }
 
-// What may stand where, and what becomes of it. A null key stands for every key, and for the elements of an array.
+/// What may stand where, and what becomes of it. A null key stands for every key, and for the elements of an array.
 struct Field
 {
     constexpr Field(Context where, const char* name, Kind valueKind, Store function)
@@ -375,7 +375,7 @@ QString volumeName(const RecordedVolume& volume)
     return QString::fromUtf8(volume.path.mid(volume.path.lastIndexOf('/') + 1));
 }
 
-// As a directory listing without hidden entries gives them: by name, ignoring case.
+/// As a directory listing without hidden entries gives them: by name, ignoring case.
 std::vector<RecordedVolume> listed(std::vector<RecordedVolume> volumes)
 {
     std::vector<std::pair<QString, std::size_t>> order;
@@ -394,7 +394,7 @@ std::vector<RecordedVolume> listed(std::vector<RecordedVolume> volumes)
     return result;
 }
 
-class RecordingLoader : public PlistHandler
+class RecordingLoader : public PropertyListHandler
 {
 public:
     Recording take()
@@ -417,7 +417,7 @@ public:
         }
     }
 
-    void value(const PlistValue& element) override
+    void value(const PropertyListValue& element) override
     {
         ValueRef value = recordedValue(element);
         const Level& level = levels_.back();
@@ -436,7 +436,7 @@ private:
         std::uint64_t fieldsUsed = 0; // bits of the fields with a key that were there already
     };
 
-    // A dictionary or array of a property under construction.
+    /// A dictionary or array of a property under construction.
     struct Container
     {
         bool isArray;
@@ -444,8 +444,8 @@ private:
         std::vector<ValueRef> values;
     };
 
-    // The field for a value of a kind; null when the key is unknown. A known key with another kind of value is
-    // refused.
+    /// The field for a value of a kind; null when the key is unknown. A known key with another kind of value is
+    /// refused.
     const Field* fieldFor(Kind kind)
     {
         Level& level = levels_.back();
@@ -469,14 +469,14 @@ private:
         const std::string what = level.context == Context::Document ? "the root of a recording"
                                  : level.key.empty()                ? "an element of this array"
                                                                     : "\"" + level.key + "\"";
-        throw PlistError(what + " is " + nameOf(known->kind) + ", not " + nameOf(kind));
+        throw PropertyListError(what + " is " + nameOf(known->kind) + ", not " + nameOf(kind));
     }
 
     static void refuseSecond(Level& level, const Field& field)
     {
         const std::uint64_t bit = std::uint64_t(1) << (&field - fields);
         if (field.key != nullptr && (level.fieldsUsed & bit) != 0) {
-            throw PlistError("\"" + level.key + "\" stands here twice");
+            throw PropertyListError("\"" + level.key + "\" stands here twice");
         }
         level.fieldsUsed |= bit;
     }
@@ -509,16 +509,16 @@ private:
         } else if (ended == Context::Entry) {
             draft_.endEntry();
         } else if (ended == Context::Volume && draft_.recording.volumes.back().path.isEmpty()) {
-            throw PlistError("a volume without a path");
+            throw PropertyListError("a volume without a path");
         } else if (ended == Context::Top && !draft_.hasVersion) {
-            throw PlistError("not a recording: the key \"recording\" is missing");
+            throw PropertyListError("not a recording: the key \"recording\" is missing");
         }
     }
 
     void beginContainer(Kind kind)
     {
         if (containers_.size() == deepestNesting) {
-            throw PlistError("values are nested deeper than " + std::to_string(deepestNesting));
+            throw PropertyListError("values are nested deeper than " + std::to_string(deepestNesting));
         }
         containers_.push_back({kind == Kind::Array, {}, {}});
     }
@@ -553,7 +553,7 @@ private:
         valueKeys_.pop_back();
     }
 
-    // The keys of properties are few and recur in every entry.
+    /// The keys of properties are few and recur in every entry.
     ObjectRef<CFStringRef> internKey(const std::string& text)
     {
         ObjectRef<CFStringRef>& key = keys_[text];
@@ -573,10 +573,10 @@ private:
 
 } // namespace
 
-std::shared_ptr<const Machine> readRecording(QIODevice& device, PlistFailure& failure)
+std::shared_ptr<const Machine> readRecording(QIODevice& device, PropertyListFailure& failure)
 {
     RecordingLoader loader;
-    failure = parsePlist(device, PlistDialect::Recording, loader);
+    failure = readPropertyList(device, PropertyListDialect::Recording, loader);
     if (!failure.reason.isEmpty()) {
         return nullptr;
     }
