@@ -34,14 +34,14 @@ const PropertyLine controllerLines[] = {
 
 void appendController(SectionText& section, const IoEntry& controller)
 {
-    section.line("  AppleUSBEthernet: ", yesNo(controller.conformsTo("AppleUSBEthernet")));
+    section.line("  AppleUSBEthernet: ", yesNo(controller.conformsTo(RegistryClass::UsbEthernet)));
     appendPropertyLines(section, controller.properties().get(), controllerLines);
 }
 
 void appendInterface(SectionText& section, const IoEntry& entry, CFDictionaryRef properties)
 {
     appendPropertyLines(section, properties, interfaceLines);
-    const bool isWireless = entry.conformsTo("IO80211Interface");
+    const bool isWireless = entry.conformsTo(RegistryClass::WirelessInterface);
     section.line("  802.11 wireless:  ", yesNo(isWireless));
     if (isWireless) {
         appendPropertyLines(section, properties, wirelessLines);
@@ -57,7 +57,7 @@ QString ioKitEthernetDevices()
 {
     SectionText section(sNewLine);
     section.line("Ethernet interfaces (from IOKit)");
-    IoIterator interfaces = servicesOfClass("IOEthernetInterface");
+    IoIterator interfaces = servicesOfClass(RegistryClass::EthernetInterface);
     int number = 1;
     while (const IoEntry entry = interfaces.next()) {
         const auto properties = entry.properties();

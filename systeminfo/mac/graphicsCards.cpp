@@ -109,7 +109,7 @@ QString ioKitGraphicsCards()
 {
     Internal::SectionText section(sNewLine);
     section.line("Graphics card info (from IOKit)");
-    IoIterator devices = servicesOfClass("IOPCIDevice");
+    IoIterator devices = servicesOfClass(RegistryClass::PciDevice);
     int number = 1;
     while (const IoEntry device = devices.next()) {
         const auto properties = device.properties();

@@ -110,8 +110,9 @@ CFHolder<CFStringRef> IoEntry::className() const
     return CFHolder<CFStringRef>(IOObjectCopyClass(get()));
 }
 
-IoIterator servicesOfClass(const char* className)
+IoIterator servicesOfClass(RegistryClass registryClass)
 {
+    const char* const className = nameOf(registryClass);
     const CFMutableDictionaryRef matching = IOServiceMatching(className);
     if (matching == nullptr) {
         qWarning("IOServiceMatching for %s failed", className);
@@ -126,13 +127,13 @@ IoIterator servicesOfClass(const char* className)
     return IoIterator(iterator);
 }
 
-IoEntry firstServiceOfClass(const char* className)
+IoEntry firstServiceOfClass(RegistryClass registryClass)
 {
-    const CFMutableDictionaryRef matching = IOServiceMatching(className);
+    const CFMutableDictionaryRef matching = IOServiceMatching(nameOf(registryClass));
     return IoEntry(matching == nullptr ? 0 : IOServiceGetMatchingService(kIOMasterPortDefault, matching));
 }
 
-int openServiceIterator(const char* className, unsigned int* iterator)
+int openServiceIterator(RegistryClass registryClass, unsigned int* iterator)
 {
     mach_port_t port = MACH_PORT_NULL;
     kern_return_t result = IOMasterPort(MACH_PORT_NULL, &port);
@@ -140,7 +141,7 @@ int openServiceIterator(const char* className, unsigned int* iterator)
         qWarning("IOMasterPort returned %d\n", result);
         return result;
     }
-    const CFMutableDictionaryRef matching = IOServiceMatching(className);
+    const CFMutableDictionaryRef matching = IOServiceMatching(nameOf(registryClass));
     if (matching == nullptr) {
         qWarning("IOServiceMatching returned a NULL dictionary.\n");
         return KERN_FAILURE;

@@ -5,6 +5,7 @@
 /// that no section releases anything. A value of another kind than the expected one counts as absent.
 
 #include "systeminfo/mac/frameworks.h"
+#include "systeminfo/mac/registryClasses.h"
 
 #include <QByteArray>
 #include <QString>
@@ -126,6 +127,7 @@ public:
     /// The first value of a key on the entry or, searched depth first, on the entries below it.
     PropertyValue search(const char* key) const;
     IoEntry parent() const;
+    bool conformsTo(RegistryClass registryClass) const { return conformsTo(nameOf(registryClass)); }
     bool conformsTo(const char* className) const;
     /// The name of its class; null without one.
     CFHolder<CFStringRef> className() const;
@@ -142,14 +144,14 @@ public:
 };
 
 /// The entries of a class. On failure logs a warning and gives no iterator.
-IoIterator servicesOfClass(const char* className);
+IoIterator servicesOfClass(RegistryClass registryClass);
 
 /// The first entry of a class, or none.
-IoEntry firstServiceOfClass(const char* className);
+IoEntry firstServiceOfClass(RegistryClass registryClass);
 
 /// Opens an iterator over the entries of a class on the registry's main port.
 /// @param iterator receives the handle on success
 /// @return 0, or the code of the call that failed, after a warning
-int openServiceIterator(const char* className, unsigned int* iterator);
+int openServiceIterator(RegistryClass registryClass, unsigned int* iterator);
 
 } // namespace norvex::SystemInfo::MacSysInfo

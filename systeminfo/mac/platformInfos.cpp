@@ -39,7 +39,7 @@ QString ioKitPlatformInfos()
 {
     SectionText section(sNewLine);
     section.line("Platform info (from IOKit)");
-    if (const IoEntry platform = firstServiceOfClass("IOPlatformExpertDevice")) {
+    if (const IoEntry platform = firstServiceOfClass(RegistryClass::PlatformExpert)) {
         appendQuotedLines(section, platform, platformLines);
     }
     return section.text();

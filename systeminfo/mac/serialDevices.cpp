@@ -74,7 +74,7 @@ bool isListed(const IoEntry& client, bool rs232Only)
 
 int ioKitGetSerialBsdDevicesIterator(unsigned int* iterator)
 {
-    return openServiceIterator("IOSerialBSDClient", iterator);
+    return openServiceIterator(RegistryClass::SerialClient, iterator);
 }
 
 QString ioKitGetRs232SerialDevices(bool rs232Only)

@@ -96,11 +96,11 @@ private:
 };
 
 template <typename Table>
-QString storageSection(const char* heading, const char* className, const Table& lines)
+QString storageSection(const char* heading, RegistryClass registryClass, const Table& lines)
 {
     Internal::SectionText section(sNewLine);
     section.line(heading);
-    IoIterator devices = servicesOfClass(className);
+    IoIterator devices = servicesOfClass(registryClass);
     int number = 1;
     while (IoEntry entry = devices.next()) {
         CFHolder<CFDictionaryRef> properties = entry.properties();
@@ -120,17 +120,17 @@ QString storageSection(const char* heading, const char* className, const Table& 
 
 QString ioKitSataDiskDevices()
 {
-    return storageSection("AHCI disk (from IOKit)", "AppleAHCIDiskDriver", sataLines);
+    return storageSection("AHCI disk (from IOKit)", RegistryClass::AhciDisk, sataLines);
 }
 
 QString ioKitSerialAtapiDevices()
 {
-    return storageSection("AHCI Serial ATAPI (from IOKit)", "IOAHCISerialATAPI", atapiLines);
+    return storageSection("AHCI Serial ATAPI (from IOKit)", RegistryClass::SerialAtapi, atapiLines);
 }
 
 QString ioKitNVMExpressDevices()
 {
-    return storageSection("NVMEXpress devices (from IOKit)", "IONVMeController", nvmeLines);
+    return storageSection("NVMEXpress devices (from IOKit)", RegistryClass::NvmeController, nvmeLines);
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -92,7 +92,7 @@ void appendDevice(SectionText& section, const Info& info)
 
 int ioKitGetUsbDevIterator(unsigned int* iterator)
 {
-    return openServiceIterator("IOUSBDevice", iterator);
+    return openServiceIterator(RegistryClass::UsbDevice, iterator);
 }
 
 int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info)

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstring>
 
 namespace norvex::Privacy {
 
 namespace {
+
+constexpr int manyBytes = 64; // fewer are compared faster than hashed
 
 // In ASCII, whatever the locale.
 char lower(char c)
@@ -74,16 +77,7 @@ void Replacements::add(const QByteArray& sequence, const QByteArray& replacement
     }
     const bool isExact = letters == Letters::Exact;
     const QByteArray walked = isExact ? sequence : folded(sequence);
-    std::uint32_t node = isExact ? exactRoot : foldedRoot;
-    for (const char byte : walked) {
-        std::uint32_t next = nodeBelow(node, byte);
-        if (next == 0) {
-            next = static_cast<std::uint32_t>(nodes_.size());
-            nodes_.push_back({0, nodes_[node].child, 0, byte});
-            nodes_[node].child = next;
-        }
-        node = next;
-    }
+    const std::uint32_t node = nodeOf(walked, isExact ? exactRoot : foldedRoot);
     begins_[static_cast<unsigned char>(lower(walked.at(0)))] = true;
     if (nodes_[node].target == 0) {
         nodes_[node].target = static_cast<std::uint32_t>(targets_.size());
@@ -91,24 +85,92 @@ void Replacements::add(const QByteArray& sequence, const QByteArray& replacement
     }
 }
 
+// The node at whose end a sequence ends.
+std::uint32_t Replacements::nodeOf(const QByteArray& sequence, std::uint32_t root)
+{
+    std::uint32_t node = root;
+    for (int place = 0; place < sequence.size();) {
+        const std::uint32_t next = nodeBelow(node, sequence.at(place));
+        if (next == 0) {
+            return addBelow(node, sequence, place);
+        }
+        const char* const bytes = bytesOf(nodes_[next]);
+        const int most = std::min(nodes_[next].size, sequence.size() - place);
+        const char* const differs = std::mismatch(bytes, bytes + most, sequence.constData() + place).first;
+        const int common = static_cast<int>(differs - bytes);
+        if (common < nodes_[next].size) {
+            split(next, common);
+        }
+        place += common;
+        node = next;
+    }
+    return node;
+}
+
+std::uint32_t Replacements::addBelow(std::uint32_t node, const QByteArray& sequence, int begin)
+{
+    Node added;
+    added.sibling = nodes_[node].child;
+    added.sequence = static_cast<std::uint32_t>(sequences_.size());
+    added.begin = begin;
+    added.size = sequence.size() - begin;
+    added.first = sequence.at(begin);
+    if (added.size > manyBytes) {
+        added.hash = hashOf(sequence.constData() + begin, added.size);
+    }
+    sequences_.push_back(sequence);
+    nodes_[node].child = static_cast<std::uint32_t>(nodes_.size());
+    nodes_.push_back(added);
+    return nodes_[node].child;
+}
+
+// Leaves a node its first bytes, and moves the others to one below it.
+void Replacements::split(std::uint32_t node, int size)
+{
+    Node& head = nodes_[node];
+    Node tail = head;
+    tail.sibling = 0;
+    tail.begin += size;
+    tail.size -= size;
+    tail.first = bytesOf(tail)[0];
+    const ByteHash headHash = hashOf(bytesOf(head), size);
+    tail.hash = tail.size > manyBytes ? hashOfTail(head.hash, headHash, tail.size) : 0;
+    head.size = size;
+    head.hash = headHash;
+    head.target = 0;
+    head.child = static_cast<std::uint32_t>(nodes_.size());
+    nodes_.push_back(tail);
+}
+
 std::uint32_t Replacements::nodeBelow(std::uint32_t node, char byte) const
 {
     std::uint32_t next = nodes_[node].child;
-    while (next != 0 && nodes_[next].byte != byte) {
+    while (next != 0 && nodes_[next].first != byte) {
         next = nodes_[next].sibling;
     }
     return next;
 }
 
-Replacements::Found Replacements::longestFrom(std::uint32_t root, const QByteArray& bytes, int start) const
+bool Replacements::standsAt(const Node& node, const QByteArray& bytes, PartHashes& hashes, int start) const
+{
+    // Only hashes keep the time in proportion: a text that repeats itself has the begin of a long sequence at many places.
+    const int compared = std::min(node.size, manyBytes);
+    return bytes.size() - start >= node.size &&
+           std::memcmp(bytes.constData() + start, bytesOf(node), static_cast<std::size_t>(compared)) == 0 &&
+           (node.size <= manyBytes || hashes.of(start, start + node.size) == node.hash);
+}
+
+Replacements::Found Replacements::longestFrom(std::uint32_t root, const QByteArray& bytes, PartHashes& hashes,
+                                              int start) const
 {
     Found longest;
     std::uint32_t node = root;
     for (int end = start; end < bytes.size();) {
-        node = nodeBelow(node, bytes.at(end++));
-        if (node == 0) {
+        node = nodeBelow(node, bytes.at(end));
+        if (node == 0 || !standsAt(nodes_[node], bytes, hashes, end)) {
             break;
         }
+        end += nodes_[node].size;
         const Target& target = targets_[nodes_[node].target];
         if (nodes_[node].target != 0 && stands(bytes, start, end, target.where)) {
             longest = {&target, end - start};
@@ -120,6 +182,8 @@ Replacements::Found Replacements::longestFrom(std::uint32_t root, const QByteArr
 QByteArray Replacements::replaced(const QByteArray& bytes) const
 {
     const QByteArray foldedBytes = folded(bytes);
+    PartHashes hashes(bytes);
+    PartHashes foldedHashes(foldedBytes);
     QByteArray result;
     int copied = 0;
     for (int i = 0; i < bytes.size();) {
@@ -127,8 +191,8 @@ QByteArray Replacements::replaced(const QByteArray& bytes) const
             ++i;
             continue;
         }
-        const Found exact = longestFrom(exactRoot, bytes, i);
-        Found found = longestFrom(foldedRoot, foldedBytes, i);
+        const Found exact = longestFrom(exactRoot, bytes, hashes, i);
+        Found found = longestFrom(foldedRoot, foldedBytes, foldedHashes, i);
         if (exact.length > found.length) {
             found = exact;
         }

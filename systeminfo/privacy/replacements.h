@@ -1,5 +1,7 @@
 #pragma once
 
+#include "systeminfo/privacy/byteHashes.h"
+
 #include <QByteArray>
 
 #include <array>
@@ -8,8 +10,8 @@
 
 namespace norvex::Privacy {
 
-/// Byte sequences and their replacements. Replacing takes time in proportion to the text, however many sequences there
-/// are.
+/// Byte sequences and their replacements. Replacing takes time in proportion to the text, however many and however long
+/// the sequences are, unless hundreds of them begin one another. The memory is that of the sequences and replacements.
 class Replacements
 {
 public:
@@ -45,22 +47,32 @@ private:
         int length = 0;
     };
 
-    // A byte of a sequence in the tree of all sequences.
+    // Bytes in the tree of all sequences: what several begin with or go on with, or the rest of one.
     struct Node
     {
-        std::uint32_t child = 0;   ///< the first of the bytes that can follow, 0: none
-        std::uint32_t sibling = 0; ///< the next byte that can stand here
-        std::uint32_t target = 0;  ///< index in targets_ of the sequence that ends here
-        char byte = 0;
+        std::uint32_t child = 0;    ///< the first of the nodes that can follow, 0: none
+        std::uint32_t sibling = 0;  ///< the next node that can stand here; it begins with another byte
+        std::uint32_t target = 0;   ///< index in targets_ of the sequence that ends here
+        std::uint32_t sequence = 0; ///< index in sequences_ of one that contains the bytes
+        int begin = 0;              ///< of the bytes in that sequence
+        int size = 0;
+        char first = 0;    ///< of the bytes
+        ByteHash hash = 0; ///< of the bytes, if they are many
     };
 
-    Found longestFrom(std::uint32_t root, const QByteArray& bytes, int start) const;
+    const char* bytesOf(const Node& node) const { return sequences_[node.sequence].constData() + node.begin; }
+    std::uint32_t nodeOf(const QByteArray& sequence, std::uint32_t root);
+    std::uint32_t addBelow(std::uint32_t node, const QByteArray& sequence, int begin);
+    void split(std::uint32_t node, int size);
+    bool standsAt(const Node& node, const QByteArray& bytes, PartHashes& hashes, int start) const;
+    Found longestFrom(std::uint32_t root, const QByteArray& bytes, PartHashes& hashes, int start) const;
     std::uint32_t nodeBelow(std::uint32_t node, char byte) const;
 
     // Exact sequences and folded ones have a root each.
     static constexpr std::uint32_t exactRoot = 0;
     static constexpr std::uint32_t foldedRoot = 1;
     std::vector<Node> nodes_ = std::vector<Node>(2);
+    std::vector<QByteArray> sequences_;
     std::vector<Target> targets_ = std::vector<Target>(1); ///< the first stands for no replacement
     std::array<bool, 256> begins_ = {}; ///< whether any sequence begins with the folded byte
 };

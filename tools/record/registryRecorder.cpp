@@ -8,7 +8,9 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
 #include <unordered_map>
+#include <unordered_set>
 
 NORVEX_DEPRECATED_CALLS_BEGIN
 
@@ -123,81 +125,152 @@ QByteArray recordedName(const IoEntry& entry)
     return xmlText(isFull ? withWholeEnd(name) : QByteArray(name));
 }
 
-using ClassChain = std::vector<QByteArray>; // a class, then its superclasses
-
-bool contains(const ClassChain& chain, const QByteArray& className)
-{
-    return std::find(chain.begin(), chain.end(), className) != chain.end();
-}
-
-// The superclasses of the entries' classes; it looks up each class once.
-class Classes
-{
-public:
-    Value of(const IoEntry& entry)
-    {
-        Value result = Value::array();
-        if (const auto className = entry.className()) {
-            for (const QByteArray& name : corrected(chainFrom(className.get()), entry)) {
-                result.add(Value::text(name));
-            }
-        }
-        return result;
-    }
-
-private:
-    const ClassChain& chainFrom(CFStringRef className)
-    {
-        const QByteArray name = recordedText(className);
-        const auto known = chains_.find(name.toStdString());
-        if (known != chains_.end()) {
-            return known->second;
-        }
-        ClassChain chain = {name};
-        CFHolder<CFStringRef> superclass(IOObjectCopySuperclassForClass(className));
-        while (superclass && !contains(chain, recordedText(superclass.get()))) {
-            chain.push_back(recordedText(superclass.get()));
-            superclass = CFHolder<CFStringRef>(IOObjectCopySuperclassForClass(superclass.get()));
-        }
-        return chains_.emplace(name.toStdString(), std::move(chain)).first->second;
-    }
-
-    // An entry can pass for a class that its own class does not inherit, or the reverse. For the classes that sections
-    // look for, the entry itself answers.
-    ClassChain corrected(ClassChain chain, const IoEntry& entry)
-    {
-        static const char* const lookedFor[] = {
-            "IOPlatformExpertDevice", "AppleAHCIDiskDriver", "IOAHCISerialATAPI",
-            "IONVMeController",       "IOEthernetInterface", "IO80211Interface",
-            "AppleUSBEthernet",       "IOPCIDevice",         "IOUSBDevice",
-            "IOSerialBSDClient"};
-        std::vector<const char*> conforming;
-        for (const char* className : lookedFor) {
-            if (entry.conformsTo(className)) {
-                conforming.push_back(className);
-            } else {
-                chain.erase(std::find(chain.begin(), chain.end(), className), chain.end());
-            }
-        }
-        for (const char* className : conforming) {
-            const auto missing = contains(chain, className) ? CFHolder<CFStringRef>() : makeKey(className);
-            for (const QByteArray& name : missing ? chainFrom(missing.get()) : ClassChain()) {
-                if (!contains(chain, name)) {
-                    chain.push_back(name);
-                }
-            }
-        }
-        return chain;
-    }
-
-    std::unordered_map<std::string, ClassChain> chains_;
-};
-
 std::uint64_t registryEntryId(const IoEntry& entry)
 {
     std::uint64_t identity = 0;
     return IORegistryEntryGetRegistryEntryID(entry.get(), &identity) == KERN_SUCCESS ? identity : 0;
 }
+
+// The class that the recorded entry passes for, null for none.
+const QByteArray* overridingClass(const Value& properties)
+{
+    const Value* const name = properties.find("IOClassNameOverride");
+    const bool isUsed = name != nullptr && name->kind == Value::Kind::Text &&
+                        name->bytes.size() < static_cast<int>(sizeof(io_name_t));
+    return isUsed ? &name->bytes : nullptr;
+}
+
+// Names of classes in the order in which they were added, each once.
+class ClassNames
+{
+public:
+    bool contains(const QByteArray& name) const { return known_.contains(name); }
+
+    void add(const QByteArray& name)
+    {
+        known_.insert(name);
+        names_.push_back(name);
+    }
+
+    /// Removes a class and its superclasses.
+    void removeFrom(const QByteArray& name)
+    {
+        while (contains(name)) {
+            known_.remove(names_.back());
+            names_.pop_back();
+        }
+    }
+
+    Value recorded() const
+    {
+        Value result = Value::array();
+        for (const QByteArray& name : names_) {
+            result.add(Value::text(name));
+        }
+        return result;
+    }
+
+private:
+    std::vector<QByteArray> names_;
+    QSet<QByteArray> known_;
+};
+
+// The classes of entries. For those that sections ask for, it asks as the sections do: a system lists some entries of a
+// class and not others, and an entry conforms to the class that it passes for.
+class Classes
+{
+public:
+    Classes()
+    {
+        for (std::size_t i = 0; i < classCount; ++i) {
+            if (registryClasses[i].askedBy == AskedBy::Matching) {
+                IoIterator services = servicesOfClass(static_cast<RegistryClass>(i));
+                while (const IoEntry entry = services.next()) {
+                    listed_[i].insert(registryEntryId(entry));
+                }
+                listed_[i].erase(0);
+            }
+        }
+    }
+
+    Value of(const IoEntry& entry, const Value& properties)
+    {
+        ClassNames names;
+        const QByteArray* const overriding = overridingClass(properties);
+        const auto className = overriding == nullptr ? entry.className() : CFHolder<CFStringRef>();
+        if (className) {
+            addFrom(className.get(), names);
+        }
+        const std::vector<const char*> present = askedClassesOf(entry, overriding, names);
+        for (const char* name : present) {
+            addFrom(name, names);
+        }
+        return names.recorded();
+    }
+
+private:
+    // The classes that sections find the entry to be of. Removes the others from the names.
+    std::vector<const char*> askedClassesOf(const IoEntry& entry, const QByteArray* overriding,
+                                            ClassNames& names)
+    {
+        // Conformance to the class that an entry passes for says nothing of its own class.
+        const auto isKindOf = [&](const char* name) {
+            return (overriding == nullptr || *overriding != name) && entry.conformsTo(name);
+        };
+        std::vector<const char*> present;
+        const std::uint64_t identity = registryEntryId(entry);
+        for (std::size_t i = 0; i < classCount; ++i) {
+            const AskedClass& asked = registryClasses[i];
+            const bool isListed = listed_[i].count(identity) > 0;
+            if (asked.askedBy == AskedBy::Matching ? isListed : isKindOf(asked.name)) {
+                present.push_back(asked.name);
+            } else {
+                names.removeFrom(asked.name);
+            }
+        }
+        // An entry that passes for another class hides its own. This much is known of it.
+        if (overriding != nullptr && isKindOf("IOService")) {
+            present.push_back("IOService");
+        }
+        return present;
+    }
+
+    void addFrom(const char* className, ClassNames& names)
+    {
+        if (const auto name = names.contains(className) ? CFHolder<CFStringRef>() : makeKey(className)) {
+            addFrom(name.get(), names);
+        }
+    }
+
+    // Adds a class and its superclasses, up to one that is there already.
+    void addFrom(CFStringRef className, ClassNames& names)
+    {
+        for (QByteArray name = recordedText(className); !names.contains(name);
+             name = recordedText(className)) {
+            names.add(name);
+            className = superclassOf(className, name);
+            if (className == nullptr) {
+                return;
+            }
+        }
+    }
+
+    // Looks up each class once; null for no superclass.
+    CFStringRef superclassOf(CFStringRef className, const QByteArray& name)
+    {
+        auto known = superclasses_.find(name.toStdString());
+        if (known == superclasses_.end()) {
+            CFHolder<CFStringRef> superclass(IOObjectCopySuperclassForClass(className));
+            known = superclasses_.emplace(name.toStdString(), std::move(superclass)).first;
+        }
+        return known->second.get();
+    }
+
+    static constexpr std::size_t classCount = sizeof registryClasses / sizeof *registryClasses;
+
+    std::array<std::unordered_set<std::uint64_t>, classCount> listed_; // the identifiers of entries
+    std::unordered_map<std::string, CFHolder<CFStringRef>> superclasses_;
+};
 
 // Walks the registry depth first, with its own stack.
 class RegistryWalk
@@ -243,11 +316,13 @@ private:
     {
         Value value = Value::dictionary();
         value.add("name", Value::text(recordedName(entry)));
-        value.addUnlessEmpty("classes", classes_.of(entry));
+        Value recordedProperties = Value::dictionary();
         if (const auto properties = entry.properties()) {
-            value.addUnlessEmpty("properties", recordedDictionary(properties.get(), 1));
+            recordedProperties = recordedDictionary(properties.get(), 1);
             addDeviceFile(properties.get());
         }
+        value.addUnlessEmpty("classes", classes_.of(entry, recordedProperties));
+        value.addUnlessEmpty("properties", std::move(recordedProperties));
         io_iterator_t below = 0;
         if (IORegistryEntryGetChildIterator(entry.get(), kIOServicePlane, &below) != KERN_SUCCESS) {
             below = 0;

@@ -59,6 +59,18 @@ CFTypeRef propertyOf(const RegistryEntry& entry, CFStringRef key)
     return entry.properties ? entry.properties.get()->value(key) : nullptr;
 }
 
+/// The name of the class that an entry passes for, null for none. The property counts even where its key or the call
+/// for all properties has a fault.
+const std::string* overridingClassOf(const RegistryEntry& entry)
+{
+    const CFTypeRef value = propertyOf(entry, CFSTR("IOClassNameOverride"));
+    if (value == nullptr || norvex::objectOf(value)->kind() != norvex::ObjectKind::String) {
+        return nullptr;
+    }
+    const std::string& name = static_cast<CFStringRef>(value)->utf8;
+    return name.size() < sizeof(io_name_t) ? &name : nullptr;
+}
+
 io_object_t openNext(std::optional<EntryReference> reference)
 {
     return reference ? norvex::openHandle(std::move(*reference)) : IO_OBJECT_NULL;
@@ -111,7 +123,12 @@ kern_return_t IOObjectRelease(io_object_t object)
 boolean_t IOObjectConformsTo(io_object_t object, const io_name_t className)
 {
     const auto reference = entryOf(object);
-    return !callFails() && reference && reference->registry->conformsTo(reference->index, className);
+    if (callFails() || !reference) {
+        return false;
+    }
+    const std::string* const overriding = overridingClassOf(reference->entry());
+    return (overriding != nullptr && *overriding == className) ||
+           reference->registry->conformsTo(reference->index, className);
 }
 
 CFStringRef IOObjectCopyClass(io_object_t object)
@@ -121,7 +138,11 @@ CFStringRef IOObjectCopyClass(io_object_t object)
         return nullptr;
     }
     const auto& chain = reference->registry->classesOf(reference->index);
-    return chain.empty() ? nullptr : handOut(norvex::makeString(chain.front()).take());
+    const std::string* name = overridingClassOf(reference->entry());
+    if (name == nullptr && !chain.empty()) {
+        name = &chain.front();
+    }
+    return name == nullptr ? nullptr : handOut(norvex::makeString(*name).take()); // no fault follows its text
 }
 
 CFStringRef IOObjectCopySuperclassForClass(CFStringRef classname)
@@ -189,7 +210,7 @@ io_registry_entry_t IORegistryGetRootEntry(mach_port_t)
 kern_return_t IORegistryEntryGetRegistryEntryID(io_registry_entry_t entry, std::uint64_t* entryID)
 {
     return onEntry(entry, nullptr, [entryID](const EntryReference& reference) {
-        *entryID = std::uint64_t(reference.index) + 1;
+        *entryID = reference.entry().id;
         return success;
     });
 }

@@ -30,6 +30,7 @@ struct RegistryEntry
 {
     static constexpr std::uint32_t none = 0xffffffffu;
 
+    std::uint64_t id = 0; ///< the same in every registry that the machine returns
     std::string name;
     std::uint32_t classes = 0;             ///< index of a class chain of the registry
     std::uint32_t parent = none;           ///< index of the parent entry
@@ -47,10 +48,14 @@ public:
 
     Registry();
 
-    /// Begins an entry. Its parent is the open entry: the last one begun and not yet ended.
+    /// Begins an entry. Its parent is the open entry: the last one begun and not yet ended. Its identifier is one more
+    /// than that of the entry begun before.
     RegistryEntry& beginEntry();
     /// Ends the open entry.
     void endEntry();
+
+    /// Gives the entry that is begun next an identifier, so that a part of a registry has those of the whole.
+    void numberFrom(std::uint64_t id) { nextId_ = id; }
 
     /// The index of a class chain; equal chains share one.
     std::uint32_t internClasses(ClassChain chain);
@@ -74,7 +79,18 @@ public:
 private:
     std::deque<RegistryEntry> entries_;
     std::vector<ClassChain> chains_;
+    /// Where a class stands.
+    struct ClassUse
+    {
+        std::vector<std::uint32_t> chains;       ///< ascending
+        const std::string* superclass = nullptr; ///< in the first of the chains that has one; null for none
+    };
+
+    void indexClasses(std::uint32_t chain);
+
     std::unordered_map<std::string, std::uint32_t> chainIndex_;
+    std::unordered_map<std::string_view, ClassUse> classes_; ///< the names are those in chains_
+    std::uint64_t nextId_ = 1;
     std::uint32_t open_ = RegistryEntry::none;
     bool isPart_ = false;
 };

@@ -44,6 +44,9 @@ constexpr LiveClass liveClasses[] = {
     {"IOSerialBSDClient", "IOService"},
 };
 
+/// Each part numbers its entries from a multiple of this, whatever parts stand before it.
+constexpr std::uint64_t partIds = std::uint64_t(1) << 32;
+
 /// A part of the registry: the function that appends it, and the most derived classes of its entries.
 struct Part
 {
@@ -135,10 +138,13 @@ RegistryPtr hostRegistry(const QByteArray& className)
             registry.markAsPart();
         }
         const Devices devices;
+        std::uint64_t firstId = partIds;
         for (const Part& part : parts()) {
             if (hasEntriesOf(part, className)) {
+                registry.numberFrom(firstId);
                 part.append(devices, registry);
             }
+            firstId += partIds;
         }
     });
 }
