@@ -12,6 +12,7 @@
 #include "systeminfo/norvexSystemInfo.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QSysInfo>
 
@@ -133,8 +134,9 @@ QByteArray recording(const Options& options)
 {
     RecordedValue machine = recordMachine();
     if (options.anonymous) {
-        // The host of a recording is another one.
-        anonymise(machine, options.recording ? QString() : QSysInfo::machineHostName());
+        // The host of a recording is another one, and so is its user.
+        anonymise(machine, options.recording ? QString() : QSysInfo::machineHostName(),
+                  options.recording ? QString() : QDir::home().dirName());
     }
     return recordingText(machine);
 }

@@ -62,8 +62,8 @@ const OptionRow optionRows[] = {
      "the queries behind the Macintosh section"},
     {anonymousOption, "anonymous", nullptr,
      "with --record: replace serial numbers, UUIDs, the names of\n"
-     "networks, hosts, users and volumes, and the device half of\n"
-     "hardware addresses"},
+     "networks, hosts, users, devices and volumes, and the device\n"
+     "half of hardware addresses"},
     {helpOption, "help", nullptr, "print this help"},
     {versionOption, "version", nullptr, "print the version"},
 };

@@ -1,6 +1,7 @@
 #include "systeminfo/privacy/privateValues.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 
 namespace norvex::Privacy {
@@ -31,6 +32,12 @@ const struct
     {"iserialnumber", Part::Begin, PrivateKind::None}, // the number of a USB string
     {"index", Part::End, PrivateKind::None},
     {"content", Part::Begin, PrivateKind::Constant}, // of a partition: the kind of its file system
+    {"fmntfromname", Part::Whole, PrivateKind::MountSource},
+    {"fmntonname", Part::Whole, PrivateKind::MountPoint},
+    {"iocalloutdevice", Part::Whole, PrivateKind::SerialPort},
+    {"iodialindevice", Part::Whole, PrivateKind::SerialPort},
+    {"iottydevice", Part::Whole, PrivateKind::SerialPort},
+    {"iottybasename", Part::Whole, PrivateKind::SerialPort},
     {"serialnum", Part::Anywhere, PrivateKind::Serial},
     {"serialstring", Part::Anywhere, PrivateKind::Serial},
     {"serial", Part::End, PrivateKind::Serial},
@@ -42,6 +49,7 @@ const struct
     {"bssid", Part::Anywhere, PrivateKind::Address},
     {"bdaddr", Part::Anywhere, PrivateKind::Address},
     {"deviceaddress", Part::Anywhere, PrivateKind::Address},
+    {"hwaddr", Part::Anywhere, PrivateKind::Address},
     {"hardwareaddress", Part::Anywhere, PrivateKind::Address},
     {"bluetoothaddress", Part::Anywhere, PrivateKind::Address},
     {"ethernetaddress", Part::Anywhere, PrivateKind::Address},
@@ -53,9 +61,11 @@ const struct
     {"uuid", Part::Anywhere, PrivateKind::Uuid},
     {"systemid", Part::Whole, PrivateKind::Uuid},
     {"ssid", Part::Begin, PrivateKind::Name},
-    {"hostname", Part::Anywhere, PrivateKind::Name},
-    {"computername", Part::Anywhere, PrivateKind::Name},
-    {"username", Part::Anywhere, PrivateKind::Name},
+    {"hostname", Part::Anywhere, PrivateKind::Host},
+    {"computername", Part::Anywhere, PrivateKind::Host},
+    {"ownername", Part::Anywhere, PrivateKind::Person},
+    {"userassigned", Part::Begin, PrivateKind::Name},
+    {"username", Part::Anywhere, PrivateKind::Person},
     {"volumename", Part::Anywhere, PrivateKind::Label},
     {"fullname", Part::Whole, PrivateKind::Label},
     {"edid", Part::End, PrivateKind::Display},
@@ -67,6 +77,25 @@ const struct
     {"randomseed", Part::Whole, PrivateKind::Serial},
     {"uniquechipid", Part::Whole, PrivateKind::Serial},
     {"ecid", Part::End, PrivateKind::Serial},
+    {"hw", Part::Begin, PrivateKind::Model}, // with the next, what sysctl answers about the hardware
+    {"machdepcpu", Part::Begin, PrivateKind::Model},
+    {"fstypename", Part::End, PrivateKind::Model},
+    {"vendor", Part::End, PrivateKind::Model},
+    {"vendorname", Part::End, PrivateKind::Model},
+    {"vendorstring", Part::End, PrivateKind::Model},
+    {"manufacturer", Part::End, PrivateKind::Model},
+    {"model", Part::End, PrivateKind::Model},
+    {"compatible", Part::Whole, PrivateKind::Model},
+    {"devicetype", Part::Whole, PrivateKind::Model},
+    {"bsdname", Part::Whole, PrivateKind::Model},
+    {"ioname", Part::Whole, PrivateKind::Model},
+    {"ionamematch", Part::Begin, PrivateKind::Model},
+    {"ioclass", Part::Begin, PrivateKind::Model},
+    {"ioproviderclass", Part::Whole, PrivateKind::Model},
+    {"ioserialbsdclienttype", Part::Whole, PrivateKind::Model},
+    {"cfbundle", Part::Begin, PrivateKind::Model},
+    {"physicalinterconnect", Part::Begin, PrivateKind::Model},
+    {"mediumtype", Part::Whole, PrivateKind::Model},
 };
 
 bool matches(const QByteArray& key, Part part, const char* text)
@@ -80,7 +109,12 @@ bool matches(const QByteArray& key, Part part, const char* text)
     return false;
 }
 
-constexpr int displayDataSize = 128; // its extensions hold no serial number
+// But for the zeros between texts.
+bool isPrintable(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(),
+                       [](QChar c) { return c.isNull() || c.isPrint() || c == '\n'; });
+}
 
 } // namespace
 
@@ -93,27 +127,6 @@ PrivateKind privateKindOf(const QByteArray& key)
         }
     }
     return key.contains("SSID") ? PrivateKind::Name : PrivateKind::None; // unlike "Class ID"
-}
-
-bool isCommonLabel(const QByteArray& label)
-{
-    static const char* const common[] = {
-        "macintoshhd", "macintoshhddata", "macintoshssd", "data",    "efi",  "efisystempartition",
-        "preboot",     "recovery",        "recoveryhd",   "vm",      "boot", "update",
-        "customer",    "bootcamp",        "untitled",     "noname",  "root", "basicdatapartition",
-        "diskimage",   "booter",          "apple",        "bootosx", "home", "microsoftreservedpartition",
-        "isopartition"};
-    QByteArray letters = lettersAndDigits(label);
-    while (!letters.isEmpty() &&
-           std::isdigit(static_cast<unsigned char>(letters.at(letters.size() - 1))) != 0) {
-        letters.chop(1);
-    }
-    for (const char* name : common) {
-        if (letters == name) {
-            return true;
-        }
-    }
-    return label.endsWith(" Media"); // a whole disk, named after its model
 }
 
 bool isSerialNumber(std::uint64_t number)
@@ -155,41 +168,38 @@ QList<QByteArray> addressesIn(const QByteArray& data)
     return addresses;
 }
 
-QList<QByteArray> textsIn(const QByteArray& data)
+QString utf16TextOf(const QByteArray& data)
 {
-    const bool isText =
-        std::all_of(data.begin(), data.end(), [](char c) { return c == 0 || (c >= ' ' && c < 0x7f); });
-    return isText ? data.split('\0') : QList<QByteArray>();
-}
-
-QList<QByteArray> displaySerials(const QByteArray& data)
-{
-    constexpr int firstDescriptor = 54;
-    constexpr int descriptorSize = 18;
-    constexpr int headSize = 5;
-    QList<QByteArray> serials;
-    for (int start = firstDescriptor; start + descriptorSize < displayDataSize; start += descriptorSize) {
-        const QByteArray descriptor = data.mid(start, descriptorSize);
-        if (data.size() >= displayDataSize && descriptor.startsWith(QByteArray("\0\0\0\xff", 4))) {
-            serials += descriptor.mid(headSize);
+    const int units = data.size() / 2;
+    const QString narrow = QString::fromUtf8(data.constData(), data.size());
+    const bool isNarrow = !data.contains('\0') && narrow.toUtf8() == data && isPrintable(narrow);
+    if (data.size() % 2 != 0 || isNarrow) {
+        return QString();
+    }
+    for (const int high : {1, 0}) {
+        std::array<int, 256> highBytes = {};
+        QString text;
+        for (int i = 0; i < units; ++i) {
+            const auto highByte = static_cast<uchar>(data.at(2 * i + high));
+            ++highBytes.at(highByte);
+            text += QChar(static_cast<uchar>(data.at(2 * i + 1 - high)), highByte);
+        }
+        text.remove(QChar::ByteOrderMark);
+        // Most letters of one text are of one script and share their high byte.
+        const bool isOneScript = 2 * *std::max_element(highBytes.begin(), highBytes.end()) > units;
+        if (isOneScript && text.indexOf(QChar::Null) != 0 && text.size() > 1 && isPrintable(text)) {
+            return text;
         }
     }
-    return serials;
+    return QString();
 }
 
-void cleanDisplayData(QByteArray& data)
+QList<QByteArray> textsIn(const QByteArray& data)
 {
-    constexpr int serialOffset = 12;
-    constexpr int serialSize = 4;
-    if (data.size() < displayDataSize) {
-        return;
-    }
-    data.replace(serialOffset, serialSize, QByteArray(serialSize, '\0'));
-    unsigned sum = 0;
-    for (int i = 0; i < displayDataSize - 1; ++i) {
-        sum += static_cast<unsigned char>(data.at(i));
-    }
-    data[displayDataSize - 1] = static_cast<char>(0x100 - sum % 0x100); // all bytes add up to 0
+    const QString wide = utf16TextOf(data);
+    const QString text = wide.isEmpty() ? QString::fromUtf8(data.constData(), data.size()) : wide;
+    const bool isText = !wide.isEmpty() || (text.toUtf8() == data && isPrintable(text));
+    return isText ? text.toUtf8().split('\0') : QList<QByteArray>();
 }
 
 } // namespace norvex::Privacy

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QString>
 
 #include <cstdint>
 
@@ -17,17 +18,20 @@ enum class PrivateKind {
     Serial,  ///< a serial number, or another value that one machine alone has, such as a token
     Address, ///< a hardware address or an identifier that begins with its maker's number
     Uuid,
-    Name,    ///< of a network, a host, a user or a device that users name
-    Label,   ///< the name of a volume
-    Display, ///< a display's identification data
-    Constant ///< looks like an identifier, but is the same on all machines
+    Name,        ///< of a network, or of a device that users name
+    Person,      ///< a user's name
+    Host,        ///< the name or address of a machine
+    Label,       ///< the name of a volume, a shared folder or a group of volumes
+    Display,     ///< a display's identification data
+    MountSource, ///< what a volume is mounted from
+    MountPoint,
+    SerialPort, ///< the device file of a serial port, or its name
+    Model,      ///< a model, a maker or a class, where no name that people give can stand
+    Constant    ///< looks like an identifier, but is the same on all machines
 };
 
 /// The kind by the key of a property.
 PrivateKind privateKindOf(const QByteArray& key);
-
-/// Whether a volume has this name on many machines.
-bool isCommonLabel(const QByteArray& label);
 
 constexpr int addressSize = 6;
 constexpr int extendedAddressSize = 8;
@@ -41,12 +45,9 @@ QByteArray addressOf(std::uint64_t number);
 QList<QByteArray> addressesIn(const QByteArray& data);
 /// The bytes of hexadecimal digits with or without separators; empty for any other text.
 QByteArray hexBytesOf(const QByteArray& text);
-/// The texts between the zero bytes of data; none if it holds anything but ASCII text.
+/// The text that data holds in UTF-16, of either byte order; empty if it holds none.
+QString utf16TextOf(const QByteArray& data);
+/// The texts between the zeros of data in UTF-8 or UTF-16; none if it holds anything but text.
 QList<QByteArray> textsIn(const QByteArray& data);
-
-/// The serial numbers in a display's identification data (EDID) that are texts.
-QList<QByteArray> displaySerials(const QByteArray& data);
-/// Overwrites the serial number that is a number, and mends the checksum.
-void cleanDisplayData(QByteArray& data);
 
 } // namespace norvex::Privacy

@@ -89,10 +89,24 @@ QByteArray PseudonymGenerator::text(const QByteArray& utf8)
 
 QByteArray PseudonymGenerator::bytes(const QByteArray& original)
 {
+    const auto isUsed = [](char c) { return c != 0; };
+    const auto first = std::find_if(original.begin(), original.end(), isUsed) - original.begin();
+    const auto end = std::find_if(original.rbegin(), original.rend(), isUsed).base() - original.begin();
+    return untaken(original, [&] {
+        QByteArray invented = original;
+        for (auto i = first; i < end; ++i) {
+            invented[static_cast<int>(i)] = static_cast<char>(1 + number(255));
+        }
+        return invented;
+    });
+}
+
+QByteArray PseudonymGenerator::device(const QByteArray& original)
+{
     return untaken(original, [&] {
         QByteArray invented = original;
         for (char& byte : invented) {
-            byte = byte == 0 ? byte : static_cast<char>(1 + number(255));
+            byte = static_cast<char>(1 + number(255));
         }
         return invented;
     });

@@ -18,8 +18,10 @@ public:
     /// A text of the same length: digits for digits, letters for letters in their case (hexadecimal ones if there are no
     /// others). Other characters stay.
     QByteArray text(const QByteArray& utf8);
-    /// As many bytes. Zero bytes stay.
+    /// As many bytes. The zero bytes around them stay.
     QByteArray bytes(const QByteArray& original);
+    /// As many bytes, for the device half of an address, where zero bytes tell as much as others.
+    QByteArray device(const QByteArray& original);
     /// A UUID of the same version and variant.
     QByteArray uuid(const QByteArray& original);
 

@@ -1,7 +1,10 @@
 #include "systeminfo/privacy/pseudonymMap.h"
 
+#include "systeminfo/privacy/commonNames.h"
+
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 
 namespace norvex::Privacy {
 
@@ -65,14 +68,75 @@ QByteArray reversed(QByteArray bytes)
     return bytes;
 }
 
-QByteArray utf16(const QByteArray& utf8)
+enum class ByteOrder { LittleEndian, BigEndian };
+
+QByteArray utf16(const QByteArray& utf8, ByteOrder order)
 {
     QByteArray units;
     for (const QChar c : QString::fromUtf8(utf8)) {
-        units += static_cast<char>(c.cell());
-        units += static_cast<char>(c.row());
+        const bool isLittle = order == ByteOrder::LittleEndian;
+        units += static_cast<char>(isLittle ? c.cell() : c.row());
+        units += static_cast<char>(isLittle ? c.row() : c.cell());
     }
     return units;
+}
+
+// How names are compared: "ZOË" is "Zoë", however its accent is stored.
+QByteArray folded(const QByteArray& utf8)
+{
+    const QString text = QString::fromUtf8(utf8);
+    return text.toUtf8() == utf8 ? text.normalized(QString::NormalizationForm_C).toLower().toUtf8() : utf8;
+}
+
+QString onlyIts(const QString& text, bool (*isIts)(QChar))
+{
+    QString result;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(result), isIts);
+    return result;
+}
+
+// "Zoë's Mac" as the name of a host or a serial port: "Zoes-Mac".
+QString asFileName(const QString& text, QChar separator)
+{
+    QString result = onlyIts(text.normalized(QString::NormalizationForm_D), [](QChar c) {
+        return !c.isMark() && c != QLatin1Char('\'') && c != QChar(0x2019) && c != QChar(0x2bc);
+    });
+    for (QChar& c : result) {
+        const bool mayStand = c == QLatin1Char('.') || c == QLatin1Char('-') || c == QLatin1Char('_');
+        c = c.isLetterOrNumber() || mayStand ? c : separator;
+    }
+    return result;
+}
+
+constexpr int netBiosLength = 15; ///< what Windows keeps of the name of a host
+
+// The forms that programs give names in paths and in addresses.
+QString spelled(const QString& text, int way)
+{
+    switch (way) {
+    case 0: return text;
+    case 1: return QString::fromLatin1(text.toUtf8().toPercentEncoding());
+    case 2: return QString(text).replace(QLatin1Char('-'), QLatin1String("--")); // by the device mapper
+    case 3: return asFileName(text, QLatin1Char('-'));
+    case 4: return asFileName(text, QLatin1Char('_'));
+    case 5: return QString(text).replace(QLatin1Char(' '), QLatin1String("\\x20")); // by udev
+    case 6: return QString(text).replace(QLatin1Char(' '), QLatin1String("\\040")); // by the mount table
+    case 7: return asFileName(text, QLatin1Char(' ')).remove(QLatin1Char(' '));
+    case 8: return QString(text).replace(QChar(0x2019), QLatin1Char('\''));
+    case 9: return QString(text).replace(QLatin1Char('\''), QChar(0x2019));
+    default: return text.contains(QLatin1Char(' ')) ? text : text.left(netBiosLength);
+    }
+}
+constexpr int waysToSpell = 10;
+constexpr int waysToSpellNames = 11;
+
+QString inLetters(const QString& text, int way)
+{
+    switch (way) {
+    case 1: return text.toLower();
+    case 2: return text.toUpper();
+    default: return text;
+    }
 }
 
 QByteArray hexPairs(const QByteArray& address, char separator)
@@ -123,13 +187,55 @@ void PseudonymMap::addForm(const QByteArray& text, const QByteArray& replacement
 {
     texts_.add(text, replacement, where, letters);
     data_.add(text, replacement, where, letters);
-    data_.add(utf16(text), utf16(replacement), where, letters);
+    for (const ByteOrder order : {ByteOrder::LittleEndian, ByteOrder::BigEndian}) {
+        data_.add(utf16(text, order), utf16(replacement, order), where, letters);
+    }
+}
+
+void PseudonymMap::addSpelledForms(const QByteArray& text, const QByteArray& replacement, TextKind kind)
+{
+    const QString original = QString::fromUtf8(text);
+    const QString invented = QString::fromUtf8(replacement);
+    const bool isAscii = original.size() == text.size();
+    for (int way = 0; way < (kind == TextKind::Name ? waysToSpellNames : waysToSpell); ++way) {
+        for (int letters = 0; letters < (isAscii ? 1 : 3); ++letters) {
+            for (const auto form : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
+                const auto as = [&](const QString& name) {
+                    return spelled(inLetters(name.normalized(form), letters), way).toUtf8();
+                };
+                addTextForm(as(original), as(invented), kind);
+            }
+        }
+    }
+}
+
+void PseudonymMap::addTextForm(const QByteArray& text, const QByteArray& replacement, TextKind kind)
+{
+    const bool isSerial = kind == TextKind::Serial;
+    const bool mayBeWord =
+        isSerial ? text.size() > 3 && hasDigit(text) : kind == TextKind::Name && text.size() > 2;
+    const bool isCertain = isUnmistakable(text);
+    if (!isCertain && !mayBeWord && isSerial) {
+        return;
+    }
+    const Where where = isCertain ? Where::Anywhere : (mayBeWord ? Where::Word : Where::Component);
+    addForm(text, replacement, where, Letters::EachAsFound);
+    if (isCertain) {
+        keys_.add(text, replacement, isSerial ? Where::Anywhere : Where::Component, Letters::EachAsFound);
+    } else if (mayBeWord && !isPropertyKey(QString::fromUtf8(text))) {
+        keys_.add(text, replacement, Where::Component, Letters::EachAsFound);
+    }
+    if (isSerial) {
+        numbers_.add(text, replacement, where, Letters::EachAsFound);
+    } else if (mayBeWord && !isCertain && !text.endsWith('s')) {
+        addForm(text + 's', replacement + 's', Where::Word, Letters::EachAsFound); // "Alices iPhone"
+    }
 }
 
 // Of addresses and UUIDs.
 void PseudonymMap::addHexForm(const QByteArray& text, const QByteArray& replacement)
 {
-    for (Replacements* replacements : {&texts_, &data_, &keys_}) {
+    for (Replacements* replacements : {&texts_, &data_, &keys_, &numbers_}) {
         replacements->add(text, replacement, Where::Anywhere, Letters::AllAsFound);
     }
 }
@@ -149,13 +255,13 @@ void PseudonymMap::addAddress(const QByteArray& address)
     const bool isExtended = address.mid(3, 2) == "\xff\xfe" || address.mid(3, 2) == "\xff\xff";
     const QByteArray device = address.mid(address.size() == 8 && isExtended ? 5 : makerLength);
     if (!addresses_.contains(device)) {
-        addresses_.insert(device, generator_.bytes(device));
+        addresses_.insert(device, generator_.device(device));
     }
     const QByteArray newDevice = addresses_.value(device);
     const QByteArray replacement = address.left(address.size() - device.size()) + newDevice;
     addresses_.insert(address, replacement);
     addAddressForms(address, replacement);
-    if (device.size() == 3) {
+    if (device.size() == 3 && !isEach(device, '\0')) {
         addDerivedForms(device, newDevice);
     }
 }
@@ -171,6 +277,11 @@ void PseudonymMap::addDerivedForms(const QByteArray& device, const QByteArray& r
         return "ff:fe" + hex.left(2) + ':' + QByteArray::number(hex.mid(2).toUInt(nullptr, 16), 16);
     };
     addHexForm(suffix(device), suffix(replacement));
+    addHexForm("fffe" + device.toHex(), "fffe" + replacement.toHex());
+    for (const char separator : {':', '-'}) {
+        const QByteArray begin = QByteArray("ff") + separator + "fe" + separator;
+        addHexForm(begin + hexPairs(device, separator), begin + hexPairs(replacement, separator));
+    }
 }
 
 void PseudonymMap::addAddressForms(const QByteArray& address, const QByteArray& replacement)
@@ -186,7 +297,7 @@ void PseudonymMap::addAddressForms(const QByteArray& address, const QByteArray& 
         for (const char separator : {':', '-', '.', '_', ' '}) {
             addHexForm(hexPairs(original, separator), hexPairs(changed, separator));
         }
-        for (Replacements* replacements : {&texts_, &data_, &keys_}) {
+        for (Replacements* replacements : {&texts_, &data_, &keys_, &numbers_}) {
             replacements->add(withoutLeadingZeros(original), withoutLeadingZeros(changed), Where::Word,
                               Letters::AllAsFound);
         }
@@ -210,22 +321,17 @@ void PseudonymMap::addUuid(const QByteArray& uuid)
 void PseudonymMap::addText(const QByteArray& utf8, TextKind kind)
 {
     const QByteArray text = trimmed(utf8);
-    const bool isSerial = kind == TextKind::Serial;
-    const bool isMadeOfOthers = isSerial && isHexNumber(text) && keys_.replaced(text) != text;
-    if (!hasContent(text) || whole_.contains(text.toLower()) || isMadeOfOthers) {
+    const bool isMadeOfOthers = kind == TextKind::Serial && isHexNumber(text) && keys_.replaced(text) != text;
+    if (!hasContent(text) || whole_.contains(folded(text)) || isMadeOfOthers) {
         return;
     }
     const QByteArray replacement = generator_.text(text);
-    whole_.insert(text.toLower(), replacement);
-    const bool mayBeWord =
-        isSerial ? text.size() > 3 && hasDigit(text) : kind == TextKind::Name && text.size() > 2;
-    if (isUnmistakable(text)) {
-        addForm(text, replacement, Where::Anywhere, Letters::EachAsFound);
-        keys_.add(text, replacement, isSerial ? Where::Anywhere : Where::Component, Letters::EachAsFound);
-    } else if (mayBeWord) {
-        addForm(text, replacement, Where::Word, Letters::EachAsFound);
-    } else if (!isSerial) {
-        addForm(text, replacement, Where::Component, Letters::EachAsFound);
+    whole_.insert(folded(text), replacement);
+    constexpr int longestName = 255;
+    if (text.size() <= longestName) {
+        addSpelledForms(text, replacement, kind);
+    } else {
+        addTextForm(text, replacement, kind);
     }
 }
 
@@ -250,12 +356,36 @@ QByteArray PseudonymMap::replacedWhole(const QByteArray& value) const
     if (known != whole_.end()) {
         return *known;
     }
-    known = whole_.find(text.toLower());
+    known = whole_.find(folded(text));
     if (known == whole_.end() || text.isEmpty()) {
         return value;
     }
     QByteArray result = value;
     return result.replace(value.indexOf(text), text.size(), *known);
+}
+
+QByteArray PseudonymMap::inText(const QByteArray& utf8) const
+{
+    const QByteArray result = texts_.replaced(utf8);
+    const QString text = QString::fromUtf8(result);
+    if (text.size() == result.size()) {
+        return result; // ASCII
+    }
+    // Beyond ASCII a word can end, too: in "Alice’s iPhone" and "“Alice”".
+    static const QByteArray mark("\xef\xbb\xbf"); // which does not reach a QString
+    QByteArray separate = result.startsWith(mark) ? mark : QByteArray();
+    int copied = 0;
+    for (int i = 0; i <= text.size(); ++i) {
+        const bool isEnd = i == text.size();
+        const bool isPunctuation = !isEnd && text.at(i).unicode() >= 0x80 &&
+                                   (text.at(i).isPunct() || text.at(i).isSpace() || text.at(i).isSymbol());
+        if (isEnd || isPunctuation) {
+            separate += texts_.replaced(text.mid(copied, i - copied).toUtf8());
+            separate += isEnd ? QByteArray() : QString(text.at(i)).toUtf8();
+            copied = i + 1;
+        }
+    }
+    return separate;
 }
 
 QByteArray PseudonymMap::replacedAddress(const QByteArray& address) const

@@ -1,9 +1,9 @@
 #include "tools/anonymise/privateValueCollector.h"
 
-#include "systeminfo/privacy/privateValues.h"
+#include "systeminfo/privacy/commonNames.h"
+#include "systeminfo/privacy/displayData.h"
+#include "systeminfo/privacy/privateParts.h"
 #include "tools/anonymise/recordingVisitor.h"
-
-#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -18,25 +18,52 @@ using TextKind = PseudonymMap::TextKind;
 class Collector : public RecordingVisitor
 {
 public:
-    explicit Collector(PseudonymMap& pseudonyms) : pseudonyms_(pseudonyms) {}
-
-    void collect(RecordedValue& recording, const QString& hostName)
+    void addNames(const QStringList& names)
     {
-        visitRecording(recording, *this);
-        addHost(hostName.toUtf8());
-        if (const RecordedValue* volumes = recording.find("volumes")) {
-            for (const RecordedValue::Item& volume : volumes->items) {
-                addVolume(volume.value);
+        for (const QString& name : names) {
+            addName(name);
+        }
+    }
+
+    void addName(const QString& name)
+    {
+        if (!isCommonName(name)) {
+            names_.push_back(name.toUtf8());
+        }
+    }
+
+    /// A value that is private in several ways has the kind that is searched for most: addresses before names, names
+    /// before serial numbers, and labels last.
+    void giveTo(PseudonymMap& pseudonyms)
+    {
+        for (const auto* values : {&addresses_, &uuids_, &names_, &serials_, &serialBytes_, &labels_}) {
+            for (const QByteArray& value : *values) {
+                pseudonyms.reserve(value);
             }
+        }
+        for (const QByteArray& address : addresses_) {
+            pseudonyms.addAddress(address);
+        }
+        for (const QByteArray& uuid : uuids_) {
+            pseudonyms.addUuid(uuid);
+        }
+        for (const QByteArray& name : names_) {
+            pseudonyms.addText(name, TextKind::Name);
         }
         const auto isLonger = [](const QByteArray& a, const QByteArray& b) { return a.size() > b.size(); };
         std::stable_sort(serials_.begin(), serials_.end(), isLonger);
         for (const QByteArray& serial : serials_) {
-            pseudonyms_.addText(serial, TextKind::Serial);
+            pseudonyms.addText(serial, TextKind::Serial);
+        }
+        for (const QByteArray& serial : serialBytes_) {
+            pseudonyms.addSerialBytes(serial);
+        }
+        for (const QByteArray& label : labels_) {
+            pseudonyms.addText(label, TextKind::Label);
         }
     }
 
-    void visitKey(QByteArray& key) override { addAddressesIn(QString::fromLatin1(key)); }
+    void visitKey(QByteArray& key) override { addParts(QString::fromUtf8(key), PrivateKind::None); }
 
     void visit(RecordedValue& value, PrivateKind privateKind) override
     {
@@ -44,13 +71,19 @@ public:
             return;
         }
         switch (value.kind) {
-        case Kind::Text: addText(value.bytes, privateKind); break;
-        case Kind::Data: addData(value.bytes, privateKind); break;
+        case Kind::Text:
+            addText(value.bytes, privateKind);
+            addParts(QString::fromUtf8(value.bytes), privateKind);
+            addDisplay(displayDataOf(value.bytes), false);
+            break;
+        case Kind::Data:
+            addData(value.bytes, privateKind);
+            addDisplay(value.bytes, privateKind == PrivateKind::Display);
+            addParts(QString::fromLatin1(value.bytes), privateKind);
+            addWideParts(value.bytes, privateKind);
+            break;
         case Kind::Integer: addInteger(value, privateKind); break;
         default: break;
-        }
-        if (value.kind == Kind::Text || value.kind == Kind::Data) {
-            addFoundIn(QString::fromLatin1(value.bytes));
         }
     }
 
@@ -60,42 +93,42 @@ private:
         const QByteArray bytes = hexBytesOf(text);
         const bool mayBeNumber = privateKind == PrivateKind::Address || privateKind == PrivateKind::Uuid;
         if (mayBeNumber && bytes.size() == uuidSize) {
-            pseudonyms_.addUuid(bytes);
+            uuids_.push_back(bytes);
         } else if (privateKind == PrivateKind::Address &&
                    (bytes.size() == addressSize || bytes.size() == extendedAddressSize)) {
-            pseudonyms_.addAddress(bytes);
+            addresses_.push_back(bytes);
         } else if (mayBeNumber || privateKind == PrivateKind::Serial) {
             serials_.push_back(text);
-        } else if (privateKind == PrivateKind::Name) {
-            addName(text);
-        } else if (privateKind == PrivateKind::Label && !isCommonLabel(text)) {
-            pseudonyms_.addText(text, TextKind::Label);
+        } else if (privateKind == PrivateKind::Name && !isModelName(QString::fromUtf8(text))) {
+            addName(QString::fromUtf8(text));
+        } else if (privateKind == PrivateKind::Person) {
+            addNames(namesOfPerson(QString::fromUtf8(text)));
+        } else if (privateKind == PrivateKind::Host) {
+            addNames(namesOfHost(QString::fromUtf8(text)));
+        } else if (privateKind == PrivateKind::Label && !isCommonLabel(QString::fromUtf8(text))) {
+            labels_.push_back(text);
         }
     }
 
     void addData(const QByteArray& data, PrivateKind privateKind)
     {
         const bool mayBeNumber = privateKind == PrivateKind::Address || privateKind == PrivateKind::Uuid;
+        const bool isBytes = mayBeNumber || privateKind == PrivateKind::Serial ||
+                             privateKind == PrivateKind::Name || privateKind == PrivateKind::Person ||
+                             privateKind == PrivateKind::Host;
         const QList<QByteArray> texts = textsIn(data);
         if (mayBeNumber && data.size() == uuidSize) {
-            pseudonyms_.addUuid(data);
+            uuids_.push_back(data);
         } else if (privateKind == PrivateKind::Address && data.size() >= addressSize) {
             for (const QByteArray& address : addressesIn(data)) {
-                pseudonyms_.addAddress(address);
+                addresses_.push_back(address);
             }
-        } else if (privateKind == PrivateKind::Display) {
-            for (const QByteArray& serial : displaySerials(data)) {
-                serials_.push_back(serial);
-            }
-        } else if (texts.isEmpty() && (privateKind == PrivateKind::Serial || mayBeNumber)) {
-            pseudonyms_.addSerialBytes(data);
+        } else if (texts.isEmpty() && isBytes) {
+            serialBytes_.push_back(data);
         } else {
             for (const QByteArray& text : texts) {
                 addText(text, privateKind);
             }
-        }
-        if (privateKind == PrivateKind::Name && texts.isEmpty()) {
-            addName(data);
         }
     }
 
@@ -107,102 +140,81 @@ private:
         const QByteArray address =
             privateKind == PrivateKind::Address ? addressOf(integer.unsignedNumber()) : QByteArray();
         if (!address.isEmpty()) {
-            pseudonyms_.addAddress(address);
+            addresses_.push_back(address);
         }
     }
 
-    void addName(const QByteArray& name)
+    void addDisplay(const QByteArray& data, bool isDisplay)
     {
-        if (!name.startsWith("localhost") && name != "root" && name != "admin") {
-            pseudonyms_.addText(name, TextKind::Name);
+        for (const QByteArray& serial : displaySerials(data, isDisplay)) {
+            serials_.push_back(serial);
         }
     }
 
-    // A host has several names.
-    void addHost(QByteArray host)
+    void addParts(const QString& text, PrivateKind privateKind)
     {
-        static const QRegularExpression address(QStringLiteral("^[0-9.]+$|^\\[.*\\]$"));
-        for (const char* domain : {"._smb._tcp.local", "._afpovertcp._tcp.local", ".local"}) {
-            if (host.endsWith(domain)) {
-                host.chop(static_cast<int>(qstrlen(domain)));
+        for (const PrivatePart& part : privatePartsOf(text, privateKind)) {
+            addPart(part.kind, text.mid(part.start, part.length));
+        }
+    }
+
+    // Letters of UTF-16 can begin at even places of data and at odd ones.
+    void addWideParts(const QByteArray& data, PrivateKind privateKind)
+    {
+        for (int start = 0; start < 4 && data.contains('\0'); ++start) {
+            QString text;
+            for (int i = start / 2; i + 1 < data.size(); i += 2) {
+                const auto low = static_cast<uchar>(data.at(i + start % 2));
+                text += QChar(low, static_cast<uchar>(data.at(i + 1 - start % 2)));
             }
-        }
-        addName(host);
-        if (!address.match(QString::fromUtf8(host)).hasMatch()) {
-            addName(host.left(host.indexOf('.')));
+            addParts(text, privateKind);
         }
     }
 
-    void addVolume(const RecordedValue& volume)
+    void addPart(PrivateKind kind, const QString& value)
     {
-        // The folders in which systems mount what users connect. On Linux the user's name is part of the path.
-        static const QRegularExpression folder(
-            QStringLiteral("^/(?:Volumes|mnt|(?:run/)?media/([^/]+))/([^/]+)"));
-        // "//domain;user:password@host/share" and "user@host:/folder"
-        static const QRegularExpression remote(QStringLiteral(
-            "^[a-z]*:?//(?:(?:[^@/;]*;)?([^@/:]*)(?::([^@/]*))?@)?([^/:]+)(?::[0-9]+)?(?:/([^/]*))?"));
-        static const QRegularExpression exportedFolder(
-            QStringLiteral("^(?:([^@/:]+)@)?([^/:@]+|\\[[^/]+\\]):/"));
-        const RecordedValue* path = volume.find("path");
-        const RecordedValue* record = volume.find("statfs");
-        const RecordedValue* source = record == nullptr ? nullptr : record->find("f_mntfromname");
-        const auto mounted = folder.match(QString::fromUtf8(path->bytes));
-        addName(mounted.captured(1).toUtf8());
-        addText(mounted.captured(2).toUtf8(), PrivateKind::Label);
-        const QString from = source == nullptr ? QString() : QString::fromUtf8(source->bytes);
-        const auto share = remote.match(from);
-        addName(share.captured(1).toUtf8());
-        addName(share.captured(2).toUtf8());
-        addHost(share.captured(3).toUtf8());
-        addText(share.captured(4).toUtf8(), PrivateKind::Label);
-        const auto exported = exportedFolder.match(from);
-        addName(exported.captured(1).toUtf8());
-        addHost(exported.captured(2).toUtf8());
+        const QByteArray decoded = QByteArray::fromPercentEncoding(value.toUtf8());
+        const QByteArray text = decoded.contains('\0') ? value.toUtf8() : decoded;
+        switch (kind) {
+        case PrivateKind::Address: addresses_.push_back(addressOfText(value)); break;
+        case PrivateKind::Uuid: uuids_.push_back(hexBytesOf(value.toUtf8())); break;
+        case PrivateKind::Name: addName(QString::fromUtf8(text)); break;
+        case PrivateKind::Person: addNames(namesOfPerson(QString::fromUtf8(text))); break;
+        case PrivateKind::Host: addNames(namesOfHost(QString::fromUtf8(text))); break;
+        case PrivateKind::Serial: serials_.push_back(text); break;
+        default: labels_.push_back(text); break;
+        }
     }
 
-    // What has a shape that is private under any key. The text holds bytes; Latin-1 keeps them.
-    void addFoundIn(const QString& text)
+    // "0:1c:b3:a:ff:7"
+    static QByteArray addressOfText(QString text)
     {
-        static const QRegularExpression uuid(QStringLiteral(
-            "(?<![0-9A-Fa-f])[0-9A-Fa-f]{8}(?:-[0-9A-Fa-f]{4}){3}-[0-9A-Fa-f]{12}(?![0-9A-Fa-f])"));
-        static const QRegularExpression home(QStringLiteral("/(?:Users|home)/([^/\\x{0}]+)"));
-        addAddressesIn(text);
-        for (auto found = uuid.globalMatch(text); found.hasNext();) {
-            pseudonyms_.addUuid(hexBytesOf(found.next().captured().toLatin1()));
+        QByteArray bytes;
+        const QStringList pairs = text.replace(QLatin1Char('-'), QLatin1Char(':')).split(QLatin1Char(':'));
+        for (const QString& pair : pairs) {
+            bytes += static_cast<char>(pair.toInt(nullptr, 16));
         }
-        for (auto found = home.globalMatch(text); found.hasNext();) {
-            const QByteArray user = found.next().captured(1).toLatin1();
-            if (user != "Shared" && user != "Guest") {
-                addName(user);
-            }
-        }
+        return bytes;
     }
 
-    void addAddressesIn(const QString& text)
-    {
-        static const QRegularExpression address(
-            QStringLiteral("(?<![0-9A-Fa-f])(?<![0-9A-Fa-f]{2}[:-])(?:[0-9A-Fa-f]{2}(?:-[0-9A-Fa-f]{2}){5}|"
-                           "[0-9A-Fa-f]{1,2}(?::[0-9A-Fa-f]{1,2}){5})(?![:-]?[0-9A-Fa-f])"));
-        for (auto found = address.globalMatch(text); found.hasNext();) {
-            QByteArray bytes;
-            const QString pairsOfDigits = found.next().captured().replace(QLatin1Char('-'), QLatin1Char(':'));
-            const QStringList pairs = pairsOfDigits.split(QLatin1Char(':'));
-            for (const QString& pair : pairs) {
-                bytes += static_cast<char>(pair.toInt(nullptr, 16));
-            }
-            pseudonyms_.addAddress(bytes);
-        }
-    }
-
-    PseudonymMap& pseudonyms_;
+    std::vector<QByteArray> addresses_;
+    std::vector<QByteArray> uuids_;
+    std::vector<QByteArray> names_;
     std::vector<QByteArray> serials_;
+    std::vector<QByteArray> serialBytes_;
+    std::vector<QByteArray> labels_;
 };
 
 } // namespace
 
-void collectPrivateValues(RecordedValue& recording, const QString& hostName, PseudonymMap& pseudonyms)
+void collectPrivateValues(RecordedValue& recording, const QString& hostName, const QString& userName,
+                          PseudonymMap& pseudonyms)
 {
-    Collector(pseudonyms).collect(recording, hostName);
+    Collector collector;
+    collector.addNames(namesOfHost(hostName));
+    collector.addNames(namesOfPerson(userName));
+    visitRecording(recording, collector);
+    collector.giveTo(pseudonyms);
 }
 
 } // namespace norvex::Tool

@@ -21,7 +21,7 @@ bool isBluetoothDevice(const RecordedValue& dictionary)
 
 PrivateKind privateKindIn(const RecordedValue& dictionary, const QByteArray& key)
 {
-    const bool isName = key == "Product" || key == "Name" || key == "DeviceName";
+    const bool isName = key == "Product" || key == "Name" || key == "DeviceName" || key == "Device Name";
     return isName && isBluetoothDevice(dictionary) ? PrivateKind::Name : privateKindOf(key);
 }
 
@@ -79,6 +79,13 @@ void visitEntry(RecordedValue& entry, RecordingVisitor& visitor)
     }
 }
 
+void visitVolume(RecordedValue& volume, RecordingVisitor& visitor)
+{
+    for (RecordedValue::Item& item : volume.items) {
+        visitValue(item.value, item.key == "path" ? PrivateKind::MountPoint : PrivateKind::None, visitor);
+    }
+}
+
 } // namespace
 
 void visitRecording(RecordedValue& recording, RecordingVisitor& visitor)
@@ -86,8 +93,13 @@ void visitRecording(RecordedValue& recording, RecordingVisitor& visitor)
     for (RecordedValue::Item& item : recording.items) {
         if (item.key == "registry") {
             visitEntry(item.value, visitor);
+        } else if (item.key == "volumes") {
+            for (RecordedValue::Item& volume : item.value.items) {
+                visitVolume(volume.value, visitor);
+            }
         } else {
-            visitValue(item.value, PrivateKind::None, visitor);
+            visitValue(item.value, item.key == "files" ? PrivateKind::SerialPort : PrivateKind::None,
+                       visitor);
         }
     }
 }

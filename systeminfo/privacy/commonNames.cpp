@@ -1,0 +1,108 @@
+#include "systeminfo/privacy/commonNames.h"
+
+#include <QRegularExpression>
+#include <QSet>
+
+namespace norvex::Privacy {
+
+namespace {
+
+using Words = QSet<QString>;
+
+Words words(const char* blankSeparated)
+{
+    const QStringList list = QString::fromLatin1(blankSeparated).split(QLatin1Char(' '));
+    Words all;
+    for (const QString& word : list) {
+        all.insert(word);
+    }
+    return all;
+}
+
+/// "Macintosh HD 1" and "macintosh-hd" differ in spelling only.
+QString lettersOf(const QString& name)
+{
+    QString letters;
+    for (const QChar c : name) {
+        if (c.isLetterOrNumber()) {
+            letters += c.toLower();
+        }
+    }
+    while (!letters.isEmpty() && letters.at(letters.size() - 1).isDigit()) {
+        letters.chop(1);
+    }
+    return letters;
+}
+
+} // namespace
+
+bool isCommonName(const QString& name)
+{
+    static const Words common = words("root admin administrator guest shared nobody daemon localhost "
+                                      "localdomain workgroup local lan internal ubuntu debian fedora "
+                                      "127.0.0.1 ::1 ip6-localhost");
+    const QString lower = name.toLower();
+    return common.contains(lower) || lower.startsWith(QLatin1String("localhost."));
+}
+
+bool isCommonLabel(const QString& label)
+{
+    static const Words common =
+        words("macintoshhd macintoshhddata macintoshssd data efi efisystempartition preboot recovery "
+              "recoveryhd vm boot update customer bootcamp untitled noname root basicdatapartition diskimage "
+              "booter apple bootosx home microsoftreservedpartition isopartition swap var usr tmp opt system "
+              "vg lv rootvg systemvg ubuntuvg ubuntulv debianvg fedora centos rhel rl cs volgroup lvol rpool "
+              "bpool pve lvm crypt cryptroot cryptdata cryptswap cryptsystem luks control");
+    return common.contains(lettersOf(label)) || isDiskName(label) ||
+           label.endsWith(QLatin1String(" Media")); // a whole disk, named after its model
+}
+
+bool isCommonFolder(const QString& folder)
+{
+    static const Words common = words(
+        "users user home homes files share shares shared public export exports volumes volume vol "
+        "srv mnt nfs media net network servers remote php dav remotephp webdav data backup backups desktop "
+        "documents downloads library movies music pictures sites templates videos applications "
+        "bin sbin lib src tmp opt usr var etc snap go local config cache mount mounts fs");
+    return common.contains(lettersOf(folder)) || folder.startsWith(QLatin1Char('.'));
+}
+
+bool isDiskName(const QString& name)
+{
+    static const QRegularExpression disk(QStringLiteral(
+        "^(?:(?:[shv]|xv)d[a-z]{1,2}\\d*|nvme\\d+(?:c\\d+)?n\\d+(?:p\\d+)?|mmcblk\\d+(?:p\\d+|boot\\d+|rpmb)?"
+        "|"
+        "r?disk\\d+(?:s\\d+)*|(?:loop|md|nbd|zram|zd|sr|fd|bcache|ram|pmem)\\d+(?:p\\d+)?|dm-\\d+)"
+        "(?:_crypt)?$"));
+    return disk.match(name).hasMatch();
+}
+
+bool isModelName(const QString& name)
+{
+    static const Words common =
+        words("apple magic wireless bluetooth mighty usb keyboard mouse trackpad mini extended internal "
+              "headset headphones speaker controller gamepad pencil remote iphone ipad ipod airpods pro "
+              "max watch with numeric keypad touch id device hub adapter port serial phone the and");
+    const QStringList parts = name.toLower().split(QRegularExpression(QStringLiteral("[\\s\\-_/()]+")));
+    for (const QString& part : parts) {
+        bool isNumber = false;
+        part.toInt(&isNumber);
+        if (!part.isEmpty() && !isNumber && !common.contains(part)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool isPropertyKey(const QString& word)
+{
+    static const Words common =
+        words("model name channel class classes type size data path version vendor product revision speed "
+              "address serial manufacturer compatible status state value device display port bus location "
+              "platform properties children faults volumes files registry services gestalt sysctl recording "
+              "statfs pathconf errno subsystem target interface endpoint power clock memory audio video "
+              "graphics network wireless keyboard mouse root user host disk");
+    return common.contains(word);
+}
+
+} // namespace norvex::Privacy
