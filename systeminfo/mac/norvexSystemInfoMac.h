@@ -16,7 +16,9 @@
 /// are yours; use each on one thread at a time.
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
-/// norvexPlatform.h).
+/// norvexPlatform.h). On Linux the first call of defaultEmailApp() leaves a thread of GLib behind ("gmain"), and the
+/// first one of bonjourVersion() that finds a system bus a thread of Qt's D-Bus module ("QDBusConnection"). Both stay
+/// until the process ends; no other section leaves one.
 
 #include "../norvexExport.h"
 
