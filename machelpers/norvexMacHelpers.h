@@ -161,6 +161,9 @@ NORVEX_SYSTEMINFO_EXPORT double macBackingScaleFactor();
 /// Writes a line to the system log (`NSLog`; on Linux `syslog` and standard error).
 /// @param message the text. Percent signs stay as they are. Null does nothing.
 ///
+/// On macOS characters outside ASCII may be garbled in the log: NSLog reads the text in the system's legacy encoding
+/// (`%s`).
+///
 /// On Linux the call waits up to 100 ms for whoever reads standard error. What does not fit by then reaches `syslog`
 /// alone. It raises no `SIGPIPE`.
 NORVEX_SYSTEMINFO_EXPORT void macLog(const char* message);
