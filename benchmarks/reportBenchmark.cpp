@@ -1,6 +1,6 @@
 // Sections and the whole report: live, from a recording, and over registries of growing size; loading a recording.
 // NORVEX_RECORDING=FILE measures that recording besides the generated ones. Without a display it chooses Qt's
-// offscreen platform, on which there is no OpenGL.
+// offscreen platform, on which no OpenGL context can be made.
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/machine.h"
@@ -10,6 +10,8 @@
 #include <QApplication>
 #include <QBuffer>
 #include <QFile>
+#include <QGLWidget>
+#include <QOpenGLFunctions>
 
 #include <benchmark/benchmark.h>
 
@@ -92,6 +94,21 @@ void makeText(benchmark::State& state, const Text& text, std::shared_ptr<const n
     }
     norvex::setMachine(nullptr);
 }
+
+// What the OpenGL section cannot do without: a QGLWidget and four questions. The figure to watch is how the section's
+// time relates to this one.
+void bareGLWidget(benchmark::State& state)
+{
+    for (auto _ : state) {
+        QGLWidget widget;
+        widget.makeCurrent();
+        for (const GLenum name : {GL_VERSION, GL_VENDOR, GL_RENDERER, GL_EXTENSIONS}) {
+            QOpenGLContext* context = QOpenGLContext::currentContext();
+            benchmark::DoNotOptimize(context ? context->functions()->glGetString(name) : nullptr);
+        }
+    }
+}
+BENCHMARK(bareGLWidget)->Unit(benchmark::kMicrosecond);
 
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 

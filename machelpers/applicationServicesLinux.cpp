@@ -4,6 +4,7 @@
 #include "systeminfo/mac/platform/live/gObject.h"
 
 #include "machelpers/applicationServices.h"
+#include "machelpers/errorStreamLinux.h"
 #include "machelpers/privilegedToolLinux.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
@@ -12,13 +13,13 @@
 #include <QGuiApplication>
 #include <QScreen>
 
-#include <array>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include <dirent.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -26,7 +27,8 @@ namespace norvex {
 
 namespace {
 
-/// Whether a process has this number and has not ended. A thread's number is no process number.
+/// Whether a process has this number and has not ended. A thread's number is no process number. A process whose main
+/// thread has ended looks like one that has ended, but has other threads.
 bool isRunningProcess(std::int32_t process)
 {
     const auto status = KernelFiles().contents("/proc/" + QByteArray::number(process) + "/status");
@@ -34,7 +36,18 @@ bool isRunningProcess(std::int32_t process)
         return false;
     }
     const QByteArray state = valueOfKey(*status, "State", ':').value_or(QByteArray());
-    return !state.startsWith('Z') && !state.startsWith('X');
+    const int threads = valueOfKey(*status, "Threads", ':').value_or(QByteArray()).toInt();
+    return (!state.startsWith('Z') && !state.startsWith('X')) || threads > 1;
+}
+
+/// The folder that holds this process's executable, or held it before an upgrade replaced it; empty when the system
+/// does not tell.
+QByteArray executablesFolder()
+{
+    // The link's text remains when the file is gone, with a word about that behind the name.
+    std::error_code failure;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", failure);
+    return QByteArray(executable.parent_path().c_str());
 }
 
 struct CloseFolder
@@ -102,7 +115,7 @@ public:
 
     bool executableVolumeCaseSensitivity(int& value) override
     {
-        const std::optional<LetterCase> letterCase = letterCaseOf("/proc/self/exe");
+        const std::optional<LetterCase> letterCase = letterCaseOf(executablesFolder());
         value = letterCase && letterCase->isSensitive ? 1 : 0;
         return letterCase.has_value();
     }
@@ -163,11 +176,7 @@ public:
     void log(const char* message) override
     {
         syslog(LOG_USER | LOG_NOTICE, "%s", message);
-        // One call, so that the lines of several threads do not mix. There is nowhere to report its failure.
-        char lineEnd = '\n';
-        const std::array<iovec, 2> parts = {{{const_cast<char*>(message), qstrlen(message)}, {&lineEnd, 1}}};
-        const ssize_t written = writev(STDERR_FILENO, parts.data(), static_cast<int>(parts.size()));
-        static_cast<void>(written);
+        writeErrorLine(message);
     }
 };
 

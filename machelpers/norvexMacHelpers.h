@@ -13,7 +13,7 @@
 /// absolutePathForAppBundleWithIdentifier, and libplist, behind getValueForKeyInPropertyList.
 ///
 /// On Linux the functions use that system's counterparts of the macOS services. Each description says what
-/// differs.
+/// differs. Only absolutePathForAppBundleWithIdentifier leaves a thread behind there.
 
 /// @name App Nap
 /// Both variables are zero at load. disableAppNap and enableAppNap write them without a lock, so do not run
@@ -73,15 +73,16 @@ NORVEX_SYSTEMINFO_EXPORT bool checkIfApplicationIsAlreadyRunningThenActivate();
 /// @param processId the process identifier, as `getpid` gives it
 /// @return false also when the query fails, and for 0 and numbers above INT_MAX, which no process has
 ///
-/// On Linux every process that the kernel lists for the caller counts until it ends. A thread's number is no
-/// process identifier.
+/// On Linux every process that the kernel lists for the caller counts until its last thread ends. A thread's
+/// number is no process identifier.
 NORVEX_SYSTEMINFO_EXPORT bool checkIfProcessWithIdIsRunning(unsigned int processId);
 
 /// Whether the volume that holds this application's executable tells upper from lower case in names
 /// (`NSURLVolumeSupportsCaseSensitiveNamesKey`).
 /// @return false also when the query fails
 ///
-/// On Linux the answer comes from the executable's file system and from its folder, which may fold case.
+/// On Linux the answer comes from the executable's file system and from its folder, which may fold case. It
+/// stays the same when another file takes the executable's place, as in an upgrade.
 NORVEX_SYSTEMINFO_EXPORT bool checkVolumeCaseSensitiveForAppExecutableURL();
 
 /// The absolute path of the application bundle with an identifier
@@ -92,7 +93,7 @@ NORVEX_SYSTEMINFO_EXPORT bool checkVolumeCaseSensitiveForAppExecutableURL();
 ///
 /// On Linux the identifier is a desktop file's, with or without ".desktop" ("org.kde.kate"), and the path is
 /// the desktop file's (GIO). The text is valid until the thread's next call. GLib ends the process when memory
-/// runs out.
+/// runs out, and its thread "gmain" stays from the first call on.
 NORVEX_SYSTEMINFO_EXPORT const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier);
 
 /// @}
@@ -160,4 +161,10 @@ NORVEX_SYSTEMINFO_EXPORT double macBackingScaleFactor();
 
 /// Writes a line to the system log (`NSLog`; on Linux `syslog` and standard error).
 /// @param message the text. Percent signs stay as they are. Null does nothing.
+///
+/// On macOS characters outside ASCII may be garbled in the log: NSLog reads the text in the system's legacy encoding
+/// (`%s`).
+///
+/// On Linux the call waits up to 100 ms for whoever reads standard error. What does not fit by then reaches `syslog`
+/// alone. It raises no `SIGPIPE`.
 NORVEX_SYSTEMINFO_EXPORT void macLog(const char* message);

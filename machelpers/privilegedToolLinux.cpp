@@ -43,6 +43,18 @@ bool waitForChild(pid_t child, int& status, int options = 0)
     return ended == child;
 }
 
+/// Moves a descriptor out of the place of a standard stream, which a caller without one leaves free: what a child keeps
+/// as its standard streams must not be a pipe's end. -1 when none is left.
+int besideStandardStreams(int descriptor)
+{
+    if (descriptor > STDERR_FILENO) {
+        return descriptor;
+    }
+    const int moved = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    close(descriptor);
+    return moved;
+}
+
 struct Pipe
 {
     int readEnd = -1;
@@ -54,9 +66,15 @@ struct Pipe
         if (pipe2(ends.data(), O_CLOEXEC) != 0) {
             return false;
         }
-        readEnd = ends[0];
-        writeEnd = ends[1];
-        return true;
+        readEnd = besideStandardStreams(ends[0]);
+        writeEnd = besideStandardStreams(ends[1]);
+        if (readEnd != -1 && writeEnd != -1) {
+            return true;
+        }
+        close(readEnd);
+        close(writeEnd);
+        errno = EMFILE;
+        return false;
     }
 };
 

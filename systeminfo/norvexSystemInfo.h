@@ -126,7 +126,8 @@ NORVEX_SYSTEMINFO_EXPORT bool extractAccessKeyValues(const QString& report, bool
                                                      QString& errorMessage);
 
 /// Date and time: the present moment in local time and in UTC ("dd.MM.yyyy hh:mm:ss"), and the bias in minutes. The
-/// bias is UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
+/// dates have the digits of the system's locale, such as Arabic or Persian ones; the bias always has 0 to 9. The bias is
+/// UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
 NORVEX_SYSTEMINFO_EXPORT QString qtDateTime();
 
 /// Qt itself: the version that the library was compiled against and the version that runs, the platform, byte order,
@@ -165,8 +166,9 @@ NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 /// ask a print server on the network and wait for it. Call it on the GUI thread.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
-/// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. On Linux
-/// the C library's resolver, which Qt asks for the domain, ends the process when memory runs out.
+/// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. Without an
+/// application object Qt logs a warning ("QObject::connect"). On Linux the C library's resolver, which Qt asks for the
+/// domain, ends the process when memory runs out.
 NORVEX_SYSTEMINFO_EXPORT QString qtHostInfo();
 
 /// The environment of this process, a variable a line, in Qt's order. Source: QProcess::systemEnvironment(). Do not

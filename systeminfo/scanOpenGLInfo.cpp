@@ -9,12 +9,15 @@
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QSurfaceFormat>
+
+#include <exception>
 
 namespace norvex::SystemInfo {
 
 namespace {
 
-// Gives the thread back the context that it had, or none.
+/// Gives the thread back the context that it had, or none.
 class CurrentContextKeeper
 {
 public:
@@ -24,6 +27,19 @@ public:
 
     ~CurrentContextKeeper()
     {
+        // What leaves a destructor ends the process. Without memory the caller's context does not become current.
+        try {
+            restore();
+        } catch (const std::exception&) {
+            return;
+        }
+    }
+
+    Q_DISABLE_COPY(CurrentContextKeeper)
+
+private:
+    void restore()
+    {
         QOpenGLContext* left = QOpenGLContext::currentContext();
         if (context_) {
             context_->makeCurrent(surface_);
@@ -32,37 +48,56 @@ public:
         }
     }
 
-    Q_DISABLE_COPY(CurrentContextKeeper)
-
-private:
     QOpenGLContext* const context_;
     QSurface* const surface_;
 };
 
-// QGLFormat::hasOpenGL() tells about the platform plug-in; only making a context shows whether the machine has one. The
-// offscreen plug-in without an X server has OpenGL but no context, and Qt then reads the version through a null pointer.
-bool canMakeContext()
+/// Whether Qt can be asked for OpenGL, and a QGLWidget made, without the end of the process.
+bool mayUseOpenGL()
 {
-    if (QOpenGLContext::currentContext()) {
-        return true;
+    return Internal::mayUseWidgets() && !QGuiApplication::screens().isEmpty();
+}
+
+/// The format of the context in which Qt looks for the versions when none is current: the newest version that it knows,
+/// and where Qt uses OpenGL ES the application's default.
+QSurfaceFormat newestFormat()
+{
+    if (QOpenGLContext::openGLModuleType() != QOpenGLContext::LibGL) {
+        return QSurfaceFormat::defaultFormat();
     }
+    QSurfaceFormat format;
+#ifdef Q_OS_MAC
+    format.setVersion(3, 2);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+#else
+    format.setVersion(4, 3);
+#endif
+    return format;
+}
+
+/// The versions in a context like the one that Qt would make. Qt reads the version through a null pointer where that
+/// context cannot be made, as on the offscreen platform without an X server, which has OpenGL but no context.
+int newestVersionFlags()
+{
     QOpenGLContext context;
+    context.setFormat(newestFormat());
     if (!context.create()) {
-        return false;
+        return 0;
     }
     QOffscreenSurface surface;
     surface.setFormat(context.format());
     surface.create();
-    const bool isCurrent = context.makeCurrent(&surface);
-    context.doneCurrent();
-    return isCurrent;
+    const CurrentContextKeeper keeper;
+    return context.makeCurrent(&surface) ? static_cast<int>(QGLFormat::openGLVersionFlags()) : 0;
 }
 
-bool hasUsableOpenGL()
+int versionFlags()
 {
-    // Without a screen, Qt ends the process instead of making a surface.
-    return Internal::mayUseWidgets() && !QGuiApplication::screens().isEmpty() && QGLFormat::hasOpenGL() &&
-           canMakeContext();
+    if (!mayUseOpenGL() || !QGLFormat::hasOpenGL()) {
+        return 0;
+    }
+    return QOpenGLContext::currentContext() ? static_cast<int>(QGLFormat::openGLVersionFlags())
+                                            : newestVersionFlags();
 }
 
 struct DriverRow
@@ -78,8 +113,8 @@ const DriverRow driverRows[] = {
     {GL_EXTENSIONS, "glGetString(GL_EXTENSIONS) = %1\n"},
 };
 
-// Asks the driver only in the widget's own context: another context answers about something else, and without one macOS
-// ends the process.
+/// Asks the driver only in the widget's own context: another context answers about something else, and without one
+/// macOS ends the process. Where no context can be made, nobody answers.
 QString driverLines()
 {
     const CurrentContextKeeper keeper;
@@ -107,8 +142,7 @@ CScanOpenGLInfo::~CScanOpenGLInfo() = default;
 
 COpenGLVersionInfo CScanOpenGLInfo::GetOpenGLVersion()
 {
-    return Internal::versionInfoFromFlags(
-        hasUsableOpenGL() ? static_cast<int>(QGLFormat::openGLVersionFlags()) : 0);
+    return Internal::versionInfoFromFlags(versionFlags());
 }
 
 COpenGLVersionInfo CScanOpenGLInfo::GetOpenGLVersionCached()
@@ -128,7 +162,7 @@ COpenGLVersionInfo CScanOpenGLInfo::GetOpenGLVersionCached()
 
 void CScanOpenGLInfo::getInfo(QString& info)
 {
-    const bool hasOpenGL = hasUsableOpenGL();
+    const bool hasOpenGL = mayUseOpenGL() && QGLFormat::hasOpenGL();
     const bool hasOverlays = Internal::mayUseWidgets() && QGLFormat::hasOpenGLOverlays();
     const COpenGLVersionInfo version = GetOpenGLVersionCached();
 

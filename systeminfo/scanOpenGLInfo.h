@@ -34,9 +34,9 @@ struct COpenGLVersionInfo
 /// Finds out what OpenGL offers.
 ///
 /// Call all functions on the application's GUI thread while the QApplication exists. Without a QApplication, on
-/// another thread, or when no OpenGL context can be made, they answer as a machine without OpenGL. None of them
-/// fails. They throw nothing of their own; std::bad_alloc, and whatever else Qt throws, passes through. A context that
-/// is current before a call is current again after it.
+/// another thread, or without a screen they answer as a machine without OpenGL, because Qt would end the process. None
+/// of them fails. They throw nothing of their own; std::bad_alloc, and whatever else Qt throws, passes through. A
+/// context that is current before a call is current again after it, unless memory has run out.
 class NORVEX_SYSTEMINFO_EXPORT CScanOpenGLInfo : public QObject
 {
     Q_OBJECT
@@ -48,9 +48,10 @@ public:
     ~CScanOpenGLInfo() override;
 
     /// Asks Qt now which versions its default context supports, or the current context if there is one
-    /// (QGLFormat::openGLVersionFlags()). Neither reads nor fills the cache.
+    /// (QGLFormat::openGLVersionFlags()). Without a current one each call makes a context and destroys it, which takes
+    /// milliseconds, and the process's first one much longer. Neither reads nor fills the cache.
     ///
-    /// @return a record that is not null; flags 0 and "not recognized" without OpenGL
+    /// @return a record that is not null; flags 0 and "not recognized" without OpenGL or when no context can be made
     static COpenGLVersionInfo GetOpenGLVersion();
 
     /// The versions as the first call in this process found them. That call asks like GetOpenGLVersion() and fills
@@ -64,12 +65,14 @@ public:
     /// @return a record that is not null
     static COpenGLVersionInfo GetOpenGLVersionCached();
 
-    /// Writes the report's OpenGL section: whether Qt has OpenGL and overlays, the versions of
-    /// GetOpenGLVersionCached(), and the driver's version, vendor, renderer and extensions from glGetString
-    /// in the context of a hidden QGLWidget that lives only during the call.
+    /// Writes the report's OpenGL section: whether Qt has OpenGL and overlays (QGLFormat::hasOpenGL(),
+    /// QGLFormat::hasOpenGLOverlays()), the versions of GetOpenGLVersionCached(), and the driver's version, vendor,
+    /// renderer and extensions from glGetString in the context of a hidden QGLWidget that lives only during the call.
+    /// Apart from the versions of the first call, that is the only context that it makes.
     ///
     /// @param[out] info receives the section and loses what it held. Without OpenGL the section ends after the
-    ///        versions. A string that the driver does not give is empty.
+    ///        versions. A string that the driver does not give is empty; where Qt has OpenGL but no context can be made,
+    ///        all four are.
     void getInfo(QString& info);
 
     /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and let

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -45,6 +46,21 @@ int beLauncher(const QByteArray& name, char** command)
     }
     execv(command[1], command + 1);
     return 127;
+}
+
+/// What this program is when started as an application: an upgrade puts another file in its place while it runs.
+int beReplaced(const char* path)
+{
+    const bool isReplaced = unlink(path) == 0 && symlink("/dev/null", path) == 0;
+    return isReplaced && checkVolumeCaseSensitiveForAppExecutableURL() ? 0 : 1;
+}
+
+/// A process whose main thread has ended.
+[[noreturn]] void endMainThread()
+{
+    std::thread([] { pause(); }).detach();
+    syscall(SYS_exit, 0);
+    abort();
 }
 
 QByteArray contentsOf(const QString& path)
@@ -250,6 +266,38 @@ private slots:
         QCOMPARE(waitpid(ended, nullptr, 0), ended);
     }
 
+    void processWithoutMainThread()
+    {
+        const pid_t process = fork();
+        if (process == 0) {
+            endMainThread();
+        }
+        const QString status = QString("/proc/%1/status").arg(process);
+        const bool isEnded = QTest::qWaitFor([&] { return contentsOf(status).contains("State:\tZ"); });
+        const bool isRunning = checkIfProcessWithIdIsRunning(unsigned(process));
+        kill(process, SIGKILL);
+        QCOMPARE(waitpid(process, nullptr, 0), process);
+        QVERIFY(isEnded && isRunning);
+    }
+
+    void withoutStandardStreams()
+    {
+        QFile::link(QCoreApplication::applicationFilePath(), folder_.filePath("launcher"));
+        const QByteArray launcher = path("launcher");
+        const Arguments arguments({"-c", "sleep 20", path("out")});
+        const pid_t caller = fork();
+        if (caller == 0) {
+            for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+                close(stream);
+            }
+            alarm(10);
+            _exit(startPrivilegedTool({launcher.constData(), "/bin/sh", arguments.get(), ToolUse::Detached}));
+        }
+        int status = -1;
+        QCOMPARE(waitpid(caller, &status, 0), caller);
+        QCOMPARE(status, 0);
+    }
+
     void instances()
     {
         const pid_t other = fork();
@@ -400,6 +448,9 @@ private slots:
         QCOMPARE(checkVolumeCaseSensitiveForAppExecutableURL(), !other.exists());
         QVERIFY(!letterCaseOf("/nonexistent"));
         QVERIFY(letterCaseOf("/proc/self/exe")->isPreserving);
+        QVERIFY(QFile::copy(program, folder_.filePath("replaced")));
+        QCOMPARE(QProcess::execute(folder_.filePath("replaced"), {}),
+                 letterCaseOf(QFile::encodeName(folder_.path()))->isSensitive ? 0 : 1);
     }
 
     void applicationBundle()
@@ -431,6 +482,45 @@ private slots:
         close(standardError);
         QCOMPARE(contentsOf(folder_.filePath("log")), QByteArray("100%d %s %n \u00fc\n"));
     }
+
+    void logThatNobodyReads_data()
+    {
+        QTest::addColumn<bool>("isSocket");
+        QTest::newRow("pipe") << false;
+        QTest::newRow("socket") << true;
+    }
+
+    // The standard error of a process that is done has a reader, then a reader that does not read, then none.
+    void logThatNobodyReads()
+    {
+        QFETCH(bool, isSocket);
+        int ends[2];
+        QCOMPARE(isSocket ? socketpair(AF_UNIX, SOCK_STREAM, 0, ends) : pipe(ends), 0);
+        const QByteArray longLine(1 << 20, 'x');
+        QElapsedTimer timer;
+        timer.start();
+        const int standardError = dup(STDERR_FILENO);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[1]);
+        alarm(20); // ends the test where a call blocks
+        macLog("first");
+        macLog(longLine);
+        macLog(longLine);
+        char first[6] = {};
+        const bool isRead = read(ends[0], first, sizeof first) == sizeof first;
+        const bool isShared = (fcntl(STDERR_FILENO, F_GETFL) & O_NONBLOCK) == 0;
+        close(ends[0]);
+        macLog("nobody");
+        alarm(0);
+        dup2(standardError, STDERR_FILENO);
+        close(standardError);
+        QVERIFY(isRead && isShared);
+        QCOMPARE(QByteArray(first, sizeof first), QByteArray("first\n"));
+        QVERIFY(timer.elapsed() < 10000);
+        sigset_t pending;
+        sigpending(&pending);
+        QCOMPARE(sigismember(&pending, SIGPIPE), 0);
+    }
 };
 
 int main(int argc, char** argv)
@@ -438,6 +528,9 @@ int main(int argc, char** argv)
     const QByteArray name = QByteArray(argv[0]).split('/').last();
     if (name.startsWith("launcher")) {
         return beLauncher(name, argv);
+    }
+    if (name == "replaced") {
+        return beReplaced(argv[0]);
     }
     const QTemporaryDir data;
     qputenv("XDG_DATA_HOME", QFile::encodeName(data.path()));

@@ -2,12 +2,15 @@
 #include "systeminfo/scanOpenGLInfo.h"
 
 #include <QApplication>
+#include <QGLWidget>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QtTest>
 
+#include <functional>
 #include <future>
+#include <new>
 
 using namespace norvex::SystemInfo;
 
@@ -37,6 +40,21 @@ void verifyNothingAsked(const Answers& answers)
     QVERIFY(answers.isCacheEmpty);
 }
 
+const QString driverHeading = "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n";
+
+// A surface that has no memory when it becomes current again.
+struct OwnSurface : QOffscreenSurface
+{
+    SurfaceType surfaceType() const override
+    {
+        if (isWithoutMemory) {
+            throw std::bad_alloc();
+        }
+        return QOffscreenSurface::surfaceType();
+    }
+    bool isWithoutMemory = false;
+};
+
 // A context of this test's own, current as long as it lives.
 struct OwnContext
 {
@@ -49,14 +67,35 @@ struct OwnContext
     {
         return QString::fromLatin1(reinterpret_cast<const char*>(context.functions()->glGetString(name)));
     }
-    QOffscreenSurface surface;
+    OwnSurface surface;
     QOpenGLContext context;
     bool isCurrent = false;
 };
 
+// Counts the surfaces that windows and contexts get.
+class SurfaceCounter : public QObject
+{
+public:
+    SurfaceCounter() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::PlatformSurface ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
+int surfacesOf(const std::function<void()>& call)
+{
+    const SurfaceCounter counter;
+    call();
+    return counter.count;
+}
+
 } // namespace
 
-// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where there is none.
+// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context can
+// be made whatever Qt says.
 class OpenGLTest : public QObject
 {
     Q_OBJECT
@@ -114,17 +153,23 @@ private slots:
         const QString text = section();
         QVERIFY(!CScanOpenGLInfo::versionInfoCache.isNull);
         QVERIFY(!QOpenGLContext::currentContext());
+        const bool hasOpenGL = QGLFormat::hasOpenGL();
         if (!expectsOpenGL_) {
-            QCOMPARE(text, withoutOpenGL);
+            const QString values = driverHeading +
+                                   "glGetString(GL_VERSION)  = \nglGetString(GL_VENDOR)   = \n"
+                                   "glGetString(GL_RENDERER) = \nglGetString(GL_EXTENSIONS) = \n";
+            QCOMPARE(text, hasOpenGL ? QString(withoutOpenGL).replace("GL         0", "GL         1") + values
+                                     : withoutOpenGL);
             return;
         }
+        QVERIFY(hasOpenGL);
         const COpenGLVersionInfo version = CScanOpenGLInfo::GetOpenGLVersion();
         QVERIFY(version.majorVersion >= 1);
         OwnContext own;
         const QString expected =
             QString("#### QGLFormat #### \nhasOpenGL         1\nhasOpenGLOverlays 0\n"
-                    "openGLVersionFlags 0x%1 %2\n"
-                    "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n"
+                    "openGLVersionFlags 0x%1 %2\n" +
+                    driverHeading +
                     "glGetString(GL_VERSION)  = %3\nglGetString(GL_VENDOR)   = %4\n"
                     "glGetString(GL_RENDERER) = %5\nglGetString(GL_EXTENSIONS) = %6\n")
                 .arg(QString::number(version.versionFlags, 16), version.versionName, own.string(GL_VERSION),
@@ -140,9 +185,37 @@ private slots:
         OwnContext own;
         QCOMPARE(own.isCurrent, expectsOpenGL_);
         QOpenGLContext* const current = QOpenGLContext::currentContext();
-        QCOMPARE(section().contains("hasOpenGL         1\n"), expectsOpenGL_);
+        QCOMPARE(section().contains("hasOpenGL         1\n"), QGLFormat::hasOpenGL());
         QCOMPARE(QOpenGLContext::currentContext(), current);
         QVERIFY(!current || current->surface() == &own.surface);
+        own.surface.isWithoutMemory = true;
+        section();
+        QVERIFY(!QOpenGLContext::currentContext());
+    }
+
+    void noContextButTheWidgets()
+    {
+        section(); // looks for the versions
+        const int widgets = surfacesOf([] { QGLWidget().makeCurrent(); });
+        QVERIFY(widgets > 0 || !expectsOpenGL_);
+        QCOMPARE(surfacesOf([] { section(); }), QGLFormat::hasOpenGL() ? widgets : 0);
+    }
+
+    void defaultFormatThatCannotBeMade()
+    {
+        const COpenGLVersionInfo version = CScanOpenGLInfo::GetOpenGLVersion();
+        const QString text = section();
+        const QSurfaceFormat previous = QSurfaceFormat::defaultFormat();
+        QSurfaceFormat format;
+        format.setRenderableType(QSurfaceFormat::OpenVG);
+        QSurfaceFormat::setDefaultFormat(format);
+        const bool canBeMade = QOpenGLContext().create();
+        const int flags = CScanOpenGLInfo::GetOpenGLVersion().versionFlags;
+        const QString textWithFormat = section();
+        QSurfaceFormat::setDefaultFormat(previous);
+        QVERIFY(!canBeMade);
+        QCOMPARE(flags, version.versionFlags);
+        QCOMPARE(textWithFormat, text);
     }
 
     void cacheIsKept()

@@ -80,6 +80,7 @@ private slots:
     void unreadableFiles();
     void acceptedOddities();
     void nesting();
+    void longestSysctlText();
     void deepProperties();
     void millionChildren();
     void integers();
@@ -184,6 +185,16 @@ void PlatformTest::acceptedOddities()
                 }
             }
         }
+    }
+}
+
+void PlatformTest::longestSysctlText()
+{
+    for (const int length : {511, 512}) {
+        const QByteArray model(length, 'M');
+        QVERIFY(
+            useMachine("<key>sysctl</key><dict><key>hw.model</key><string>" + model + "</string></dict>"));
+        QCOMPARE(macModel(), length == 511 ? "Model: " + model + "\n" : QString());
     }
 }
 

@@ -38,7 +38,7 @@ bool useRecording(QByteArray document)
 {
     QBuffer buffer(&document);
     buffer.open(QIODevice::ReadOnly);
-    PlistFailure failure;
+    PropertyListFailure failure;
     setMachine(readRecording(buffer, failure));
     return QTest::qVerify(failure.reason.isEmpty(), "recording accepted", qPrintable(failure.reason),
                           __FILE__, __LINE__);

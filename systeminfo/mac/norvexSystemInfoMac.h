@@ -6,7 +6,8 @@
 ///
 /// Every function asks the system at the moment of the call, keeps nothing and returns its text by value. No function
 /// fails: a section leaves out a line whose query fails, and always has its heading. Warnings go to Qt's log
-/// (`qWarning`). Lines end with sNewLine.
+/// (`qWarning`). Lines end with sNewLine. A text of `sysctlbyname` has at most 511 bytes and its zero; the query of a
+/// longer one fails.
 ///
 /// std::bad_alloc passes through; nothing else is thrown. On Linux three libraries end the process when memory runs
 /// out: GLib, behind defaultEmailApp(), libplist, behind checkFtdiDriver() when the property list is binary, and glob of
@@ -16,7 +17,9 @@
 /// are yours; use each on one thread at a time.
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
-/// norvexPlatform.h).
+/// norvexPlatform.h). On Linux the first call of defaultEmailApp() leaves a thread of GLib behind ("gmain"), and the
+/// first one of bonjourVersion() that finds a system bus a thread of Qt's D-Bus module ("QDBusConnection"). Both stay
+/// until the process ends; no other section leaves one.
 
 #include "../norvexExport.h"
 
@@ -86,8 +89,7 @@ NORVEX_SYSTEMINFO_EXPORT QString platformName();
 NORVEX_SYSTEMINFO_EXPORT QString osVersionName(int majorVersion, int minorVersion, int bugFixVersion);
 
 /// The kernel: a heading, then build, version, boot time (local time zone) and kernel architecture, each line only when
-/// its query succeeds. From `sysctlbyname` ("kern.osversion", "kern.version", "kern.boottime", "hw.machine"). The query
-/// of a text longer than 511 bytes fails.
+/// its query succeeds. From `sysctlbyname` ("kern.osversion", "kern.version", "kern.boottime", "hw.machine").
 NORVEX_SYSTEMINFO_EXPORT QString kernelInfo();
 
 /// The line with the hardware model identifier, such as "Model: MacPro6,1"; empty when `sysctlbyname`

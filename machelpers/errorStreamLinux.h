@@ -1,0 +1,14 @@
+#pragma once
+
+/// @file
+/// Writes to standard error on Linux, whoever reads it.
+
+namespace norvex {
+
+/// Writes a text and a line feed to standard error, whole lines of several threads one behind the other.
+///
+/// Waits up to 100 ms for a reader that falls behind; what does not fit by then is lost. A pipe that nobody reads any
+/// more raises no SIGPIPE. There is nowhere to report a failure. May throw std::bad_alloc before it writes.
+void writeErrorLine(const char* text);
+
+} // namespace norvex
