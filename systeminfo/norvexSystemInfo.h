@@ -162,8 +162,12 @@ NORVEX_SYSTEMINFO_EXPORT QString qtDesktop();
 /// Source: QStandardPaths.
 NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 
-/// The printers by name, the default printer marked; "    <None>" when there is none. Source: QPrinterInfo, which may
-/// ask a print server on the network and wait for it. Call it on the GUI thread.
+/// The printers by name, the default printer marked; "    <None>" when there is none or no print server answers. Source:
+/// QPrinterInfo. Call it on the GUI thread.
+///
+/// On Linux it asks the print server that CUPS is configured for, which may be another host, and has no limit of its own:
+/// a server that accepts the connection and is silent keeps it, and allInfos() with it, waiting for two minutes (122 s
+/// with CUPS 2.4). An application that cannot wait asks in another process and ends that.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
 /// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. Without an

@@ -34,17 +34,17 @@ const LocationRow locationRows[] = {
 
 namespace Internal {
 
-QString printerLines(const QList<Printer>& printers)
+QString printerSection(const QList<Printer>& printers)
 {
-    SectionText lines(sNewLine);
-    lines.line("Available printers:");
+    SectionText section(sNewLine);
+    section.line("QPrinterInfo").line("Available printers:");
     if (printers.isEmpty()) {
-        lines.line("    <None>");
+        section.line("    <None>");
     }
     for (const Printer& printer : printers) {
-        lines.line("   ", printer.name + QLatin1String(printer.isDefault ? "    [default printer]" : ""));
+        section.line("   ", printer.name + QLatin1String(printer.isDefault ? "    [default printer]" : ""));
     }
-    return lines.text();
+    return section.text();
 }
 
 } // namespace Internal
@@ -67,7 +67,7 @@ QString qtPrinterInfo()
     for (const QPrinterInfo& printer : available) {
         printers.append({printer.printerName(), printer.isDefault()});
     }
-    return SectionText(sNewLine).line("QPrinterInfo").lines(Internal::printerLines(printers)).text();
+    return Internal::printerSection(printers);
 }
 
 QString qtHostInfo()

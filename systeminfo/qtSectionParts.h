@@ -73,7 +73,8 @@ struct Printer
     bool isDefault;
 };
 
-QString printerLines(const QList<Printer>& printers);
+/// The section on printers.
+QString printerSection(const QList<Printer>& printers);
 
 /// What a report shows of a network interface.
 struct InterfaceFacts

@@ -14,6 +14,8 @@ struct HalfFrame
 
 /// A half of the report: its banner line, then the groups of its sections, each with a separator behind it.
 /// @param withOpenGL false leaves out the section "openGL"
-QString reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL = true);
+/// @param table the report's sections
+QString reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL = true,
+                   const QVector<SectionInfo>& table = sections());
 
 } // namespace norvex::SystemInfo::Internal

@@ -110,11 +110,12 @@ const QVector<SectionInfo>& sections()
     return table;
 }
 
-QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL)
+QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL,
+                             const QVector<SectionInfo>& table)
 {
     QString text = QLatin1String(frame.banner) + frame.newLine;
     int group = 0;
-    for (const SectionInfo& section : sections()) {
+    for (const SectionInfo& section : table) {
         if (section.half != half || (isOpenGL(section) && !withOpenGL)) {
             continue;
         }

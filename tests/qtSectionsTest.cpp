@@ -148,9 +148,11 @@ private slots:
 
     void printers()
     {
-        QCOMPARE(printerLines({}), QString("Available printers:\n    <None>\n"));
-        QCOMPARE(printerLines({{"Office_Laser", false}, {"Colour %1", true}}),
-                 QString("Available printers:\n   Office_Laser\n   Colour %1    [default printer]\n"));
+        QCOMPARE(printerSection({}), QString("QPrinterInfo\nAvailable printers:\n    <None>\n"));
+        QCOMPARE(
+            printerSection({{"Office_Laser", false}, {"Colour %1", true}}),
+            QString(
+                "QPrinterInfo\nAvailable printers:\n   Office_Laser\n   Colour %1    [default printer]\n"));
     }
 
     void networkInterfaces()

@@ -1,33 +1,33 @@
 #include "tools/guiPlatform.h"
 
+#include "tools/otherProcessLinux.h"
+
 #include <QGuiApplication>
 #include <QStringList>
 
+#include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <fcntl.h>
-#include <future>
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <thread>
+#include <memory>
 #include <unistd.h>
-#include <utility>
 #include <xcb/xcb.h>
 
 namespace norvex::Tool {
 
 namespace {
 
-// Enough for a display at the far end of a slow line.
-const std::chrono::seconds displayPatience(3);
-// Enough for the whole start of a plugin on a busy machine.
-const int trialPatienceMs = 5000;
+using Clock = std::chrono::steady_clock;
+
+// Enough for the whole start of a plug-in on a busy machine, and for a display at the far end of a slow line.
+const std::chrono::milliseconds trialPatience(2500);
+const std::chrono::milliseconds displayPatience(3000);
+// For both together.
+const std::chrono::milliseconds wholePatience(3600);
 
 // What the environment makes Qt choose.
 enum class Wish { Nothing, X11, Offscreen, Minimal, Other };
 
-enum class DisplayState { Answers, Refuses, Silent };
+enum class DisplayState { Answers, Refuses, Silent, Unasked };
 
 bool isSet(const char* variable)
 {
@@ -51,31 +51,58 @@ Wish wishOfEnvironment()
                                    : Wish::Other;
 }
 
-// A server can keep its client waiting for ever, so a thread connects; it ends with the process. The caller keeps the
-// connection, because some servers restart when their last client goes.
-DisplayState askDisplay(std::shared_ptr<void>& connection)
+// Without a display, a desktop's theme can end the process, as gtk_init() does; with a silent one it waits for ever. No
+// section shows anything of the theme, so Qt sees none. The variable keeps its place in the environment.
+class ThemeHider
 {
-    using Connection = std::shared_ptr<xcb_connection_t>;
-    std::packaged_task<Connection()> connect(
-        [] { return Connection(xcb_connect(nullptr, nullptr), xcb_disconnect); });
-    std::future<Connection> answer = connect.get_future();
-    std::thread(std::move(connect)).detach();
-    if (answer.wait_for(displayPatience) != std::future_status::ready) {
-        return DisplayState::Silent;
+public:
+    ThemeHider() : theme_(qgetenv(variable_)) { set(QByteArray()); }
+    ~ThemeHider() { set(theme_); }
+    Q_DISABLE_COPY(ThemeHider)
+
+private:
+    void set(const QByteArray& value) const
+    {
+        if (!theme_.isEmpty()) {
+            qputenv(variable_, value);
+        }
     }
-    const Connection result = answer.get();
-    if (xcb_connection_has_error(result.get()) != 0) {
-        return DisplayState::Refuses;
-    }
-    connection = result;
-    return DisplayState::Answers;
+
+    static constexpr char variable_[] = "QT_QPA_PLATFORMTHEME";
+    const QByteArray theme_;
+};
+
+// What the caller holds.
+struct Held
+{
+    ThemeHider theme;
+    std::unique_ptr<OtherProcess> trial;
+    std::unique_ptr<OtherProcess> displayClient;
+};
+
+void answerDisplayState(int answerTo)
+{
+    const bool isRefused = xcb_connection_has_error(xcb_connect(nullptr, nullptr)) != 0;
+    OtherProcess::giveAnswer(answerTo, isRefused ? "refused" : "");
 }
 
-[[noreturn]] void tryQtsChoice(int reportTo)
+DisplayState askDisplay(Held& held, Clock::time_point deadline)
 {
-    // A failure leaves no message and no core file, and nothing outlives the tool.
-    prctl(PR_SET_DUMPABLE, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    held.displayClient = std::make_unique<OtherProcess>(answerDisplayState);
+    QByteArray refusal;
+    switch (held.displayClient->wait(std::min(deadline, Clock::now() + displayPatience), refusal)) {
+    case OtherProcess::Result::Answered:
+        return refusal.isEmpty() ? DisplayState::Answers : DisplayState::Refuses;
+    case OtherProcess::Result::Failed: return DisplayState::Refuses;
+    case OtherProcess::Result::Silent: return DisplayState::Silent;
+    case OtherProcess::Result::NotStarted: break;
+    }
+    return DisplayState::Unasked;
+}
+
+void tryQtsChoice(int answerTo)
+{
+    // A failure leaves no message.
     const int nothing = open("/dev/null", O_RDWR);
     dup2(nothing, STDOUT_FILENO);
     dup2(nothing, STDERR_FILENO);
@@ -84,37 +111,15 @@ DisplayState askDisplay(std::shared_ptr<void>& connection)
     char* arguments[] = {name, nullptr};
     int count = 1;
     const QGuiApplication application(count, arguments);
-    if (write(reportTo, "", 1) == 1) {
-        pause();
-    }
-    _exit(0);
+    OtherProcess::giveAnswer(answerTo, QByteArray());
 }
 
-// A plugin that cannot work ends the process, so another process tries what Qt would choose. It stays alive while the
-// caller holds it, for the same reason as the connection above.
-bool worksInAnotherProcess(std::shared_ptr<void>& process)
+// A plug-in that cannot work ends the process, so another process tries what Qt would choose.
+bool worksInAnotherProcess(Held& held)
 {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
-        return false;
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        tryQtsChoice(ends[1]);
-    }
-    close(ends[1]);
-    bool works = false;
-    if (child > 0) {
-        process = std::shared_ptr<void>(nullptr, [child](void*) {
-            kill(child, SIGKILL);
-            waitpid(child, nullptr, 0);
-        });
-        pollfd news = {ends[0], POLLIN, 0};
-        char byte = 0;
-        works = poll(&news, 1, trialPatienceMs) == 1 && read(ends[0], &byte, 1) == 1;
-    }
-    close(ends[0]);
-    return works;
+    held.trial = std::make_unique<OtherProcess>(tryQtsChoice);
+    QByteArray nothing;
+    return held.trial->wait(Clock::now() + trialPatience, nothing) == OtherProcess::Result::Answered;
 }
 
 // Names the variables that ask for a display. Without any, nobody misses one.
@@ -139,19 +144,22 @@ QString noticeAbout(DisplayState state)
 
 GuiPlatform chooseGuiPlatform(bool withOpenGL)
 {
+    const Clock::time_point deadline = Clock::now() + wholePatience;
+    const auto held = std::make_shared<Held>();
     GuiPlatform platform;
+    platform.held = held;
     const Wish wish = wishOfEnvironment();
-    if (wish == Wish::Minimal || (wish == Wish::Other && worksInAnotherProcess(platform.held))) {
+    if (wish == Wish::Minimal || (wish == Wish::Other && worksInAnotherProcess(*held))) {
         return platform;
     }
     // For OpenGL, the offscreen platform asks the display as well; the minimal platform never does.
     const bool meetsDisplay = wish == Wish::X11 || (withOpenGL && isSet("DISPLAY"));
-    const DisplayState state = meetsDisplay ? askDisplay(platform.held) : DisplayState::Refuses;
-    if ((wish == Wish::X11 && state == DisplayState::Answers) ||
-        (wish == Wish::Offscreen && state != DisplayState::Silent)) {
+    const DisplayState state = meetsDisplay ? askDisplay(*held, deadline) : DisplayState::Refuses;
+    const bool canWait = state == DisplayState::Silent || state == DisplayState::Unasked;
+    if ((wish == Wish::X11 && state == DisplayState::Answers) || (wish == Wish::Offscreen && !canWait)) {
         return platform;
     }
-    platform.name = withOpenGL && state == DisplayState::Silent ? "minimal" : "offscreen";
+    platform.name = withOpenGL && canWait ? "minimal" : "offscreen";
     platform.notice = noticeAbout(state);
     return platform;
 }

@@ -4,6 +4,7 @@
 #include "tools/identify.h"
 #include "tools/options.h"
 #include "tools/output.h"
+#include "tools/printers.h"
 #include "tools/record/recorder.h"
 #include "tools/record/recordingWriter.h"
 #include "tools/recordings.h"
@@ -31,7 +32,7 @@ using SystemInfo::SectionInfo;
 
 SectionApplication neededApplication(const Options& options)
 {
-    if (options.action == Action::Record || (options.action == Action::Identify && options.reportFile)) {
+    if (options.action != Action::PrintReport) {
         return SectionApplication::None;
     }
     if (options.sections.empty()) {
@@ -44,13 +45,23 @@ SectionApplication neededApplication(const Options& options)
     return needed;
 }
 
+bool asksFor(const Options& options, const char* section)
+{
+    return std::count(options.sections.begin(), options.sections.end(), findSection(section)) > 0;
+}
+
 bool usesOpenGL(const Options& options)
 {
     if (options.sections.empty()) {
         return options.action == Action::PrintReport && !options.skipOpenGL;
     }
-    const SectionInfo* openGL = findSection("openGL");
-    return std::count(options.sections.begin(), options.sections.end(), openGL) > 0;
+    return asksFor(options, "openGL");
+}
+
+bool usesPrinters(const Options& options)
+{
+    return options.action == Action::PrintReport &&
+           (options.sections.empty() || asksFor(options, "qtPrinterInfo"));
 }
 
 // The application object that the work needs, with the arguments that it refers to. It does not see the program's own
@@ -104,7 +115,7 @@ QString sectionNames()
 QString report(const Options& options)
 {
     if (options.sections.empty()) {
-        return SystemInfo::allInfos(options.skipOpenGL);
+        return wholeReport(options.skipOpenGL);
     }
     QString text;
     for (const SectionInfo* section : options.sections) {
@@ -117,7 +128,7 @@ bool identification(const Options& options, QByteArray& text, QString& errorMess
 {
     QString source;
     if (!options.reportFile) {
-        source = SystemInfo::allInfos(true);
+        source = identifyingReport();
     } else if (!readReport(*options.reportFile, source, errorMessage)) {
         return false;
     }
@@ -161,8 +172,11 @@ int fail(const QString& errorMessage)
     return exitFailure;
 }
 
-int run(const Options& options, const Output& output, char* programName)
+int run(const Options& options, Output& output, char* programName)
 {
+    if (!output.open(options.action == Action::Record ? options.recordFile : options.outputFile)) {
+        return exitFailure;
+    }
     QByteArray text;
     QString errorMessage;
     std::unique_ptr<Application> application;
@@ -176,13 +190,15 @@ int run(const Options& options, const Output& output, char* programName)
         if (options.recording && !answerFromRecording(QFile::decodeName(*options.recording), errorMessage)) {
             return fail(errorMessage);
         }
+        if (usesPrinters(options)) {
+            startToAskForPrinters();
+        }
         application = std::make_unique<Application>(options, programName);
         if (!produce(options, text, errorMessage)) {
             return fail(errorMessage);
         }
     }
-    const auto& file = options.action == Action::Record ? options.recordFile : options.outputFile;
-    return file ? output.writeToFile(*file, text) : output.writeToStandardOutput(text);
+    return output.write(text);
 }
 
 } // namespace
@@ -194,7 +210,7 @@ int main(int argc, char* argv[])
     using namespace norvex::Tool;
     // As Qt does later, but before the first file name is decoded.
     setlocale(LC_ALL, "");
-    const Output output;
+    Output output;
     try {
         const std::optional<Options> options = parseOptions(argc, argv);
         return options ? run(*options, output, argv[0]) : exitUsage;

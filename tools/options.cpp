@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QStringList>
 
+#include <algorithm>
 #include <getopt.h>
+#include <iterator>
 
 namespace norvex::Tool {
 
@@ -47,19 +49,21 @@ const OptionRow optionRows[] = {
      "recorded in FILE; all others describe the machine at hand"},
     {outputOption, "output", "FILE",
      "write to FILE, whole or not at all, instead of to standard\n"
-     "output; a file that exists is replaced"},
+     "output (-); a file that exists is replaced; /dev/stderr or\n"
+     "/dev/fd/3 is that descriptor"},
     {identifyOption, "identify", "[FILE]",
      "print what identifies a machine: a line for every MAC address,\n"
      "the number of processors, the processor revision. They are\n"
      "read from the report in FILE (-: from standard input), without\n"
-     "FILE from a report of this machine"},
+     "FILE asked of this machine"},
     {skipBracedOption, "skip-braced", nullptr,
      "with --identify: ignore network interfaces with a name\n"
      "in braces"},
     {jsonOption, "json", nullptr, "with --identify: print one JSON object"},
     {recordOption, "record", "FILE",
-     "print nothing, but write to FILE what the machine answers to\n"
-     "the queries behind the Macintosh section"},
+     "write to FILE (-: to standard output) what the machine\n"
+     "answers to the queries behind the Macintosh section, and\n"
+     "no report"},
     {anonymousOption, "anonymous", nullptr,
      "with --record: replace serial numbers, UUIDs, the names of\n"
      "networks, hosts, users, devices and volumes, and the device\n"
@@ -161,7 +165,7 @@ bool CommandLine::accept(int id, const char* argument)
     case recordOption:
         return acceptAction(Options::Action::Record) && acceptOnce(options_.recordFile, "--record", argument);
     case anonymousOption: options_.anonymous = true; return true;
-    default: return false; // getopt_long has printed the reason
+    default: return false;
     }
 }
 
@@ -183,7 +187,7 @@ bool CommandLine::acceptCombination()
         {o.skipBraced && !identifies, "--skip-braced goes with --identify only"},
         {o.asJson && !identifies, "--json goes with --identify only"},
         {identifies && !o.sections.empty(), "--identify and --section exclude each other"},
-        {o.reportFile && o.recording, "--machine has no influence on what --identify reads from a file"},
+        {identifies && o.recording, "--identify and --machine exclude each other"},
         {o.reportFile && o.skipOpenGL, "--no-opengl has no influence on what --identify reads from a file"},
         {asksForOpenGL && o.skipOpenGL, "--section openGL and --no-opengl exclude each other"},
         {o.anonymous && !records, "--anonymous goes with --record only"},
@@ -222,14 +226,41 @@ struct SystemOptions
     }
 
     std::vector<option> names;
-    QByteArray letters;
+    QByteArray letters = ":"; // tells a missing argument from an unknown option
 };
+
+bool isKnown(int id)
+{
+    return std::any_of(std::begin(optionRows), std::end(optionRows),
+                       [id](const OptionRow& row) { return row.id == id; });
+}
+
+// Why getopt_long refuses an option. Its own messages repeat any text.
+// @param id what it returned
+// @param option its optopt: 0 or a letter for what it does not know
+QString refusal(int id, int option, const QByteArray& argument)
+{
+    const bool isLong = argument.startsWith("--");
+    const QByteArray name =
+        isLong ? argument.split('=').first() : QByteArray("-") + static_cast<char>(option);
+    const QString shown = QFile::decodeName(name);
+    if (id == ':') {
+        return QStringLiteral("option '%1' requires an argument").arg(shown);
+    }
+    if (isLong && isKnown(option)) {
+        return QStringLiteral("option '%1' takes no argument").arg(shown);
+    }
+    const auto isMeant = [&name](const OptionRow& row) {
+        return QByteArray(row.name).startsWith(name.mid(2));
+    };
+    return isLong && std::any_of(std::begin(optionRows), std::end(optionRows), isMeant)
+               ? QStringLiteral("option '%1' is ambiguous").arg(shown)
+               : QStringLiteral("unknown option '%1'").arg(shown);
+}
 
 std::optional<Options> wrongUsage(const QString& error)
 {
-    if (!error.isEmpty()) {
-        printMessage(error);
-    }
+    printMessage(error);
     printMessage(QStringLiteral("see --help for the usage"));
     return std::nullopt;
 }
@@ -261,8 +292,12 @@ std::optional<Options> parseOptions(int argc, char* argv[])
     const SystemOptions system;
     CommandLine line;
     int id = 0;
+    opterr = 0;
     while ((id = getopt_long(argc, arguments.data(), system.letters.constData(), system.names.data(),
                              nullptr)) != -1) {
+        if (id == '?' || id == ':') {
+            return wrongUsage(refusal(id, optopt, arguments[static_cast<size_t>(optind - 1)]));
+        }
         if (id == helpOption || id == versionOption) {
             Options options;
             options.action = id == helpOption ? Options::Action::ShowHelp : Options::Action::ShowVersion;

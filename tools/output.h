@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 namespace norvex::Tool {
 
 /// Writes the tool's result, and prepares the process for that.
@@ -13,21 +15,28 @@ public:
     /// process's action for closed pipes before libraries change it.
     Output();
 
-    /// @return an exit status. Standard error gets a message about a failure, but not about a closed pipe.
-    int writeToStandardOutput(const QByteArray& text) const;
+    /// Says where write() writes. Call it before the program opens files of its own: a name such as "/dev/stderr" or
+    /// "/dev/fd/3" stands for a descriptor that the caller has opened.
+    /// @param fileName "-" for standard output, as is none
+    /// @return false when there is no such descriptor; standard error then has a message
+    bool open(const std::optional<QByteArray>& fileName);
 
-    /// Replaces or creates a regular file: whole, or it stays as it was. Writes to anything else, such as a device or a
-    /// pipe.
+    /// Writes to standard output or to a descriptor. Replaces or creates a regular file: whole, or it stays as it was.
+    /// Writes to anything else, such as a device or a pipe. Call it once.
     /// @return an exit status. Standard error gets a message about a failure, but not about a closed pipe.
-    int writeToFile(const QByteArray& fileName, const QByteArray& text) const;
+    int write(const QByteArray& text) const;
 
 private:
-    int writeAndClose(int descriptor, const QString& shownName, const QByteArray& text) const;
+    int writeAndClose(int descriptor, const QByteArray& text) const;
+    int replaceFile(const QByteArray& text) const;
 
+    int descriptor_ = 1; ///< -1: the file of that name
+    QByteArray fileName_;
+    QString shownName_ = QStringLiteral("standard output");
     void (*pipeSignalAction_)(int);
 };
 
-/// Prints a message on standard error, behind the tool's name.
+/// Prints a message on standard error, behind the tool's name: a line of at most 200 characters, all of which print.
 void printMessage(const QString& message);
 
 } // namespace norvex::Tool

@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/norvexPlatform.h"
 
+#include "systeminfo/boundedText.h"
 #include "systeminfo/mac/platform/cfObjects.h"
 #include "systeminfo/mac/platform/handles.h"
 #include "systeminfo/mac/platform/machine.h"
@@ -10,6 +11,12 @@
 #include <utility>
 
 namespace norvex {
+
+namespace {
+
+const int longestReason = 120;
+
+} // namespace
 
 std::shared_ptr<const Machine> loadRecording(const QString& fileName, QString* errorMessage)
 {
@@ -23,7 +30,8 @@ std::shared_ptr<const Machine> loadRecording(const QString& fileName, QString* e
     }
     if (machine == nullptr && errorMessage != nullptr) {
         const QString line = failure.line == 0 ? QString() : QStringLiteral(":%1").arg(failure.line);
-        *errorMessage = fileName + line + QLatin1String(": ") + failure.reason;
+        *errorMessage = fileName + line + QLatin1String(": ") +
+                        SystemInfo::Internal::boundedText(failure.reason, longestReason);
     }
     return machine;
 }

@@ -20,7 +20,7 @@ class Machine;
 /// Reads the recording of a machine.
 /// @param fileName an XML property list in the format of docs/recording-format.md
 /// @param errorMessage receives "FILE:LINE: reason" on failure, or "FILE: reason" when no line is to blame; untouched on
-///        success; may be null
+///        success; may be null. The reason is a line of at most 120 characters, all of which print.
 /// @return the machine, or null on failure. Any thread.
 NORVEX_SYSTEMINFO_EXPORT std::shared_ptr<const Machine> loadRecording(const QString& fileName,
                                                                       QString* errorMessage);
