@@ -81,7 +81,7 @@ QString almostSeparators(int length)
     return repeated(QString(71, QLatin1Char('-')) + QLatin1Char('\n'), length);
 }
 
-// Processor time, so that other programs do not count.
+/// Processor time, so that other programs do not count.
 double secondsSince(std::clock_t start)
 {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
@@ -162,9 +162,9 @@ void lengths(benchmark::internal::Benchmark* benchmark)
         ->Unit(benchmark::kMillisecond);
 }
 
-// A usual report: less than 0.2 ms. At 64 Mi characters: at most 20 passes.
+/// A usual report: less than 0.2 ms. At 64 Mi characters: at most 20 passes.
 BENCHMARK_CAPTURE(parse, shortLines, shortLines)->Apply(usualAndLargest);
-// Whatever the text: at most 20 ns a line, and twice the length, twice the time.
+/// Whatever the text: at most 20 ns a line, and twice the length, twice the time.
 BENCHMARK_CAPTURE(parse, lineFeeds, lineFeeds)->Apply(lengths);
 BENCHMARK_CAPTURE(parse, headings, headings)->Apply(lengths);
 BENCHMARK_CAPTURE(parse, processorLines, processorLines)->Apply(lengths);

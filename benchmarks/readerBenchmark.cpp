@@ -81,7 +81,7 @@ QString underscores(int length)
     return repeated(QStringLiteral("_"), length);
 }
 
-// Processor time, so that other programs do not count.
+/// Processor time, so that other programs do not count.
 double secondsSince(std::clock_t start)
 {
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
@@ -134,12 +134,12 @@ void lengths(benchmark::internal::Benchmark* benchmark)
 }
 
 BENCHMARK(onePass)->Apply(lengths);
-// At 64 Mi characters: at most 4 passes.
+/// At 64 Mi characters: at most 4 passes.
 BENCHMARK_CAPTURE(read, filledReport, filledReport)->Apply(lengths);
-// At 64 Mi characters: less than half a second.
+/// At 64 Mi characters: less than half a second.
 BENCHMARK_CAPTURE(read, interfaceBlocks, interfaceBlocks)->Apply(lengths);
 BENCHMARK_CAPTURE(read, shortestBlocks, shortestBlocks)->Apply(lengths);
-// Whatever the text: twice the length, twice the time.
+/// Whatever the text: twice the length, twice the time.
 BENCHMARK_CAPTURE(read, separators, separators)->Apply(lengths);
 BENCHMARK_CAPTURE(read, almostSeparators, almostSeparators)->Apply(lengths);
 BENCHMARK_CAPTURE(read, labels, labels)->Apply(lengths);

@@ -32,7 +32,7 @@ const char entryTemplate[] = R"(
 <key>IOName</key><string>pci8086,1d10</string><key>Model</key><string>Drive</string>
 </dict></dict>)";
 
-// Entries side by side; every hundredth is a USB device, the others are what sections pass over.
+/// Entries side by side; every hundredth is a USB device, the others are what sections pass over.
 QByteArray recordingWith(int entries)
 {
     const QByteArray device = QByteArray(entryTemplate).replace("%1", "IOUSBDevice");
@@ -68,7 +68,7 @@ void loadGenerated(benchmark::State& state)
 }
 BENCHMARK(loadGenerated)->Arg(2000)->Arg(20000)->Unit(benchmark::kMillisecond);
 
-// The cost of an entry: the figure to watch is the time per item from one size to the next.
+/// The cost of an entry: the figure to watch is the time per item from one size to the next.
 void macintoshSectionByEntries(benchmark::State& state)
 {
     const auto machine = machineOf(recordingWith(int(state.range(0))));
@@ -95,8 +95,8 @@ void makeText(benchmark::State& state, const Text& text, std::shared_ptr<const n
     norvex::setMachine(nullptr);
 }
 
-// What the OpenGL section cannot do without: a QGLWidget and four questions. The figure to watch is how the section's
-// time relates to this one.
+/// What the OpenGL section cannot do without: a QGLWidget and four questions. The figure to watch is how the section's
+/// time relates to this one.
 void bareGLWidget(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -112,8 +112,8 @@ BENCHMARK(bareGLWidget)->Unit(benchmark::kMicrosecond);
 
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-// The texts of one machine: each section and what they make together. Of a recorded machine only the Macintosh
-// sections say anything.
+/// The texts of one machine: each section and what they make together. Of a recorded machine only the Macintosh
+/// sections say anything.
 void registerTexts(const std::string& machineName, const std::shared_ptr<const norvex::Machine>& machine)
 {
     const auto add = [&](const std::string& name, const Text& text) {

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-// Looks for strings in any bytes.
+/// Looks for strings in any bytes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray contents(reinterpret_cast<const char*>(data), static_cast<int>(size));

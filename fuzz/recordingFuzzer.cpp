@@ -17,7 +17,7 @@ const bool isQuiet = (qInstallMessageHandler(discard), true);
 
 } // namespace
 
-// Loads any bytes as a recording; what is accepted has a whole Macintosh section that leaves nothing behind.
+/// Loads any bytes as a recording; what is accepted has a whole Macintosh section that leaves nothing behind.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     QByteArray text(reinterpret_cast<const char*>(data), int(size));

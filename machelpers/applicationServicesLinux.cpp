@@ -159,7 +159,7 @@ public:
 
     void freeAuthorization(PlatformObject) noexcept override {}
 
-    // Linux slows no application down by itself, so there is nothing to prevent.
+    /// Linux slows no application down by itself, so there is nothing to prevent.
     bool canBeginActivity() override { return false; }
     bool canEndActivity() override { return false; }
     PlatformObject beginActivity(const char*) override { return nullptr; }

@@ -14,8 +14,8 @@ struct VersionRow
     int minor;
 };
 
-// The first row whose flag is set counts: desktop versions before OpenGL ES, and a Common profile before a
-// Common Lite profile of any version. Only desktop versions have numbers.
+/// The first row whose flag is set counts: desktop versions before OpenGL ES, and a Common profile before a
+/// Common Lite profile of any version. Only desktop versions have numbers.
 const VersionRow versionRows[] = {
     {QGLFormat::OpenGL_Version_4_3, "OpenGL 4.3", 4, 3},
     {QGLFormat::OpenGL_Version_4_2, "OpenGL 4.2", 4, 2},

@@ -330,7 +330,7 @@ Half bannerHalf(const QString& text, const Line& line)
     return found == std::end(halves) ? Half::None : found->half;
 }
 
-// A separator covers a position in 72, wherever it stands, so that no other character has to be looked at.
+/// A separator covers a position in 72, wherever it stands, so that no other character has to be looked at.
 Line lastSeparator(const QString& text, int begin, int end)
 {
     constexpr int step = 8;

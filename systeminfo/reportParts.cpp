@@ -92,8 +92,8 @@ bool EnvironmentEnd::isOpenGLHeading(int begin) const
            isSection(sectionOf(text_, lineAt(text_, begin), Half::Qt), openGLSection);
 }
 
-// The heading may be a line of a variable's value. Then what it begins does not read like that section, or more
-// variables follow.
+/// The heading may be a line of a variable's value. Then what it begins does not read like that section, or more
+/// variables follow.
 bool EnvironmentEnd::isOpenGL(int headingBegin) const
 {
     const int content = lineAt(text_, headingBegin).next;

@@ -20,7 +20,7 @@ struct Unit
     const char* base;
 };
 
-// As the report's formatters print them. The KB of a disk size has 1024 bytes.
+/// As the report's formatters print them. The KB of a disk size has 1024 bytes.
 const Unit units[] = {
     {ValueKind::MemorySize, "Byte", 1, "byte"},
     {ValueKind::MemorySize, "KByte", kibi, "byte"},

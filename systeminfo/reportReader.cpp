@@ -31,7 +31,7 @@ struct ReportKind
     IgnoredInterfaces ignored[2];
 };
 
-// In order of precedence: a report with both banners is of the first kind.
+/// In order of precedence: a report with both banners is of the first kind.
 const ReportKind reportKinds[] = {
     {
         windowsBanner,
@@ -66,7 +66,7 @@ bool isBlankOrCarriageReturn(QChar character)
     return character == QLatin1Char(' ') || isCarriageReturn(character);
 }
 
-// QString::remove() moves the rest of the text for each character it removes in older versions of Qt.
+/// QString::remove() moves the rest of the text for each character it removes in older versions of Qt.
 template <typename Predicate>
 QString without(const QStringRef& text, Predicate unwanted)
 {

@@ -172,7 +172,7 @@ NORVEX_INTERPOSED void plist_from_bin(const char* contents, std::uint32_t length
 
 } // extern "C"
 
-// The sanitizer's operators do not go through malloc; these do.
+/// The sanitizer's operators do not go through malloc; these do.
 NORVEX_INTERPOSED void* operator new(std::size_t size)
 {
     if (void* const block = malloc(size)) {
@@ -265,7 +265,7 @@ QStringList labelsOf(const QString& text)
 QByteArray recording()
 {
     Tool::RecordedValue machine = Tool::recordMachine();
-    Tool::anonymise(machine, QStringLiteral("host"));
+    Tool::anonymise(machine, QStringLiteral("host"), QStringLiteral("user"));
     return Tool::recordingText(machine);
 }
 
@@ -499,7 +499,7 @@ void AllocationSweepTest::reports_data()
     }
 }
 
-// The first of them finds everything that is made once and kept not yet made.
+/// The first of them finds everything that is made once and kept not yet made.
 void AllocationSweepTest::reports()
 {
     QFETCH(QString, name);
@@ -551,7 +551,7 @@ void AllocationSweepTest::reader()
     sweep(read, [&](const QStringList& values, bool) { return values == expected; });
 }
 
-// Without qtHostInfo(): the C library's resolver, which Qt loads by itself, ends the process by an assertion.
+/// Without qtHostInfo(): the C library's resolver, which Qt loads by itself, ends the process by an assertion.
 void AllocationSweepTest::liveSections_data()
 {
     QTest::addColumn<Section>("section");
@@ -564,7 +564,7 @@ void AllocationSweepTest::liveSections_data()
     }
 }
 
-// A call of the C library or of libudev that gets no memory fails like any other, so lines may be missing.
+/// A call of the C library or of libudev that gets no memory fails like any other, so lines may be missing.
 void AllocationSweepTest::liveSections()
 {
     QFETCH(Section, section);

@@ -118,9 +118,9 @@ void FaultSweepTest::everyCallFails_data()
     }
 }
 
-// One call fails, once: only the group that it is made for may change, and that by lines that go, values that
-// change or texts that tell of the failure. Where a recording makes very many calls, some of them stand for
-// all.
+/// One call fails, once: only the group that it is made for may change, and that by lines that go, values that
+/// change or texts that tell of the failure. Where a recording makes very many calls, some of them stand for
+/// all.
 void FaultSweepTest::everyCallFails()
 {
     QFETCH(QString, file);

@@ -18,7 +18,7 @@ using norvex::hostSuperclassOf;
 
 namespace {
 
-// Answers every query with the whole registry, as a recording of the host does.
+/// Answers every query with the whole registry, as a recording of the host does.
 class WholeRegistryMachine : public norvex::Machine
 {
 public:
@@ -46,7 +46,7 @@ struct Section
     QString (*text)();
 };
 
-// In the order of the expected texts.
+/// In the order of the expected texts.
 const Section sections[] = {
     {"disks", MacSysInfo::ioKitSataDiskDevices},
     {"optical drives", MacSysInfo::ioKitSerialAtapiDevices},
@@ -66,7 +66,7 @@ QStringList expectedSections(const QString& testbed)
                                           : QStringList();
 }
 
-// Of the entries of a class.
+/// Of the entries of a class.
 QList<std::uint64_t> identifiersOf(const norvex::Registry& registry, const char* className)
 {
     QList<std::uint64_t> identifiers;
@@ -197,7 +197,7 @@ void LiveDevicesTest::unpluggedAndUnknown()
     QVERIFY(hostSuperclassOf("IOFireWireDevice").isEmpty());
 }
 
-// The testbed needs its library in front of the C library's calls, and behind the address sanitizer's.
+/// The testbed needs its library in front of the C library's calls, and behind the address sanitizer's.
 int main(int argc, char** argv)
 {
     if (!qgetenv("LD_PRELOAD").contains("umockdev")) {

@@ -490,7 +490,7 @@ private slots:
         QTest::newRow("socket") << true;
     }
 
-    // The standard error of a process that is done has a reader, then a reader that does not read, then none.
+    /// The standard error of a process that is done has a reader, then a reader that does not read, then none.
     void logThatNobodyReads()
     {
         QFETCH(bool, isSocket);

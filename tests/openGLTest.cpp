@@ -42,7 +42,7 @@ void verifyNothingAsked(const Answers& answers)
 
 const QString driverHeading = "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n";
 
-// A surface that has no memory when it becomes current again.
+/// A surface that has no memory when it becomes current again.
 struct OwnSurface : QOffscreenSurface
 {
     SurfaceType surfaceType() const override
@@ -55,7 +55,7 @@ struct OwnSurface : QOffscreenSurface
     bool isWithoutMemory = false;
 };
 
-// A context of this test's own, current as long as it lives.
+/// A context of this test's own, current as long as it lives.
 struct OwnContext
 {
     OwnContext()
@@ -72,7 +72,7 @@ struct OwnContext
     bool isCurrent = false;
 };
 
-// Counts the surfaces that windows and contexts get.
+/// Counts the surfaces that windows and contexts get.
 class SurfaceCounter : public QObject
 {
 public:
@@ -94,8 +94,8 @@ int surfacesOf(const std::function<void()>& call)
 
 } // namespace
 
-// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context can
-// be made whatever Qt says.
+/// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context can
+/// be made whatever Qt says.
 class OpenGLTest : public QObject
 {
     Q_OBJECT

@@ -133,7 +133,7 @@ void PlatformTest::refusals_data()
     QTest::newRow("attributes") << "<plist>\n<dict" + QByteArray(" a=''").repeated(30000) + "|/></plist>";
 }
 
-// Refused in the line with the bar.
+/// Refused in the line with the bar.
 void PlatformTest::refusals()
 {
     QFETCH(QByteArray, document);
@@ -159,7 +159,7 @@ void PlatformTest::unreadableFiles()
     }
 }
 
-// With and without a byte-order mark, in other encodings, with line feeds alone and with carriage returns before them.
+/// With and without a byte-order mark, in other encodings, with line feeds alone and with carriage returns before them.
 void PlatformTest::acceptedOddities()
 {
     auto documents = documentsIn("acceptedRecordings.txt");
@@ -216,7 +216,7 @@ void PlatformTest::nesting()
     }
 }
 
-// Values inside properties have no depth limit of their own in the format; they may be refused, no more.
+/// Values inside properties have no depth limit of their own in the format; they may be refused, no more.
 void PlatformTest::deepProperties()
 {
     const QByteArray brackets[][2] = {{"<array>", "</array>"}, {"<dict><key>v</key>", "</dict>"}};

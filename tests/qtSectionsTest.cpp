@@ -118,7 +118,7 @@ private slots:
                 "isVirtualDesktop:   1\nVirtual Desktop Geometry: width:  3360, height  1080\n"));
     }
 
-    // Runs on platforms with no screen, with one, and with two that are one desktop.
+    /// Runs on platforms with no screen, with one, and with two that are one desktop.
     void screensOfThisPlatform()
     {
         const QList<QScreen*> screens = QGuiApplication::screens();

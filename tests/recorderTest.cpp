@@ -50,21 +50,21 @@ QString section()
     return SystemInfo::MacSysInfo::allInfos();
 }
 
-// The content of a recording whose registry is a root with these properties and children.
+/// The content of a recording whose registry is a root with these properties and children.
 QByteArray registryOf(const QByteArray& properties, const QByteArray& children = {})
 {
     return "<key>registry</key><dict><key>properties</key><dict>" + properties +
            "</dict><key>children</key><array>" + children + "</array></dict>";
 }
 
-// Something private, as it stands in the clear.
+/// Something private, as it stands in the clear.
 struct Secret
 {
     QByteArray line; ///< of the list
     QByteArray bytes;
 };
 
-// Of the recording that holds every form of private value. A head explains the list.
+/// Of the recording that holds every form of private value. A head explains the list.
 QList<Secret> secrets()
 {
     const QByteArray list = contentsOf(QStringLiteral(NORVEX_TEST_DATA "/recorder/secrets.txt"));
@@ -89,7 +89,7 @@ bool holds(const QByteArray& bytes, const Secret& secret)
                                           : bytes.toLower().contains(secret.bytes.toLower());
 }
 
-// The lines of a recording or a report, data in the clear.
+/// The lines of a recording or a report, data in the clear.
 QByteArrayList clearLines(const QByteArray& text)
 {
     QByteArrayList lines = text.split('\n');
@@ -160,7 +160,7 @@ void RecorderTest::recordings_data()
     }
 }
 
-// Injected failures are not recorded. All else is, and what was recorded is recorded again unchanged.
+/// Injected failures are not recorded. All else is, and what was recorded is recorded again unchanged.
 void RecorderTest::recordings()
 {
     QFETCH(QString, fileName);
@@ -211,7 +211,7 @@ void RecorderTest::differs()
     sameLines(recorded(), once);
 }
 
-// The deepest nesting that a recording can have, of entries and of values.
+/// The deepest nesting that a recording can have, of entries and of values.
 void RecorderTest::deepest()
 {
     constexpr int levels = 512;
@@ -228,7 +228,7 @@ void RecorderTest::deepest()
     QVERIFY(useRecording(recording));
 }
 
-// Whatever fails, nothing is leaked, and what is written can be read.
+/// Whatever fails, nothing is leaked, and what is written can be read.
 void RecorderTest::failingCalls()
 {
     QVERIFY(useRecording(contentsOf(QStringLiteral(NORVEX_TEST_DATA "/recorder/everyKind.plist"))));
@@ -315,7 +315,7 @@ void RecorderTest::replacements()
     QCOMPARE(all.replaced(text), expected);
 }
 
-// Of sequences that begin one another, short and long, against a search for one after the other.
+/// Of sequences that begin one another, short and long, against a search for one after the other.
 void RecorderTest::nestedReplacements()
 {
     using R = Privacy::Replacements;
@@ -352,7 +352,7 @@ void RecorderTest::nestedReplacements()
     }
 }
 
-// What takes a minute when the time grows with the square takes a second.
+/// What takes a minute when the time grows with the square takes a second.
 void RecorderTest::proportional()
 {
     constexpr qint64 limit = 20000;
@@ -397,7 +397,7 @@ void RecorderTest::nothingLeft()
     QCOMPARE(recorded(), recording);
 }
 
-// What holds nothing private stays, in the recording and in the section.
+/// What holds nothing private stays, in the recording and in the section.
 void RecorderTest::nothingSpoiled()
 {
     QVERIFY(useRecording(contentsOf(everySecret)));
@@ -459,7 +459,7 @@ void RecorderTest::consistent()
     QVERIFY(!replaced.contains(QStringLiteral("A10")));
 }
 
-// The same lines with other values.
+/// The same lines with other values.
 void RecorderTest::sameShape()
 {
     static const QRegularExpression value(QStringLiteral("[:'].*$|^/Volumes/.*$"),

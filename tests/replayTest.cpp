@@ -93,7 +93,7 @@ void ReplayTest::recordings_data()
     }
 }
 
-// Beside each recording stand the text that it must give and, unless there are none, the warnings.
+/// Beside each recording stand the text that it must give and, unless there are none, the warnings.
 void ReplayTest::recordings()
 {
     QFETCH(QString, file);

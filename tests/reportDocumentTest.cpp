@@ -135,7 +135,7 @@ private slots:
     void nullObjects();
 };
 
-// The texts of the functions themselves, alone and one behind the other without separators.
+/// The texts of the functions themselves, alone and one behind the other without separators.
 void ReportDocumentTest::everySectionIsRecognised()
 {
     norvex::setMachine(norvex::loadRecording(NORVEX_TEST_DATA "/recordings/report-complete.plist", nullptr));
@@ -196,7 +196,7 @@ void ReportDocumentTest::wholeReport_data()
     QTest::newRow("a recorded one") << NORVEX_TEST_DATA "/recordings/report-complete.plist";
 }
 
-// Each path leads to what has it.
+/// Each path leads to what has it.
 void ReportDocumentTest::wholeReport()
 {
     QFETCH(QString, recording);
@@ -448,7 +448,7 @@ void ReportDocumentTest::numbers()
     QTEST(found.join(", "), "expected");
 }
 
-// A document as a whole, member by member.
+/// A document as a whole, member by member.
 void ReportDocumentTest::json()
 {
     const QString text = macBanner + "\n\nMacOS version: \r\nKernel information:\r\n" + separatorLine +

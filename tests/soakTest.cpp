@@ -15,8 +15,8 @@ using namespace norvex;
 
 namespace {
 
-// What caches of other libraries may still take after the first reports. A leak of a few bytes in each of ten
-// thousand reports is more.
+/// What caches of other libraries may still take after the first reports. A leak of a few bytes in each of ten
+/// thousand reports is more.
 const qint64 heapAllowance = 128LL * 1024;
 #ifdef __SANITIZE_ADDRESS__
 const qint64 residentAllowance = std::numeric_limits<qint64>::max(); // it keeps freed memory for a while

@@ -18,13 +18,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// Enough for the whole start of a plug-in on a busy machine, and for a display at the far end of a slow line.
+/// Enough for the whole start of a plug-in on a busy machine, and for a display at the far end of a slow line.
 const std::chrono::milliseconds trialPatience(2500);
 const std::chrono::milliseconds displayPatience(3000);
-// For both together.
+/// For both together.
 const std::chrono::milliseconds wholePatience(3600);
 
-// What the environment makes Qt choose.
+/// What the environment makes Qt choose.
 enum class Wish { Nothing, X11, Offscreen, Minimal, Other };
 
 enum class DisplayState { Answers, Refuses, Silent, Unasked };
@@ -51,8 +51,8 @@ Wish wishOfEnvironment()
                                    : Wish::Other;
 }
 
-// Without a display, a desktop's theme can end the process, as gtk_init() does; with a silent one it waits for ever. No
-// section shows anything of the theme, so Qt sees none. The variable keeps its place in the environment.
+/// Without a display, a desktop's theme can end the process, as gtk_init() does; with a silent one it waits for ever. No
+/// section shows anything of the theme, so Qt sees none. The variable keeps its place in the environment.
 class ThemeHider
 {
 public:
@@ -72,7 +72,7 @@ private:
     const QByteArray theme_;
 };
 
-// What the caller holds.
+/// What the caller holds.
 struct Held
 {
     ThemeHider theme;
@@ -114,7 +114,7 @@ void tryQtsChoice(int answerTo)
     OtherProcess::giveAnswer(answerTo, QByteArray());
 }
 
-// A plug-in that cannot work ends the process, so another process tries what Qt would choose.
+/// A plug-in that cannot work ends the process, so another process tries what Qt would choose.
 bool worksInAnotherProcess(Held& held)
 {
     held.trial = std::make_unique<OtherProcess>(tryQtsChoice);
@@ -122,7 +122,7 @@ bool worksInAnotherProcess(Held& held)
     return held.trial->wait(Clock::now() + trialPatience, nothing) == OtherProcess::Result::Answered;
 }
 
-// Names the variables that ask for a display. Without any, nobody misses one.
+/// Names the variables that ask for a display. Without any, nobody misses one.
 QString noticeAbout(DisplayState state)
 {
     QStringList settings;

@@ -13,7 +13,7 @@ namespace norvex::Tool {
 
 namespace {
 
-// Far more than any report; this much text still fits a QString.
+/// Far more than any report; this much text still fits a QString.
 const int longestReport = 1000000000;
 const qint64 chunkSize = 1 << 20;
 

@@ -64,8 +64,8 @@ bool usesPrinters(const Options& options)
            (options.sections.empty() || asksFor(options, "qtPrinterInfo"));
 }
 
-// The application object that the work needs, with the arguments that it refers to. It does not see the program's own
-// arguments: Qt would take its options out of them.
+/// The application object that the work needs, with the arguments that it refers to. It does not see the program's own
+/// arguments: Qt would take its options out of them.
 class Application
 {
 public:
@@ -152,7 +152,7 @@ QByteArray recording(const Options& options)
     return recordingText(machine);
 }
 
-// Makes what the options ask for. An application object exists.
+/// Makes what the options ask for. An application object exists.
 bool produce(const Options& options, QByteArray& text, QString& errorMessage)
 {
     if (options.action == Action::Identify) {

@@ -14,7 +14,7 @@ namespace norvex::Tool {
 
 namespace {
 
-// An option with a letter has it as its number.
+/// An option with a letter has it as its number.
 enum OptionId {
     helpOption = 'h',
     outputOption = 'o',
@@ -82,7 +82,7 @@ bool hasLetter(const OptionRow& row)
     return row.id < noOpenGLOption;
 }
 
-// Takes one option after the other, then judges them together.
+/// Takes one option after the other, then judges them together.
 class CommandLine
 {
 public:
@@ -204,8 +204,8 @@ bool CommandLine::acceptCombination()
     return true;
 }
 
-// The options as getopt_long takes them. QCommandLineParser would be the library for this, but it knows no optional
-// arguments (--identify [FILE]) and decodes file names, which are bytes.
+/// The options as getopt_long takes them. QCommandLineParser would be the library for this, but it knows no optional
+/// arguments (--identify [FILE]) and decodes file names, which are bytes.
 struct SystemOptions
 {
     SystemOptions()
@@ -235,9 +235,9 @@ bool isKnown(int id)
                        [id](const OptionRow& row) { return row.id == id; });
 }
 
-// Why getopt_long refuses an option. Its own messages repeat any text.
-// @param id what it returned
-// @param option its optopt: 0 or a letter for what it does not know
+/// Why getopt_long refuses an option. Its own messages repeat any text.
+/// @param id what it returned
+/// @param option its optopt: 0 or a letter for what it does not know
 QString refusal(int id, int option, const QByteArray& argument)
 {
     const bool isLong = argument.startsWith("--");

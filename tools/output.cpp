@@ -25,8 +25,8 @@ namespace {
 
 const int longestMessage = 200;
 
-// The next file that opens would take the number of a closed stream. What takes it instead refuses the stream's use, so
-// that writing the report to a closed standard output still fails.
+/// The next file that opens would take the number of a closed stream. What takes it instead refuses the stream's use, so
+/// that writing the report to a closed standard output still fails.
 void reserveStandardStreams()
 {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
@@ -37,7 +37,7 @@ void reserveStandardStreams()
     }
 }
 
-// The folder of a file name, with its slash; empty without one.
+/// The folder of a file name, with its slash; empty without one.
 QByteArray folderOf(const QByteArray& fileName)
 {
     return fileName.left(fileName.lastIndexOf('/') + 1);
@@ -50,7 +50,7 @@ bool isFolderOfDescriptors(const QByteArray& folder)
     return here && descriptors && strcmp(here.get(), descriptors.get()) == 0;
 }
 
-// What a symbolic link leads to, as a name from the current folder; nothing for anything else.
+/// What a symbolic link leads to, as a name from the current folder; nothing for anything else.
 std::optional<QByteArray> linkTarget(const QByteArray& fileName)
 {
     char target[PATH_MAX];
@@ -62,8 +62,8 @@ std::optional<QByteArray> linkTarget(const QByteArray& fileName)
     return name.startsWith('/') ? name : folderOf(fileName) + name;
 }
 
-// The descriptor that a name such as "/dev/stderr" or "/dev/fd/3" stands for. Opening that name on Linux opens the file
-// behind it anew, from its start.
+/// The descriptor that a name such as "/dev/stderr" or "/dev/fd/3" stands for. Opening that name on Linux opens the file
+/// behind it anew, from its start.
 std::optional<int> namedDescriptor(const QByteArray& fileName)
 {
     const int mostLinks = 40;
@@ -84,7 +84,7 @@ std::optional<int> namedDescriptor(const QByteArray& fileName)
     return std::nullopt;
 }
 
-// 0 or an errno.
+/// 0 or an errno.
 int writeAll(int descriptor, const QByteArray& bytes)
 {
     const char* next = bytes.constData();

@@ -9,13 +9,13 @@ namespace norvex::Tool {
 
 namespace {
 
-// In the environment of the process that answers.
+/// In the environment of the process that answers.
 const char answersVariable[] = "NORVEX_SYSTEMINFO_ANSWERS_PRINTERS";
 
 } // namespace
 
-// A process that is forked on macOS cannot use the frameworks before it starts a program, so readPrinterSection() starts
-// this one again.
+/// A process that is forked on macOS cannot use the frameworks before it starts a program, so readPrinterSection() starts
+/// this one again.
 void startToAskForPrinters() {}
 
 bool readPrinterSection(QString& section, QString& errorMessage)

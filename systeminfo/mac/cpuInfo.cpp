@@ -10,7 +10,7 @@ using namespace Internal;
 
 namespace {
 
-// The text of a line behind its label; nothing when the query fails.
+/// The text of a line behind its label; nothing when the query fails.
 using LineText = std::optional<QString>;
 
 constexpr std::uint32_t flags64Bit = 0x01000000; // CPU_ARCH_ABI64
@@ -46,7 +46,7 @@ QString byteOrderText(std::uint32_t order)
     return QStringLiteral("%1 = ").arg(order) + QLatin1String(name);
 }
 
-// Ask for the texts in the order of the section: the sub-type depends on the type in a line above it.
+/// Ask for the texts in the order of the section: the sub-type depends on the type in a line above it.
 class ProcessorTexts
 {
 public:

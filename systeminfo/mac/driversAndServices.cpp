@@ -85,7 +85,9 @@ QString bonjourVersion()
 
 bool mailApplicationPath(CFHolder<CFStringRef>& path)
 {
-    const CFHolder<CFURLRef> link(CFURLCreateWithString(kCFAllocatorDefault, CFSTR("mailto:"), nullptr));
+    const auto text = makeKey((QByteArray(mailScheme) + ':').constData());
+    const CFHolder<CFURLRef> link(text ? CFURLCreateWithString(kCFAllocatorDefault, text.get(), nullptr)
+                                       : nullptr);
     CFURLRef url = nullptr;
     if (!link || LSGetApplicationForURL(link.get(), kLSRolesAll, nullptr, &url) != 0) {
         return false;

@@ -14,12 +14,14 @@ constexpr char ftdiDriverPropertyList[] =
 constexpr char ftdiDriverVersionKey[] = "CFBundleVersion";
 constexpr char ftdiDriverNameKey[] = "CFBundleName";
 
+constexpr char mailScheme[] = "mailto"; ///< of the links that the e-mail application opens
+
 /// Asks the DNS service discovery daemon for its version.
 /// @param version receives it on success
 /// @return 0, or the error of `DNSServiceGetProperty`
 DNSServiceErrorType dnsServiceDaemonVersion(std::uint32_t& version);
 
-/// Asks Launch Services for the application that opens "mailto:" links.
+/// Asks Launch Services for the application that opens links of mailScheme.
 /// @param path receives the path of the application; null when it has none
 /// @return false when `LSGetApplicationForURL` fails
 bool mailApplicationPath(CFHolder<CFStringRef>& path);

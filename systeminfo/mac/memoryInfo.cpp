@@ -8,7 +8,7 @@ namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
-// Widens with the sign: reports have always shown the system's signed sizes this way.
+/// Widens with the sign: reports have always shown the system's signed sizes this way.
 QString sizeText(std::int64_t bytes)
 {
     return memorySizeConvertUserFriendly(static_cast<unsigned long long>(bytes));
@@ -20,7 +20,7 @@ std::optional<QString> size(OSType selector)
     return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
 }
 
-// Another selector tells a size that does not fit the value, in megabytes.
+/// Another selector tells a size that does not fit the value, in megabytes.
 std::optional<QString> physicalSize(OSType selector)
 {
     constexpr int bytesPerMegabyteShift = 20;

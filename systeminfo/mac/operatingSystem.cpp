@@ -28,7 +28,7 @@ QString versionText()
     return name.isEmpty() ? version : version + QStringLiteral(" (%1)").arg(name);
 }
 
-// The text of ctime() without its line feed, for every year and without the shared buffer.
+/// The text of ctime() without its line feed, for every year and without the shared buffer.
 std::optional<QString> bootTimeText()
 {
     static const char* const days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};

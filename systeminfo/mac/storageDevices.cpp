@@ -57,7 +57,7 @@ const DeviceLine nvmeLines[] = {
     {"  Ejectable:                 ", "Ejectable", Where::Below, Kind::YesNo},
 };
 
-// A device and where its values are. The first line that shows a value of the parent fetches it.
+/// A device and where its values are. The first line that shows a value of the parent fetches it.
 class StorageDevice
 {
 public:

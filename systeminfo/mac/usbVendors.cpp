@@ -15,7 +15,7 @@ struct Vendor
     const char* name;
 };
 
-// In ascending order of the IDs. Reports have always shown the names as they are written here.
+/// In ascending order of the IDs. Reports have always shown the names as they are written here.
 const Vendor vendors[] = {
     {0x03f0, "Hewlett-Packard"},
     {0x0403, "FTDI (Future Technology Devices International Limited)"},

@@ -50,7 +50,7 @@ const Tier memorySizes[] = {
     {0, 1, 1, 0, " Byte"},
 };
 
-// The KB of a disk size begin at 1000 bytes and hold 1024.
+/// The KB of a disk size begin at 1000 bytes and hold 1024.
 const Tier diskSizes[] = {
     {giga, giga, 1, 1, " GB"},
     {mega, mega, 1, 1, " MB"},

@@ -6,7 +6,7 @@ namespace norvex::Privacy {
 
 namespace {
 
-// The hash is a polynomial over the bytes, modulo a prime, at a place that nobody knows beforehand.
+/// The hash is a polynomial over the bytes, modulo a prime, at a place that nobody knows beforehand.
 constexpr std::uint64_t prime = (std::uint64_t(1) << 61) - 1;
 
 constexpr int headDistance = 64; // trades memory for time
@@ -17,7 +17,7 @@ std::uint64_t reduced(std::uint64_t number)
     return sum >= prime ? sum - prime : sum;
 }
 
-// In 64 bits, by the halves of the factors.
+/// In 64 bits, by the halves of the factors.
 std::uint64_t product(std::uint64_t a, std::uint64_t b)
 {
     constexpr std::uint64_t low31 = (std::uint64_t(1) << 31) - 1;
@@ -45,7 +45,7 @@ std::uint64_t power(int exponent)
     return result;
 }
 
-// Zero bytes count: no byte stands for 0.
+/// Zero bytes count: no byte stands for 0.
 ByteHash continued(ByteHash hash, const char* bytes, int size)
 {
     const std::uint64_t factor = place();

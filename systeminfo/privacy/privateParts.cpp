@@ -50,7 +50,7 @@ public:
     }
 
 private:
-    // The first that is found at a place counts.
+    /// The first that is found at a place counts.
     void add(PrivateKind kind, int start, int length)
     {
         if (start < 0 || length <= 0) {
@@ -120,7 +120,7 @@ private:
         forEach(leftovers, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
     }
 
-    // The addresses in paths of the registry look alike ("PCI0@1F,2"), but are hexadecimal.
+    /// The addresses in paths of the registry look alike ("PCI0@1F,2"), but are hexadecimal.
     void addHosts()
     {
         static const QRegularExpression account =
@@ -172,7 +172,7 @@ private:
         forEach(of, [this](const Match& found) { add(PrivateKind::Name, found, 1); });
     }
 
-    // Names in the device files of Linux.
+    /// Names in the device files of Linux.
     void addVolumes()
     {
         static const QRegularExpression label =
@@ -195,7 +195,7 @@ private:
         });
     }
 
-    // Installers name a group of volumes after the host: "alice-laptop-vg", "fedora_alice-laptop".
+    /// Installers name a group of volumes after the host: "alice-laptop-vg", "fedora_alice-laptop".
     void addGroup(const Match& match, int group)
     {
         static const QRegularExpression named =
@@ -224,7 +224,7 @@ private:
         }
     }
 
-    // The folders of a path: users' behind the folder that holds their homes, labels elsewhere.
+    /// The folders of a path: users' behind the folder that holds their homes, labels elsewhere.
     void addFolders(int start, int end)
     {
         static const QRegularExpression folder = expression(R"([^/\\\x00?&]+)");
@@ -277,7 +277,7 @@ private:
         }
     }
 
-    // What stands where a device would, for file systems of the kernel's own.
+    /// What stands where a device would, for file systems of the kernel's own.
     bool isSystemSource() const
     {
         static const QRegularExpression source = expression(
@@ -288,7 +288,7 @@ private:
         return source.match(text_).hasMatch();
     }
 
-    // "domain;user:password", "user;AUTH=method"
+    /// "domain;user:password", "user;AUTH=method"
     void addAccount(int start, int end)
     {
         static const QRegularExpression part = expression(R"([^;:\\@]+)");
@@ -303,7 +303,7 @@ private:
         }
     }
 
-    // "user@host", "host:port,host:port", "[v2:host:port/0,v1:host:port/0]"
+    /// "user@host", "host:port,host:port", "[v2:host:port/0,v1:host:port/0]"
     void addServers(int start, int end)
     {
         static const QRegularExpression server = expression(
@@ -321,7 +321,7 @@ private:
         }
     }
 
-    // Drivers of adapters name a port after themselves; macOS names those of Bluetooth devices after the device.
+    /// Drivers of adapters name a port after themselves; macOS names those of Bluetooth devices after the device.
     void addSerialPort()
     {
         static const QRegularExpression file(QStringLiteral("^(?:/dev/(?:cu|tty)\\.)?([^/]+)$"));

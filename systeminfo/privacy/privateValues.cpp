@@ -8,7 +8,7 @@ namespace norvex::Privacy {
 
 namespace {
 
-// "USB Serial Number" and "kUSBSerialNumberString" differ in spelling only.
+/// "USB Serial Number" and "kUSBSerialNumberString" differ in spelling only.
 QByteArray lettersAndDigits(const QByteArray& key)
 {
     QByteArray letters;
@@ -22,7 +22,7 @@ QByteArray lettersAndDigits(const QByteArray& key)
 
 enum class Part { Begin, End, Anywhere, Whole };
 
-// The first row that matches decides.
+/// The first row that matches decides.
 const struct
 {
     const char* text; // lower-case letters and digits
@@ -109,7 +109,7 @@ bool matches(const QByteArray& key, Part part, const char* text)
     return false;
 }
 
-// But for the zeros between texts.
+/// But for the zeros between texts.
 bool isPrintable(const QString& text)
 {
     return std::all_of(text.begin(), text.end(),

@@ -18,7 +18,7 @@ bool isHexLetter(ushort unit)
     return (unit >= 'a' && unit <= 'f') || (unit >= 'A' && unit <= 'F');
 }
 
-// All digits and letters are hexadecimal, and there are both.
+/// All digits and letters are hexadecimal, and there are both.
 bool isHexadecimal(const QString& text)
 {
     bool hasDigits = false;
@@ -33,7 +33,7 @@ bool isHexadecimal(const QString& text)
 
 } // namespace
 
-// A character that takes as many bytes.
+/// A character that takes as many bytes.
 ushort PseudonymGenerator::characterLike(ushort original, bool isHex)
 {
     const unsigned letters = isHex ? 6 : 26;

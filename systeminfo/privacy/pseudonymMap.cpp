@@ -27,7 +27,7 @@ bool isEach(const QByteArray& bytes, char byte)
     return std::all_of(bytes.begin(), bytes.end(), [byte](char c) { return c == byte; });
 }
 
-// "0000" is no serial number, and "****" hides one already.
+/// "0000" is no serial number, and "****" hides one already.
 bool hasContent(const QByteArray& utf8)
 {
     return std::any_of(utf8.begin(), utf8.end(), [](char c) {
@@ -47,7 +47,7 @@ bool isHexNumber(const QByteArray& text)
     });
 }
 
-// The blanks and zero bytes around a value fill up its field.
+/// The blanks and zero bytes around a value fill up its field.
 QByteArray trimmed(const QByteArray& bytes)
 {
     const auto isBlank = [](char c) { return c == ' ' || c == '\0' || c == '\t' || c == '\n'; };
@@ -81,7 +81,7 @@ QByteArray utf16(const QByteArray& utf8, ByteOrder order)
     return units;
 }
 
-// How names are compared: "ZOË" is "Zoë", however its accent is stored.
+/// How names are compared: "ZOË" is "Zoë", however its accent is stored.
 QByteArray folded(const QByteArray& utf8)
 {
     const QString text = QString::fromUtf8(utf8);
@@ -95,7 +95,7 @@ QString onlyIts(const QString& text, bool (*isIts)(QChar))
     return result;
 }
 
-// "Zoë's Mac" as the name of a host or a serial port: "Zoes-Mac".
+/// "Zoë's Mac" as the name of a host or a serial port: "Zoes-Mac".
 QString asFileName(const QString& text, QChar separator)
 {
     QString result = onlyIts(text.normalized(QString::NormalizationForm_D), [](QChar c) {
@@ -110,7 +110,7 @@ QString asFileName(const QString& text, QChar separator)
 
 constexpr int netBiosLength = 15; ///< what Windows keeps of the name of a host
 
-// The forms that programs give names in paths and in addresses.
+/// The forms that programs give names in paths and in addresses.
 QString spelled(const QString& text, int way)
 {
     switch (way) {
@@ -148,7 +148,7 @@ QByteArray hexPairs(const QByteArray& address, char separator)
     return text;
 }
 
-// "0:1c:b3:a:ff:7"
+/// "0:1c:b3:a:ff:7"
 QByteArray withoutLeadingZeros(const QByteArray& address)
 {
     QByteArray text;
@@ -165,13 +165,13 @@ QByteArray dashed(const QByteArray& uuid)
            hex.mid(20);
 }
 
-// The firmware stores the first three numbers of a UUID with their low bytes first.
+/// The firmware stores the first three numbers of a UUID with their low bytes first.
 QByteArray littleEndian(const QByteArray& uuid)
 {
     return reversed(uuid.mid(0, 4)) + reversed(uuid.mid(4, 2)) + reversed(uuid.mid(6, 2)) + uuid.mid(8);
 }
 
-// What is unmistakable is replaced wherever it stands; the rest only as a word or a path component of its own.
+/// What is unmistakable is replaced wherever it stands; the rest only as a word or a path component of its own.
 bool isUnmistakable(const QByteArray& utf8)
 {
     constexpr int shortest = 6;
@@ -232,7 +232,7 @@ void PseudonymMap::addTextForm(const QByteArray& text, const QByteArray& replace
     }
 }
 
-// Of addresses and UUIDs.
+/// Of addresses and UUIDs.
 void PseudonymMap::addHexForm(const QByteArray& text, const QByteArray& replacement)
 {
     for (Replacements* replacements : {&texts_, &data_, &keys_, &numbers_}) {
@@ -266,7 +266,7 @@ void PseudonymMap::addAddress(const QByteArray& address)
     }
 }
 
-// The forms in IPv6 addresses, and in the multicast groups in which neighbours ask for them.
+/// The forms in IPv6 addresses, and in the multicast groups in which neighbours ask for them.
 void PseudonymMap::addDerivedForms(const QByteArray& device, const QByteArray& replacement)
 {
     for (const char* prefix : {"\x33\x33\xff", "\xff\xfe"}) {

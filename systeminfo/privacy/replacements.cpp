@@ -10,7 +10,7 @@ namespace {
 
 constexpr int manyBytes = 64; // fewer are compared faster than hashed
 
-// In ASCII, whatever the locale.
+/// In ASCII, whatever the locale.
 char lower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
@@ -85,7 +85,7 @@ void Replacements::add(const QByteArray& sequence, const QByteArray& replacement
     }
 }
 
-// The node at whose end a sequence ends.
+/// The node at whose end a sequence ends.
 std::uint32_t Replacements::nodeOf(const QByteArray& sequence, std::uint32_t root)
 {
     std::uint32_t node = root;
@@ -124,7 +124,7 @@ std::uint32_t Replacements::addBelow(std::uint32_t node, const QByteArray& seque
     return nodes_[node].child;
 }
 
-// Leaves a node its first bytes, and moves the others to one below it.
+/// Leaves a node its first bytes, and moves the others to one below it.
 void Replacements::split(std::uint32_t node, int size)
 {
     Node& head = nodes_[node];

@@ -14,7 +14,7 @@ namespace {
 using namespace Privacy;
 using Kind = RecordedValue::Kind;
 
-// Replaces what the collector found.
+/// Replaces what the collector found.
 class Replacer : public RecordingVisitor
 {
 public:
@@ -46,7 +46,7 @@ public:
     }
 
 private:
-    // Under its own key, even a value that is too short for a search elsewhere has a replacement.
+    /// Under its own key, even a value that is too short for a search elsewhere has a replacement.
     QByteArray replaced(const QByteArray& bytes, PrivateKind privateKind, const QByteArray& elsewhere) const
     {
         const bool isOwn = privateKind == PrivateKind::Serial || privateKind == PrivateKind::Address ||
@@ -57,7 +57,7 @@ private:
         return whole == bytes ? elsewhere : whole;
     }
 
-    // Data keeps its zeros, and texts in UTF-16 their byte order.
+    /// Data keeps its zeros, and texts in UTF-16 their byte order.
     QByteArray replacedData(const QByteArray& data, PrivateKind privateKind,
                             const QByteArray& elsewhere) const
     {
@@ -68,7 +68,7 @@ private:
         return withoutParts(whole, privateKind);
     }
 
-    // So has a part of a value, where it stands. What the search has replaced stays.
+    /// So has a part of a value, where it stands. What the search has replaced stays.
     QByteArray withoutParts(const QByteArray& utf8, PrivateKind privateKind) const
     {
         const QString text = QString::fromUtf8(utf8);
@@ -100,7 +100,7 @@ private:
             data, isDisplay, [this](const QByteArray& serial) { return pseudonyms_.replacedWhole(serial); });
     }
 
-    // A number that is known to be private is so under any key.
+    /// A number that is known to be private is so under any key.
     void replaceInteger(RecordedValue& integer) const
     {
         const QByteArray address = addressOf(integer.unsignedNumber());
@@ -118,7 +118,7 @@ private:
     const PseudonymMap& pseudonyms_;
 };
 
-// As a machine lists them: by name, ignoring case.
+/// As a machine lists them: by name, ignoring case.
 void sortVolumes(std::vector<RecordedValue::Item>& volumes)
 {
     const auto nameOf = [](const RecordedValue::Item& volume) {

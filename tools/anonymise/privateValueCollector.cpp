@@ -158,7 +158,7 @@ private:
         }
     }
 
-    // Letters of UTF-16 can begin at even places of data and at odd ones.
+    /// Letters of UTF-16 can begin at even places of data and at odd ones.
     void addWideParts(const QByteArray& data, PrivateKind privateKind)
     {
         for (int start = 0; start < 4 && data.contains('\0'); ++start) {
@@ -186,7 +186,7 @@ private:
         }
     }
 
-    // "0:1c:b3:a:ff:7"
+    /// "0:1c:b3:a:ff:7"
     static QByteArray addressOfText(QString text)
     {
         QByteArray bytes;

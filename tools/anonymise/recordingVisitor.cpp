@@ -11,7 +11,7 @@ namespace {
 using namespace Privacy;
 using Kind = RecordedValue::Kind;
 
-// Bluetooth devices have names that users give.
+/// Bluetooth devices have names that users give.
 bool isBluetoothDevice(const RecordedValue& dictionary)
 {
     const RecordedValue* transport = dictionary.find("Transport");
@@ -25,7 +25,7 @@ PrivateKind privateKindIn(const RecordedValue& dictionary, const QByteArray& key
     return isName && isBluetoothDevice(dictionary) ? PrivateKind::Name : privateKindOf(key);
 }
 
-// Volumes and partitions have users' names; a whole disk has its model's.
+/// Volumes and partitions have users' names; a whole disk has its model's.
 bool isNamedByUser(const RecordedValue& entry)
 {
     const RecordedValue* classes = entry.find("classes");
@@ -38,7 +38,7 @@ bool isNamedByUser(const RecordedValue& entry)
            (whole == nullptr || whole->number == 0);
 }
 
-// Arrays share the kind of their key.
+/// Arrays share the kind of their key.
 void visitValue(RecordedValue& value, PrivateKind privateKind, RecordingVisitor& visitor)
 {
     if (value.kind == Kind::Dictionary) {

@@ -38,7 +38,7 @@ std::optional<Value> sysctlTextValue(const char* name)
     return content ? std::make_optional(textValue(*content)) : std::nullopt;
 }
 
-// The buffer has the size that the section's has: some queries answer in the width that the caller asks for.
+/// The buffer has the size that the section's has: some queries answer in the width that the caller asks for.
 std::optional<Value> sysctlInteger(const char* name, std::size_t width)
 {
     unsigned char buffer[8] = {};
@@ -94,7 +94,7 @@ Value gestaltValues()
     return values;
 }
 
-// Counts are unsigned; the format takes them modulo their size.
+/// Counts are unsigned; the format takes them modulo their size.
 Value count(std::uint64_t number)
 {
     return Value::integer(64, static_cast<std::int64_t>(number));
@@ -147,7 +147,7 @@ Value volumes()
     return list;
 }
 
-// The whole value, however long. Whether it fits the buffer of a section is up to the section.
+/// The whole value, however long. Whether it fits the buffer of a section is up to the section.
 int driverValue(const char* key, QByteArray& value)
 {
     constexpr int largest = 1 << 24;
@@ -193,7 +193,7 @@ Value services()
     CFHolder<CFStringRef> mailApplication;
     if (mailApplicationPath(mailApplication) && mailApplication) {
         Value handlers = Value::dictionary();
-        handlers.add("mailto", Value::text(recordedText(mailApplication.get())));
+        handlers.add(mailScheme, Value::text(recordedText(mailApplication.get())));
         answers.add("urlHandlers", std::move(handlers));
     }
     return answers;

@@ -12,7 +12,7 @@ namespace {
 
 using Kind = RecordedValue::Kind;
 
-// The shortest text that toDouble() reads back as the same number.
+/// The shortest text that toDouble() reads back as the same number.
 QString realText(double number)
 {
     constexpr int alwaysEnough = 17;
@@ -26,7 +26,7 @@ QString realText(double number)
     return QString::fromLatin1(text);
 }
 
-// A byte order mark is a character of the text.
+/// A byte order mark is a character of the text.
 QString decoded(const QByteArray& utf8)
 {
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
@@ -92,7 +92,7 @@ private:
         xml_.writeEndElement();
     }
 
-    // A parser turns a literal carriage return into a line feed.
+    /// A parser turns a literal carriage return into a line feed.
     void writeText(const QString& element, const QByteArray& utf8)
     {
         xml_.writeStartElement(element);

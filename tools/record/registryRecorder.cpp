@@ -48,7 +48,7 @@ std::optional<Value> recordedNumber(CFNumberRef number)
                : std::nullopt;
 }
 
-// Sorted by key: a dictionary has no order of its own.
+/// Sorted by key: a dictionary has no order of its own.
 Value recordedDictionary(CFDictionaryRef dictionary, int depth)
 {
     Value result = Value::dictionary();
@@ -78,7 +78,7 @@ Value recordedArray(CFArrayRef array, int depth)
     return result;
 }
 
-// Nothing for what a recording cannot hold: dates, sets, values that nest too deep.
+/// Nothing for what a recording cannot hold: dates, sets, values that nest too deep.
 std::optional<Value> recordedValue(CFTypeRef object, int depth)
 {
     const CFTypeID type = CFGetTypeID(object);
@@ -103,8 +103,8 @@ std::optional<Value> recordedValue(CFTypeRef object, int depth)
     return std::nullopt;
 }
 
-// The system may cut a name inside a character. This completes it with some character that the system cuts to the same
-// bytes.
+/// The system may cut a name inside a character. This completes it with some character that the system cuts to the same
+/// bytes.
 QByteArray withWholeEnd(const QByteArray& name)
 {
     for (const char* missing : {"", "\x80", "\x80\x80", "\xa0\x80", "\x80\x80\x80", "\x90\x80\x80"}) {
@@ -131,7 +131,7 @@ std::uint64_t registryEntryId(const IoEntry& entry)
     return IORegistryEntryGetRegistryEntryID(entry.get(), &identity) == KERN_SUCCESS ? identity : 0;
 }
 
-// The class that the recorded entry passes for, null for none.
+/// The class that the recorded entry passes for, null for none.
 const QByteArray* overridingClass(const Value& properties)
 {
     const Value* const name = properties.find("IOClassNameOverride");
@@ -140,7 +140,7 @@ const QByteArray* overridingClass(const Value& properties)
     return isUsed ? &name->bytes : nullptr;
 }
 
-// Names of classes in the order in which they were added, each once.
+/// Names of classes in the order in which they were added, each once.
 class ClassNames
 {
 public:
@@ -175,8 +175,8 @@ private:
     QSet<QByteArray> known_;
 };
 
-// The classes of entries. For those that sections ask for, it asks as the sections do: a system lists some entries of a
-// class and not others, and an entry conforms to the class that it passes for.
+/// The classes of entries. For those that sections ask for, it asks as the sections do: a system lists some entries of a
+/// class and not others, and an entry conforms to the class that it passes for.
 class Classes
 {
 public:
@@ -209,7 +209,7 @@ public:
     }
 
 private:
-    // The classes that sections find the entry to be of. Removes the others from the names.
+    /// The classes that sections find the entry to be of. Removes the others from the names.
     std::vector<const char*> askedClassesOf(const IoEntry& entry, const QByteArray* overriding,
                                             ClassNames& names)
     {
@@ -242,7 +242,7 @@ private:
         }
     }
 
-    // Adds a class and its superclasses, up to one that is there already.
+    /// Adds a class and its superclasses, up to one that is there already.
     void addFrom(CFStringRef className, ClassNames& names)
     {
         for (QByteArray name = recordedText(className); !names.contains(name);
@@ -255,7 +255,7 @@ private:
         }
     }
 
-    // Looks up each class once; null for no superclass.
+    /// Looks up each class once; null for no superclass.
     CFStringRef superclassOf(CFStringRef className, const QByteArray& name)
     {
         auto known = superclasses_.find(name.toStdString());
@@ -272,7 +272,7 @@ private:
     std::unordered_map<std::string, CFHolder<CFStringRef>> superclasses_;
 };
 
-// Walks the registry depth first, with its own stack.
+/// Walks the registry depth first, with its own stack.
 class RegistryWalk
 {
 public:
