@@ -366,7 +366,7 @@ QByteArray PseudonymMap::replacedWhole(const QByteArray& value) const
 
 QByteArray PseudonymMap::inText(const QByteArray& utf8) const
 {
-    const QByteArray result = texts_.replaced(utf8);
+    QByteArray result = texts_.replaced(utf8);
     const QString text = QString::fromUtf8(result);
     if (text.size() == result.size()) {
         return result; // ASCII

@@ -61,7 +61,7 @@ private:
     QByteArray replacedData(const QByteArray& data, PrivateKind privateKind,
                             const QByteArray& elsewhere) const
     {
-        const QByteArray whole = replaced(data, privateKind, elsewhere);
+        QByteArray whole = replaced(data, privateKind, elsewhere);
         if (whole != elsewhere || data.contains('\0') || textsIn(data).isEmpty()) {
             return whole;
         }
