@@ -62,7 +62,7 @@ struct EntryFormat
     bool isVolatile = false;
 };
 
-/// How the blocks of a section are told apart.
+/// What distinguishes the blocks of a section.
 struct BlockFormat
 {
     const char*

@@ -52,7 +52,7 @@ private:
     QSurface* const surface_;
 };
 
-/// Whether Qt can be asked for OpenGL, and a QGLWidget made, without the end of the process.
+/// Whether Qt answers about OpenGL, and makes a QGLWidget, without ending the process.
 bool mayUseOpenGL()
 {
     return Internal::mayUseWidgets() && !QGuiApplication::screens().isEmpty();
