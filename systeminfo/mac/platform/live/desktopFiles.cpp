@@ -119,7 +119,7 @@ Names defaultNames(const QByteArray& type)
 std::optional<QByteArray> firstDesktopFile(const Names& names)
 {
     for (const QByteArray& name : names) {
-        if (const auto path = desktopFilePath(name)) {
+        if (auto path = desktopFilePath(name)) {
             return path;
         }
     }
@@ -157,7 +157,7 @@ std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
         return std::nullopt;
     }
     const QByteArray type = "x-scheme-handler/" + scheme.toLower();
-    const auto path = firstDesktopFile(defaultNames(type));
+    auto path = firstDesktopFile(defaultNames(type));
     return path ? path : firstDesktopFile(associatedNames(type));
 }
 
