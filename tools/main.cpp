@@ -8,6 +8,7 @@
 #include "tools/record/recorder.h"
 #include "tools/record/recordingWriter.h"
 #include "tools/recordings.h"
+#include "tools/sectionList.h"
 #include "tools/sections.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -21,6 +22,7 @@
 #include <clocale>
 #include <memory>
 #include <new>
+#include <unistd.h>
 
 namespace norvex::Tool {
 
@@ -103,13 +105,16 @@ private:
     std::unique_ptr<QCoreApplication> application_;
 };
 
-QString sectionNames()
+/// Descriptions are for a person who reads them on a terminal.
+ListStyle listStyle(const Options& options)
 {
-    QString text;
-    for (const SectionInfo& section : namedSections()) {
-        text += QLatin1String(section.name) + QLatin1Char('\n');
+    const bool isRead = !options.outputFile && isatty(STDOUT_FILENO) == 1;
+    if (!isRead) {
+        return ListStyle::Names;
     }
-    return text;
+    const QByteArray terminal = qgetenv("TERM");
+    const bool hasBold = qEnvironmentVariableIsEmpty("NO_COLOR") && !terminal.isEmpty() && terminal != "dumb";
+    return hasBold ? ListStyle::BoldNames : ListStyle::Descriptions;
 }
 
 QString report(const Options& options)
@@ -185,7 +190,7 @@ int run(const Options& options, Output& output, char* programName)
     } else if (options.action == Action::ShowVersion) {
         text = "norvex-systeminfo " + SystemInfo::libVersionString().toUtf8() + '\n';
     } else if (options.action == Action::ListSections) {
-        text = sectionNames().toUtf8();
+        text = sectionList(listStyle(options)).toUtf8();
     } else {
         if (options.recording && !answerFromRecording(QFile::decodeName(*options.recording), errorMessage)) {
             return fail(errorMessage);

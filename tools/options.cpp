@@ -43,7 +43,9 @@ const OptionRow optionRows[] = {
     {sectionOption, "section", "NAME",
      "print this section only; given several times, the sections\n"
      "in that order, with nothing between them"},
-    {listSectionsOption, "list-sections", nullptr, "print the names of all sections"},
+    {listSectionsOption, "list-sections", nullptr,
+     "print the names of all sections; on a terminal also what\n"
+     "they hold"},
     {machineOption, "machine", "FILE",
      "let the Macintosh section describe the machine that was\n"
      "recorded in FILE; all others describe the machine at hand"},

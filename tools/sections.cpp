@@ -39,7 +39,7 @@ const QVector<SectionInfo>& namedSections()
     static const SectionInfo macintosh = {"macintosh",
                                           ReportHalf::Macintosh,
                                           0,
-                                          "all sections of this half",
+                                          "the whole Macintosh section, with its separators",
                                           {},
                                           SectionThread::Any,
                                           SectionApplication::None,
