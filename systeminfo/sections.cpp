@@ -4,6 +4,8 @@
 #include "systeminfo/reportHalf.h"
 #include "systeminfo/scanOpenGLInfo.h"
 
+#include <algorithm>
+
 namespace norvex::SystemInfo {
 
 namespace {
@@ -98,11 +100,6 @@ QVector<SectionInfo> makeSections()
     return table;
 }
 
-bool isOpenGL(const SectionInfo& section)
-{
-    return section.text == openGL;
-}
-
 } // namespace
 
 const QVector<SectionInfo>& sections()
@@ -111,20 +108,27 @@ const QVector<SectionInfo>& sections()
     return table;
 }
 
-QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL,
-                             const QVector<SectionInfo>& table)
+QVector<SectionInfo> Internal::sectionsWithoutOpenGL()
+{
+    QVector<SectionInfo> table = sections();
+    const auto isOpenGL = [](const SectionInfo& section) { return section.text == openGL; };
+    table.erase(std::remove_if(table.begin(), table.end(), isOpenGL), table.end());
+    return table;
+}
+
+QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, const QVector<SectionInfo>& table)
 {
     QString text = QLatin1String(frame.banner) + frame.newLine;
-    int group = 0;
+    const SectionInfo* previous = nullptr;
     for (const SectionInfo& section : table) {
-        if (section.half != half || (isOpenGL(section) && !withOpenGL)) {
+        if (section.half != half) {
             continue;
         }
-        if (section.group != group) {
+        if (previous != nullptr && section.group != previous->group) {
             text += frame.separator;
-            group = section.group;
         }
         text += section.text();
+        previous = &section;
     }
     return text + frame.separator;
 }

@@ -11,8 +11,8 @@ _norvex_systeminfo() {
   fi
 
   case $previous in
-    --section) expected=sections ;;
-    --machine | --output | -o | --record) expected=files ;;
+    --section | --without) expected=sections ;;
+    --read | --machine | --compare | --output | -o | --record) expected=files ;;
     --identify) [[ $current == -* ]] || expected=files ;;
   esac
 
@@ -23,8 +23,9 @@ _norvex_systeminfo() {
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       ;;
     options)
-      mapfile -t COMPREPLY < <(compgen -W '--no-opengl --section --list-sections --machine --output --identify
-        --skip-braced --json --record --anonymous --help --version' -- "$current")
+      mapfile -t COMPREPLY < <(compgen -W '--read --machine --section --without --no-opengl
+        --list-sections --json --summary --redact --compare --all --identify --skip-braced --output --record
+        --anonymous --help --version' -- "$current")
       ;;
   esac
 }

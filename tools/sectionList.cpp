@@ -10,15 +10,6 @@ using SystemInfo::SectionInfo;
 
 namespace {
 
-QString names()
-{
-    QString text;
-    for (const SectionInfo& section : namedSections()) {
-        text += QLatin1String(section.name) + QLatin1Char('\n');
-    }
-    return text;
-}
-
 QStringList topics()
 {
     QStringList topics;
@@ -29,7 +20,18 @@ QStringList topics()
     return topics;
 }
 
-QString descriptions(const QString& bold, const QString& plain)
+} // namespace
+
+QString sectionList()
+{
+    QString text;
+    for (const SectionInfo& section : namedSections()) {
+        text += QLatin1String(section.name) + QLatin1Char('\n');
+    }
+    return text;
+}
+
+QString describedSectionList(const Painter& painter)
 {
     const int gap = 2;
     int width = 0;
@@ -39,23 +41,11 @@ QString descriptions(const QString& bold, const QString& plain)
     QString text;
     for (const SectionInfo& section : namedSections()) {
         const QString name = QLatin1String(section.name);
-        text += bold + name + plain + QString(width - name.size(), QLatin1Char(' ')) +
+        text += painter.painted(name, Style::Heading) + QString(width - name.size(), QLatin1Char(' ')) +
                 QLatin1String(section.description) + QLatin1Char('\n');
     }
     return text + QStringLiteral("\nA topic stands for all its sections: %1\n")
                       .arg(topics().join(QStringLiteral(", ")));
-}
-
-} // namespace
-
-QString sectionList(ListStyle style)
-{
-    switch (style) {
-    case ListStyle::Names: return names();
-    case ListStyle::Descriptions: return descriptions(QString(), QString());
-    case ListStyle::BoldNames: break;
-    }
-    return descriptions(QStringLiteral("\x1b[1m"), QStringLiteral("\x1b[0m"));
 }
 
 } // namespace norvex::Tool
