@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What bash offers behind "norvex-systeminfo": options, the names of sections, files.
+# What bash offers behind "norvex-systeminfo": options, the names of sections, topics, files.
 
 _norvex_systeminfo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} expected=options
@@ -13,11 +13,17 @@ _norvex_systeminfo() {
   case $previous in
     --section | --without) expected=sections ;;
     --read | --machine | --compare | --output | -o | --record) expected=files ;;
-    --identify) [[ $current == -* ]] || expected=files ;;
+    *)
+      # Other words than options are the reports of these two.
+      [[ $current == -* || " ${COMP_WORDS[*]:1:COMP_CWORD-1} " != *\ --@(identify|compare)\ * ]] || expected=files
+      ;;
   esac
 
   case $expected in
-    sections) mapfile -t COMPREPLY < <(compgen -W "$("$1" --list-sections 2>/dev/null)" -- "$current") ;;
+    sections)
+      mapfile -t COMPREPLY < <(compgen -W "$("$1" --list-sections 2>/dev/null) system cpu memory disks volumes network
+        graphics usb serial screens printers environment opengl" -- "$current")
+      ;;
     files)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
