@@ -71,6 +71,13 @@ if(TARGET norvex-systeminfo)
     DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT norvexTool)
   install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.bash RENAME norvex-systeminfo
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions COMPONENT norvexTool)
+  install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.fish RENAME norvex-systeminfo.fish
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/fish/vendor_completions.d COMPONENT norvexTool)
+  # Debian's zsh looks for those of its packages, which consist of components, at another place.
+  install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.zsh RENAME _norvex-systeminfo
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions COMPONENT norvexToolUnpackaged)
+  install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.zsh RENAME _norvex-systeminfo
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions COMPONENT norvexTool EXCLUDE_FROM_ALL)
   # The documents that the man page names.
   install(FILES ${PROJECT_SOURCE_DIR}/docs/report-format.md ${PROJECT_SOURCE_DIR}/docs/recording-format.md
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/norvex-systeminfo COMPONENT norvexTool)

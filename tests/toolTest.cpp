@@ -115,6 +115,14 @@ void ToolTest::addUsageRows()
     ROW("section of a list", "$TOOL --list-sections --section openGL", 2, "", "--list-sections goes");
     ROW("section to identify", "$TOOL --identify --section network", 2, "", "exclude each other");
     ROW("machine to identify", "$TOOL --machine mac.plist --identify", 2, "", "exclude each other");
+    ROW("list on a terminal",
+        "for i in TERM=xterm 'TERM=xterm NO_COLOR=1' TERM=dumb; do "
+        "env $i script -qec '$TOOL --list-sections' /dev/null | tr -d '\\r' | sed -n 2p; done\n"
+        "script -qec '$TOOL --list-sections -o f' /dev/null; head -n 2 f",
+        0,
+        "\x1b\\[1mosVersion\x1b\\[0m {2,}version and .*\n(osVersion {2,}version and "
+        ".*\n){2}macintosh\nosVersion\n",
+        "");
     ROW("JSON report", "$TOOL --json", 2, "", "--json goes with --identify");
     ROW("braces in a report", "$TOOL --skip-braced", 2, "", "--skip-braced goes with --identify");
 
