@@ -1,8 +1,7 @@
 #include "viewer/document.h"
-#include "viewer/findBar.h"
 #include "viewer/machineReport.h"
 #include "viewer/mainWindow.h"
-#include "viewer/outlineModel.h"
+#include "viewer/recordings.h"
 #include "viewer/reportTab.h"
 #include "viewer/reportTextView.h"
 #include "viewer/textSearch.h"
@@ -15,6 +14,7 @@
 
 #include <memory>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace norvex;
@@ -52,6 +52,45 @@ QStringList sectionNames(const QString& report)
         names += section.name();
     }
     return names;
+}
+
+/// How long the event loop was kept waiting at most.
+class FreezeWatch : public QObject
+{
+public:
+    FreezeWatch()
+    {
+        since_.start();
+        startTimer(5);
+    }
+
+    qint64 longest() const { return longest_; }
+
+protected:
+    void timerEvent(QTimerEvent* /*event*/) override { longest_ = std::max(longest_, since_.restart()); }
+
+private:
+    QElapsedTimer since_;
+    qint64 longest_ = 0;
+};
+
+#if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+const bool isOptimised = true;
+#else
+const bool isOptimised = false;
+#endif
+const int hugeSize = isOptimised ? 64 << 20 : 2 << 20;
+
+/// The bytes that this process had in memory at most.
+qint64 mostMemory()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+#ifdef __APPLE__
+    return usage.ru_maxrss;
+#else
+    return usage.ru_maxrss * 1024LL;
+#endif
 }
 
 } // namespace
@@ -98,10 +137,12 @@ private slots:
         row("JSON that breaks off", json.left(json.size() / 2), QString::fromUtf8(json.left(json.size() / 2)),
             "JSON");
         row("JSON of something else", "{\"a\": 1}", "{\"a\": 1}", "no report");
-        row("recording", contentOf(recording), QString::fromUtf8(contentOf(recordingText)),
-            "recorded machine");
-        row("no recording", "<plist version='1.0'><x/></plist>", "<plist version='1.0'><x/></plist>",
-            "no recording");
+        if (canReadRecordings()) {
+            row("recording", contentOf(recording), QString::fromUtf8(contentOf(recordingText)),
+                "recorded machine");
+            row("no recording", "<plist version='1.0'><x/></plist>", "<plist version='1.0'><x/></plist>",
+                "no recording");
+        }
         row("bytes of a program",
             QByteArray("\x7f"
                        "ELF\0\0\n\r\n\0",
@@ -374,6 +415,63 @@ private slots:
         text->selection(0, &begin, &end);
         QCOMPARE(tab()->selectedText(false), QString("Model"));
         QCOMPARE(begin, model);
+    }
+
+    void hugeTexts_data()
+    {
+        QTest::addColumn<QByteArray>("pattern");
+        QTest::newRow("a report of many lines") << contentOf(macintosh);
+        QTest::newRow("a single line") << QByteArray("Label: some words \xc3\xa4, \t and so on, ");
+        QTest::newRow("lines of a character") << QByteArray("a\n");
+    }
+
+    /// What the window promises for any text, measured with the machine's other work.
+    void hugeTexts()
+    {
+        QFETCH(QByteArray, pattern);
+        const QString name = write("huge", pattern.repeated(hugeSize / pattern.size()));
+        FreezeWatch watch;
+        QElapsedTimer timer;
+        timer.start();
+        window_->openFile(name);
+        QTRY_VERIFY_WITH_TIMEOUT(!tab()->shown().isNull(), 20000);
+        tab()->view()->viewport()->repaint();
+        const qint64 firstPage = timer.elapsed();
+        ReportTextView& view = *tab()->view();
+        QVector<qint64> steps;
+        const auto step = [&](const std::function<void()>& act) {
+            timer.start();
+            act();
+            view.viewport()->repaint();
+            steps.append(timer.elapsed());
+            QCoreApplication::processEvents();
+        };
+        for (int i = 0; i < 20; ++i) {
+            step([&] { QTest::keyClick(&view, Qt::Key_PageDown); });
+            step([&] { view.verticalScrollBar()->setValue(view.verticalScrollBar()->maximum() / 20 * i); });
+            step([&] {
+                view.horizontalScrollBar()->setValue(view.horizontalScrollBar()->maximum() / 20 * i);
+            });
+        }
+        step([&] { QTest::keyClick(&view, Qt::Key_End, Qt::ControlModifier); });
+        QCOMPARE(view.cursor(), view.lines().text().size());
+        QVERIFY(view.viewport()->rect().intersects(view.characterRect(view.cursor())));
+        QTRY_VERIFY_WITH_TIMEOUT(tab()->shown().outline != nullptr, 60000);
+        trigger("find");
+        child<QLineEdit>("find")->setText("a");
+        QTRY_VERIFY_WITH_TIMEOUT(tab()->search()->isFinished(), 20000);
+        QCOMPARE(tab()->search()->count(), int(QString::fromUtf8(pattern).count("a", Qt::CaseInsensitive)) *
+                                               (hugeSize / pattern.size()));
+        step([&] { QTest::keyClick(window_.get(), Qt::Key_F3); });
+        step([&] { QTest::keyClick(window_.get(), Qt::Key_F3, Qt::ShiftModifier); });
+        std::sort(steps.begin(), steps.end());
+        QVERIFY2(firstPage < 2000, qPrintable(QString::number(firstPage)));
+        QVERIFY2(steps.at(steps.size() * 9 / 10) <= 50,
+                 qPrintable(QString::number(steps.at(steps.size() * 9 / 10))));
+        QVERIFY2(watch.longest() <= 200, qPrintable(QString::number(watch.longest())));
+        if (isOptimised) {
+            QVERIFY2(mostMemory() < 8 * 2 * qint64(hugeSize), qPrintable(QString::number(mostMemory())));
+        }
     }
 
 private:
