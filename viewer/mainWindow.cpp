@@ -45,7 +45,6 @@ namespace {
 enum CentrePage { EmptyPage, TabsPage };
 
 const int mostRecentFiles = 10;
-const int messageMs = 6000;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
 const char openFilesKey[] = "openFiles";
@@ -385,7 +384,11 @@ void MainWindow::addTab(Document* document)
             [this, tab](ReportTab::Direction direction) { searchEnded(tab, direction); });
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
-    connect(tab->document(), &Document::progressed, workProgress_, &QProgressBar::setValue);
+    connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
+        if (tab == currentTab()) {
+            workProgress_->setValue(percent);
+        }
+    });
     const int index = tabs_->addTab(tab, QString());
     tabs_->setCurrentIndex(index);
     if (findBar_->isVisible()) {
