@@ -304,6 +304,16 @@ private slots:
         QCOMPARE(selected(), QString("pha b"));
     }
 
+    /// Where a long line is laid out in pieces, a character and its mark stay together.
+    void longLine()
+    {
+        openAndWait(write("long", QByteArray(511, 'x') + "e\xcc\x81"
+                                                         "y"));
+        tab()->view()->setCursorAt(511, false);
+        QTest::keyClick(tab()->view(), Qt::Key_Right, Qt::ShiftModifier);
+        QCOMPARE(tab()->selectedText(false), QString::fromUtf8("e\xcc\x81"));
+    }
+
     void find()
     {
         openAndWait(macintosh);
