@@ -172,7 +172,6 @@ private slots:
         QCOMPARE(document.notices().isEmpty(), notice.isEmpty());
         QVERIFY2(document.notices().join('\n').contains(notice), qPrintable(document.notices().join('\n')));
         QCOMPARE(child<QLabel>("notice")->isVisible(), !notice.isEmpty());
-        grab();
     }
 
     void unreadable()
@@ -335,7 +334,6 @@ private slots:
         QCOMPARE(child<QLabel>("findResult")->text(), QString("Hit 2 of 9, 13 in all tabs"));
         QTest::keyClicks(child<QLineEdit>("find"), "?");
         QTRY_COMPARE(child<QLabel>("findResult")->text(), QString("No hit"));
-        grab();
         QTest::keyClick(child<QLineEdit>("find"), Qt::Key_Escape);
         QVERIFY(!child<QLineEdit>("find")->isVisible());
         QVERIFY(tab()->view()->hasFocus());
@@ -555,16 +553,6 @@ private:
             }
         }
         return QModelIndex();
-    }
-
-    /// A picture of the window, for whoever wants to look: NORVEX_PICTURES names a folder.
-    void grab() const
-    {
-        const QString pictures = QFile::decodeName(qgetenv("NORVEX_PICTURES"));
-        if (!pictures.isEmpty()) {
-            window_->grab().save(
-                QString("%1/%2-%3.png").arg(pictures, QTest::currentTestFunction(), QTest::currentDataTag()));
-        }
     }
 
     QTemporaryDir folder_;

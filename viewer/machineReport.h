@@ -14,9 +14,9 @@
 namespace norvex {
 namespace Viewer {
 
-/// Makes this machine's report without keeping the window waiting: the sections that any thread may make beside it, the
-/// others one by one between events, and the printers in a process of their own, because a silent print server holds its
-/// caller for minutes. Deleting it ends all that.
+/// Makes this machine's report without keeping the window waiting: the sections that any thread may make beside it,
+/// the others one by one between events, and the printers in a process of their own, because a silent print server
+/// holds its caller for minutes. Deleting it ends all that.
 class MachineReport : public QObject
 {
     Q_OBJECT
@@ -60,8 +60,8 @@ private:
     bool isFinished_ = false;
 };
 
-/// Whether the arguments ask this program for a section in place of a window, as MachineReport starts it. If so, it is
-/// printed.
+/// Whether the arguments ask this program for a section in place of a window, as MachineReport starts it. If so, it
+/// is printed.
 bool answersSection(int argc, char* argv[]);
 
 } // namespace Viewer

@@ -18,9 +18,9 @@ struct FileContent
     bool isRecording = false;
 };
 
-/// Reads a file: text in UTF-8 or, with a byte-order mark, in UTF-16, the JSON of a report, or the recording of a machine,
-/// of which it makes the Macintosh half. What only passes for JSON or a recording is text, with a notice. A byte-order
-/// mark is no part of the text, and U+FFFD stands for bytes that are none. Any thread.
+/// Reads a file: text in UTF-8 or, with a byte-order mark, in UTF-16, the JSON of a report, or the recording of a
+/// machine, of which it makes the Macintosh half. What only passes for JSON or a recording is text, with a notice.
+/// A byte-order mark is no part of the text, and U+FFFD stands for bytes that are none. Any thread.
 FileContent readReportFile(const QString& fileName, const JobControl& control);
 
 /// Text of bytes, as readReportFile() decodes them.

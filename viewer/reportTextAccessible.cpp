@@ -127,7 +127,8 @@ QString ReportTextAccessible::lineText(int line, int* begin, int* end) const
     return text(*begin, *end);
 }
 
-/// The piece of that kind at a place, in front of it or behind it. What is smaller than a line is looked for in the line.
+/// The piece of that kind at a place, in front of it or behind it. What is smaller than a line is looked for in the
+/// line.
 QString ReportTextAccessible::byBoundary(int offset, QAccessible::TextBoundaryType type, int* begin, int* end,
                                          int step) const
 {

@@ -16,9 +16,9 @@ namespace Viewer {
 
 class TextSearch;
 
-/// The lines of a report, of which it lays out only those that it shows: a text of any length, also in a single line, is
-/// there at once. Text can be selected with the mouse and the keys, not changed. Every character is as it stands in the
-/// text; those that do not print are shown by symbols.
+/// The lines of a report, of which it lays out only those that it shows: a text of any length, also in a single
+/// line, is there at once. Text can be selected with the mouse and the keys, not changed. Every character is as it
+/// stands in the text; those that do not print are shown by symbols.
 class ReportTextView : public QAbstractScrollArea
 {
     Q_OBJECT

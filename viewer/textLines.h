@@ -6,8 +6,8 @@
 namespace norvex::Viewer {
 
 /// The lines of a text, and the columns that its characters take in a fixed-width font: none for marks that stand on
-/// another character, two for the wide characters of East Asia, eight at most for a tabulator, one for all others. Looking
-/// something up takes the same short time however long the text or its lines are.
+/// another character, two for the wide characters of East Asia, eight at most for a tabulator, one for all others.
+/// Looking something up takes the same short time however long the text or its lines are.
 ///
 /// An offset is a place in the text in UTF-16 code units.
 class TextLines
@@ -46,8 +46,8 @@ private:
     int mostColumns_ = 0;
 };
 
-/// The first place not in front of `offset` at which a text can be cut in two: no character's halves nor a mark and its
-/// character are separated.
+/// The first place not in front of `offset` at which a text can be cut in two: no character's halves nor a mark and
+/// its character are separated.
 int cutAt(const QString& text, int offset, int end);
 
 } // namespace norvex::Viewer
