@@ -221,7 +221,7 @@ NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 
 /// Asks `statfs` about the file system that holds a path.
 /// @param path in any form that the file system takes; passed in UTF-8
-/// @param info filled on success, undefined otherwise
+/// @param info filled on success, undefined otherwise; null fails
 /// @return whether `statfs` succeeded
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
