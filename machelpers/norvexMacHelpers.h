@@ -13,7 +13,9 @@
 /// absolutePathForAppBundleWithIdentifier, and libplist, behind getValueForKeyInPropertyList.
 ///
 /// On Linux the functions use that system's counterparts of the macOS services. Each description says what
-/// differs. Only absolutePathForAppBundleWithIdentifier leaves a thread behind there.
+/// differs. Only absolutePathForAppBundleWithIdentifier leaves a thread behind there. A file system of a server or of a
+/// program (NFS, FUSE) that does not answer for 2 seconds counts as a failure there, but not to executeWithAuthorization,
+/// which waits as long as the file system does. On macOS nothing limits that time.
 
 /// @name App Nap
 /// Both variables are zero at load. disableAppNap and enableAppNap write them without a lock, so do not run
