@@ -508,6 +508,7 @@ void PlatformTest::fileSystems()
              "/" + QByteArray("m").repeated(1021) + '\xc3'); // cut in a letter
     QCOMPARE(getFileSystemCaseSensitivity(path), 2);
     QVERIFY(!getFileSystemInfo("/Volumes/other", &record));
+    QVERIFY(!getFileSystemInfo(path, nullptr));
 }
 
 QTEST_GUILESS_MAIN(PlatformTest)
