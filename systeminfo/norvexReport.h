@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// A report as a document: its sections, blocks and entries, JSON, and what differs between two reports.
+/// A report as a document: its sections, blocks and entries, JSON, what differs between two reports, and a report
+/// without its private values.
 ///
 /// Any text is a document. What this library or its Windows counterpart wrote is recognised; everything else
 /// keeps its lines. CReport::text() gives back the text that CReport::fromText() took, whatever it holds.
@@ -23,6 +24,7 @@
 
 #include "norvexExport.h"
 
+#include <QScopedPointer>
 #include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
@@ -33,6 +35,8 @@ QT_FORWARD_DECLARE_CLASS(QJsonDocument)
 namespace norvex {
 namespace SystemInfo {
 
+class CRedactorPrivate;
+class CReport;
 class CReportBlock;
 class CReportDifferencePrivate;
 class CReportEntry;
@@ -210,6 +214,28 @@ private:
     QSharedDataPointer<CReportDifferencePrivate> d;
 };
 
+/// The private values of reports and the fixed forms that stand for them, as docs/privacy.md describes them. Reports
+/// that share a redactor have one form for one value. It keeps the values, so it is as private as the reports. One
+/// redactor must not be used by two threads at once.
+class NORVEX_SYSTEMINFO_EXPORT CRedactor
+{
+public:
+    CRedactor();
+    ~CRedactor();
+
+    /// Learns the private values of a report. CReport::redacted() does so itself; call this first for each of several
+    /// reports, so that a value that only one of them gives away is replaced in all of them, and so that no form
+    /// that stands in one of them already gets a second meaning. After a std::bad_alloc the redactor still replaces
+    /// what it knew before.
+    void collect(const CReport& report);
+
+private:
+    Q_DISABLE_COPY(CRedactor)
+    friend class CReport;
+
+    QScopedPointer<CRedactorPrivate> d;
+};
+
 /// A report.
 class NORVEX_SYSTEMINFO_EXPORT CReport
 {
@@ -265,7 +291,19 @@ public:
     /// do not count. Of what was added or removed as a whole the parts are not listed.
     QVector<CReportDifference> compare(const CReport& newer) const;
 
+    /// The report without its private values: each is replaced by a visible, fixed form, such as "SERIAL-1". Everything
+    /// else stays to the character, and so does the number of lines, so that two reports can be shown line by line. A
+    /// report that is redacted already stays as it is. In sections that are not in the table
+    /// (CReportSection::isKnown()), known values and what its shape gives away is replaced; a person should read them.
+    /// It takes time in proportion to the text.
+    /// @param redactor learns the values of this report and has those of others; not owned. Null: one for this report
+    ///        alone
+    /// @return the report; a null one for a null report
+    CReport redacted(CRedactor* redactor = nullptr) const;
+
 private:
+    friend class CRedactor;
+
     QSharedDataPointer<CReportPrivate> d;
 };
 

@@ -3,6 +3,8 @@
 #include <QRegularExpression>
 #include <QSet>
 
+#include <algorithm>
+
 namespace norvex::Privacy {
 
 namespace {
@@ -11,7 +13,7 @@ using Words = QSet<QString>;
 
 Words words(const char* blankSeparated)
 {
-    const QStringList list = QString::fromLatin1(blankSeparated).split(QLatin1Char(' '));
+    const QStringList list = QString::fromUtf8(blankSeparated).split(QLatin1Char(' '));
     Words all;
     for (const QString& word : list) {
         all.insert(word);
@@ -38,9 +40,10 @@ QString lettersOf(const QString& name)
 
 bool isCommonName(const QString& name)
 {
-    static const Words common = words("root admin administrator guest shared nobody daemon localhost "
-                                      "localdomain workgroup local lan internal ubuntu debian fedora "
-                                      "127.0.0.1 ::1 ip6-localhost");
+    static const Words common =
+        words("root admin administrator guest shared nobody daemon localhost "
+              "localdomain workgroup local lan internal public default ubuntu debian fedora "
+              "127.0.0.1 ::1 ip6-localhost");
     const QString lower = name.toLower();
     return common.contains(lower) || lower.startsWith(QLatin1String("localhost."));
 }
@@ -65,6 +68,24 @@ bool isCommonFolder(const QString& folder)
         "documents downloads library movies music pictures sites templates videos applications "
         "bin sbin lib src tmp opt usr var etc snap go local config cache mount mounts fs");
     return common.contains(lettersOf(folder)) || folder.startsWith(QLatin1Char('.'));
+}
+
+bool isCommonHome(const QString& path)
+{
+    static const Words common = words("/ /root /var/root /private/var/root /nonexistent /var/empty");
+    return path.isEmpty() || common.contains(path);
+}
+
+bool isHomeFolder(const QString& folder)
+{
+    static const Words common = words("desktop documents downloads library movies music pictures public "
+                                      "sites templates videos applications "
+                                      ".local .config .cache .trash .var .ssh .gnupg .fonts .icons .themes "
+                                      "share state bin lib app data config cache "
+                                      "appdata local locallow roaming temp caches preferences fonts "
+                                      "containers logs frameworks .. . \xe2\x80\xa6");
+    return common.contains(folder.toLower()) || folder == QLatin1String("Application Support") ||
+           folder == QLatin1String("Group Containers") || folder.isEmpty();
 }
 
 bool isDiskName(const QString& name)
@@ -103,6 +124,50 @@ bool isPropertyKey(const QString& word)
               "statfs pathconf errno subsystem target interface endpoint power clock memory audio video "
               "graphics network wireless keyboard mouse root user host disk");
     return common.contains(word);
+}
+
+bool isTechnicalWord(const QString& name)
+{
+    static const Words common = words("intel amd nvidia ati radeon geforce apple samsung sandisk toshiba "
+                                      "seagate hitachi western digital logitech "
+                                      "microsoft google dell lenovo asus acer sony crucial micron qualcomm "
+                                      "broadcom realtek marvell mediatek generic "
+                                      "linux darwin windows macos macosx mac macintosh kernel build release "
+                                      "debug unknown true false yes none all "
+                                      "free used total avail available size blocks block nodes node mount "
+                                      "from enabled disabled left right server "
+                                      "client desktop laptop notebook computer workstation machine printer "
+                                      "scanner print screen monitor card sound "
+                                      "core cores processor cpu drive ssd hdd raid boot system test testing "
+                                      "home temp qt opengl mesa driver "
+                                      "adapter controller ethernet wifi router gateway switch modem standard "
+                                      "primary secondary master main media "
+                                      "volume label partition label value domain serial name names number "
+                                      "numbers time date day language country "
+                                      "library libraries application applications program programs file "
+                                      "files folder folders share shares public "
+                                      "private work office cloud storage web mail mailer print base engine "
+                                      "core air book studio air plus ultra "
+                                      "lite basic advanced express connect sensor light camera video audio "
+                                      "music photo photos picture pictures");
+    const QString lower = name.toLower();
+    return common.contains(lower) || isPropertyKey(lower) || isModelName(lower) || isCommonFolder(lower) ||
+           isHomeFolder(lower);
+}
+
+bool isNoSerialNumber(const QString& text)
+{
+    static const QStringList texts = {QStringLiteral("to be filled by o.e.m."),
+                                      QStringLiteral("default string"),
+                                      QStringLiteral("system serial number"),
+                                      QStringLiteral("not specified"),
+                                      QStringLiteral("not available"),
+                                      QStringLiteral("not applicable"),
+                                      QStringLiteral("unknown"),
+                                      QStringLiteral("none"),
+                                      QStringLiteral("n/a")};
+    const auto tells = [](QChar c) { return c.isLetterOrNumber() && c != QLatin1Char('0'); };
+    return std::none_of(text.begin(), text.end(), tells) || texts.contains(text.trimmed().toLower());
 }
 
 } // namespace norvex::Privacy

@@ -13,11 +13,21 @@ bool isCommonName(const QString& name);
 bool isCommonLabel(const QString& label);
 /// Of a folder that systems and servers make: "Users", "export", "Documents".
 bool isCommonFolder(const QString& folder);
+/// Of a home folder that no person has: "/root".
+bool isCommonHome(const QString& path);
+/// Of a folder that systems make in homes: "Desktop", ".local".
+bool isHomeFolder(const QString& folder);
 /// What the kernel calls a disk or its partition: "sda1", "nvme0n1", "disk2s1".
 bool isDiskName(const QString& name);
 /// Whether a device has its model's name: "Magic Keyboard".
 bool isModelName(const QString& name);
 /// Whether a word is the key of a property: "model".
 bool isPropertyKey(const QString& word);
+
+/// Whether a name is a word that reports and machines use, so that a name of that spelling is only one where its place
+/// says so: "intel", "disk".
+bool isTechnicalWord(const QString& name);
+/// What makers write where a serial number would be: "0000", "To be filled by O.E.M.".
+bool isNoSerialNumber(const QString& text);
 
 } // namespace norvex::Privacy

@@ -2,10 +2,13 @@
 
 #include "systeminfo/privacy/commonNames.h"
 
+#include <QHostAddress>
 #include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
+#include <bitset>
+#include <cstring>
 #include <string>
 
 namespace norvex::Privacy {
@@ -28,10 +31,37 @@ QRegularExpression expression(const char* pattern)
 constexpr char devices[] =
     "(?:iPhone|iPad|iPod|iMac|MacBook|AirPods|Apple Watch|Mac mini|Mac Pro|Mac Studio|Mac)";
 
+/// Which characters a text has. Most texts have none that a shape needs.
+class Characters
+{
+public:
+    explicit Characters(const QString& text)
+    {
+        for (const QChar c : text) {
+            if (c.unicode() < 0x80) {
+                has_.set(c.unicode());
+            } else {
+                hasOthers_ = true;
+            }
+        }
+    }
+
+    bool has(const char* anyOf) const
+    {
+        return std::any_of(anyOf, anyOf + std::strlen(anyOf),
+                           [this](char c) { return has_.test(static_cast<unsigned char>(c)); });
+    }
+    bool hasOthers() const { return hasOthers_; }
+
+private:
+    std::bitset<0x80> has_;
+    bool hasOthers_ = false; ///< beyond ASCII
+};
+
 class Finder
 {
 public:
-    explicit Finder(const QString& text) : text_(text) {}
+    explicit Finder(const QString& text) : text_(text), characters_(text) {}
 
     Parts parts(PrivateKind kind)
     {
@@ -39,13 +69,11 @@ public:
         case PrivateKind::MountSource: addMountSource(); break;
         case PrivateKind::MountPoint: addMountPoint(); break;
         case PrivateKind::SerialPort: addSerialPort(); break;
+        case PrivateKind::BluetoothPort: addBluetoothPort(); break;
+        case PrivateKind::DisplayServer: addDisplayServer(); break;
         default: break;
         }
-        addNumbers();
-        addHomeFolders();
-        addHosts();
-        addOwners();
-        addVolumes();
+        addShapes(kind);
         return inOrder();
     }
 
@@ -69,6 +97,29 @@ private:
     void add(PrivateKind kind, const Match& match, int group)
     {
         add(kind, match.capturedStart(group), match.capturedLength(group));
+    }
+
+    void addShapes(PrivateKind kind)
+    {
+        if (characters_.has(":-x")) {
+            addNumbers();
+        }
+        if (characters_.has(".:") && characters_.has("0123456789") && kind != PrivateKind::Model) {
+            addIpAddresses();
+        }
+        if (characters_.has("/\\")) {
+            addHomeFolders();
+        }
+        if (characters_.has("/=")) {
+            addVolumes(kind);
+        }
+        if (characters_.has("@.")) {
+            addHosts();
+        }
+        const bool mayHaveOwner = characters_.has("'MPW") || characters_.hasOthers();
+        if (mayHaveOwner && kind != PrivateKind::Model) {
+            addOwners();
+        }
     }
 
     Parts inOrder()
@@ -99,25 +150,138 @@ private:
         static const QRegularExpression address(
             QStringLiteral("(?<![0-9A-Fa-f])(?<![0-9A-Fa-f]{2}[:-])(?:[0-9A-Fa-f]{2}(?:-[0-9A-Fa-f]{2}){5}|"
                            "[0-9A-Fa-f]{1,2}(?::[0-9A-Fa-f]{1,2}){5})(?![:-]?[0-9A-Fa-f])"));
+        // Linux names interfaces after their addresses.
+        static const QRegularExpression interface(
+            QStringLiteral("(?<![0-9A-Za-z])(?:en|wl|ww|ib|sl)x([0-9a-f]{12})(?![0-9A-Za-z])"));
         forEach(uuid, [this](const Match& found) { add(PrivateKind::Uuid, found, 0); });
         forEach(address, [this](const Match& found) { add(PrivateKind::Address, found, 0); });
+        forEach(interface, [this](const Match& found) { add(PrivateKind::Address, found, 1); });
+    }
+
+    /// A version has the same shape, and says so in front.
+    void addIpAddresses()
+    {
+        static const QRegularExpression version4(
+            QStringLiteral("(?<![\\w.\\-])(?:[0-9]{1,3}\\.){3}[0-9]{1,3}(?![\\w\\-]|\\.\\w)"));
+        static const QRegularExpression version6(
+            QStringLiteral("(?<![\\w:.])(?:[0-9A-Fa-f]{0,4}:){2,7}[0-9A-Fa-f]{0,4}(?:(?<=:)(?:[0-9]{1,3}\\.){"
+                           "3}[0-9]{1,3})?(?![\\w:]|\\.\\w)"));
+        static const QRegularExpression versionWord(
+            QStringLiteral("(?:version|revision|release|build|v)[ :=]{0,3}$"),
+            QRegularExpression::CaseInsensitiveOption);
+        forEach(version4, [this](const Match& found) {
+            constexpr int longestWord = 12;
+            const int begin = std::max(0, found.capturedStart() - longestWord);
+            const QString before = text_.mid(begin, found.capturedStart() - begin);
+            if (isPrivateIpAddress(found.captured()) && !versionWord.match(before).hasMatch()) {
+                add(PrivateKind::IpAddress, found, 0);
+            }
+        });
+        forEach(version6, [this](const Match& found) {
+            if (isPrivateIpAddress(found.captured())) {
+                add(PrivateKind::IpAddress, found, 0);
+            }
+        });
     }
 
     void addHomeFolders()
     {
-        static const QRegularExpression home = expression(
-            R"([/\\](?:Users|home)[/\\]([^/\\\x00\n:;"<>|]{1,255})(?:[/\\]([^/\\\x00\n:;"<>|]{1,255}))?)");
+        static const QRegularExpression homes = expression(
+            R"([/\\](?:Users|home)[/\\]|(?<![^\s:;"'=(])(?:(?:/private)?/var)?/root/|(?<![^\s:;"'=(])~/)");
         // Where macOS keeps what each user's programs leave behind.
         static const QRegularExpression leftovers = expression(R"(/var/folders/[^/]{2}/([^/\s]{16,64}))");
-        static const QRegularExpression domain = expression(R"(^[\p{Lu}\d.\-]*\p{Lu}[\p{Lu}\d.\-]*$|\..*\.)");
-        forEach(home, [this](const Match& found) {
-            add(PrivateKind::Person, found, 1);
-            const bool isDomain = domain.match(found.captured(1)).hasMatch();
-            if (isDomain && !isCommonFolder(found.captured(2))) {
-                add(PrivateKind::Person, found, 2);
+        int end = 0;
+        forEach(homes, [this, &end](const Match& found) {
+            if (found.capturedStart() >= end) {
+                end = addHomeFolder(found, end);
             }
         });
         forEach(leftovers, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
+    }
+
+    /// The user of a home folder, and what no system names below it.
+    /// @param from where the path begins at the earliest
+    /// @return where it ends
+    int addHomeFolder(const Match& home, int from)
+    {
+        static const QRegularExpression domain = expression(R"(^[\p{Lu}\d.\-]*\p{Lu}[\p{Lu}\d.\-]*$|\..*\.)");
+        const PathFrame frame = frameOf(home.capturedStart(), from);
+        const bool hasUser = !home.captured().endsWith(QLatin1String("root/")) && home.capturedLength() > 2;
+        int users = hasUser ? 1 : 0;
+        int begin = home.capturedEnd();
+        while (begin < frame.end) {
+            const int end = endOfName(begin, frame, users > 0 && text_.at(begin - 1) == QLatin1Char('/'));
+            const QString name = text_.mid(begin, end - begin);
+            if (users > 0 && isCommonName(name)) {
+                return frame.end; // all users' own
+            }
+            if (users > 0) {
+                add(PrivateKind::Person, begin, end - begin);
+                const int next = std::min(end + 1, frame.end);
+                const bool isDomain = domain.match(name).hasMatch();
+                users = users == 1 && isDomain && next < frame.end &&
+                                !isCommonFolder(text_.mid(next, endOfName(next, frame, false) - next))
+                            ? 2
+                            : 0;
+            } else if (!isHomeFolder(name)) {
+                add(PrivateKind::Folder, begin, end - begin);
+            }
+            begin = end + 1;
+            if (end < frame.end && !isSlash(end)) {
+                break; // at a blank
+            }
+        }
+        return std::min(begin, frame.end);
+    }
+
+    /// Where a path ends at the latest, and whether blanks in it are its own: it is a value, not a word of a sentence.
+    struct PathFrame
+    {
+        int end;
+        bool mayHaveBlanks;
+    };
+
+    PathFrame frameOf(int place, int from)
+    {
+        static const QString ends = QStringLiteral("\r\n:;\"<>|") + QChar(QChar::Null);
+        static const QString openers = ends + QStringLiteral("='([{,");
+        static const QString closers =
+            QStringLiteral("\r\n:;\"<>|") + QChar(QChar::Null) + QStringLiteral("=')]},");
+        int begin = place;
+        while (begin > from && text_.at(begin - 1) != QLatin1Char(' ') &&
+               !openers.contains(text_.at(begin - 1))) {
+            --begin;
+        }
+        const int opener = begin > from ? openers.indexOf(text_.at(begin - 1)) : -1;
+        const QChar closer = opener >= ends.size() ? closers.at(opener) : QChar(QChar::Null);
+        if (pathEnd_ < place) {
+            pathEnd_ = place;
+            while (pathEnd_ < text_.size() && !ends.contains(text_.at(pathEnd_))) {
+                ++pathEnd_;
+            }
+        }
+        constexpr int longestQuoted = 1024; // keeps the time in proportion to the text
+        const int quoteEnd = text_.midRef(place, std::min(longestQuoted, pathEnd_ - place)).indexOf(closer);
+        return {quoteEnd == -1 ? pathEnd_ : place + quoteEnd, begin == from || opener != -1};
+    }
+
+    /// In a sentence, blanks are in a name only where a slash follows, and in no user's behind a slash.
+    int endOfName(int begin, const PathFrame& frame, bool isUser) const
+    {
+        int end = begin;
+        int blank = -1;
+        for (; end < frame.end && !isSlash(end); ++end) {
+            if (blank == -1 && text_.at(end) == QLatin1Char(' ')) {
+                blank = end;
+            }
+        }
+        const bool isCut = blank != -1 && !frame.mayHaveBlanks && (isUser || end == frame.end);
+        return isCut ? blank : end;
+    }
+
+    bool isSlash(int place) const
+    {
+        return text_.at(place) == QLatin1Char('/') || text_.at(place) == QLatin1Char('\\');
     }
 
     /// The addresses in paths of the registry look alike ("PCI0@1F,2"), but are hexadecimal.
@@ -160,21 +324,30 @@ private:
         if (possessive.match(text_).hasMatch()) {
             const Match names = first.match(text_);
             for (auto found = word.globalMatch(names.captured()); found.hasNext();) {
-                add(PrivateKind::Name, found.next(), 0);
+                add(PrivateKind::Person, found.next(), 0);
             }
         }
         forEach(possessive, [this](const Match& found) {
             if (!nobody.match(found.captured(1)).hasMatch()) {
-                add(PrivateKind::Name, found, 1);
+                add(PrivateKind::Person, found, 1);
             }
         });
-        forEach(genitive, [this](const Match& found) { add(PrivateKind::Name, found, 1); });
-        forEach(of, [this](const Match& found) { add(PrivateKind::Name, found, 1); });
+        forEach(genitive, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
+        forEach(of, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
     }
 
     /// Names in the device files of Linux.
-    void addVolumes()
+    void addVolumes(PrivateKind kind)
     {
+        static const QRegularExpression mounted = expression(
+            R"(/Volumes/([^/\x00\r\n:;"<>|]{1,255})|/(?:run/)?media/([^/\s:]{1,255})/([^/\x00\r\n:;"<>|]{1,255}))");
+        if (kind != PrivateKind::MountPoint) {
+            forEach(mounted, [this](const Match& found) {
+                add(PrivateKind::Label, found, 1);
+                add(PrivateKind::Person, found, 2);
+                add(PrivateKind::Label, found, 3);
+            });
+        }
         static const QRegularExpression label =
             expression(R"((?:/dev/disk/by-(?:part)?label/|^(?:PART)?LABEL=)([^/]+))");
         static const QRegularExpression serial =
@@ -321,17 +494,39 @@ private:
         }
     }
 
-    /// Drivers of adapters name a port after themselves; macOS names those of Bluetooth devices after the device.
+    /// Drivers of adapters name a port after themselves or their serial number; macOS names those of Bluetooth devices
+    /// after the device.
     void addSerialPort()
     {
-        static const QRegularExpression file(QStringLiteral("^(?:/dev/(?:cu|tty)\\.)?([^/]+)$"));
+        static const QRegularExpression device =
+            expression((std::string("^(?=.*") + devices + ")(.+)$").c_str());
+        static const QRegularExpression serial =
+            expression("^(?:usbserial-|usbmodem|wchusbserial|SLAB_USBtoUART)"
+                       "(?=[^0-9]*[0-9])(?=[0-9]*[A-Za-z]|[0-9]{8})([0-9A-Za-z]{4,})$");
+        const Match port = portName();
+        const Match adapter = serial.match(port.captured(1));
+        if (adapter.hasMatch()) {
+            add(PrivateKind::Serial, port.capturedStart(1) + adapter.capturedStart(1),
+                adapter.capturedLength(1));
+        } else {
+            addPortOf(device);
+        }
+    }
+
+    void addBluetoothPort()
+    {
+        static const QRegularExpression any = expression("^(.+)$");
+        addPortOf(any);
+    }
+
+    /// @param device finds the name of a device where no service stands behind it
+    void addPortOf(const QRegularExpression& device)
+    {
         static const QRegularExpression service =
             expression("^(.+?)(?:-(?:WirelessiAP|Wireless "
                        "iAP|SPPDev|SPP|SerialPort|SerialPort-\\d+|DevB|COM\\d+|RFCOMM))(?:-\\d+)?$");
-        static const QRegularExpression device =
-            expression((std::string("^(?=.*") + devices + ")(.+)$").c_str());
         static const QRegularExpression system = expression("^(?:Bluetooth|debug|wlan|usb|wchusb|serial)");
-        const Match port = file.match(text_);
+        const Match port = portName();
         const QString name = port.captured(1);
         const Match offered = service.match(name);
         const Match named = offered.hasMatch() ? offered : device.match(name);
@@ -340,11 +535,43 @@ private:
         }
     }
 
+    Match portName() const
+    {
+        static const QRegularExpression file(QStringLiteral("^(?:/dev/(?:cu|tty)\\.)?([^/]+)$"));
+        return file.match(text_);
+    }
+
+    void addDisplayServer()
+    {
+        static const QRegularExpression server(QStringLiteral("^([^/:]+):[0-9]"));
+        add(PrivateKind::Host, server.match(text_), 1);
+    }
+
     const QString& text_;
+    const Characters characters_;
+    int pathEnd_ = -1; ///< where paths that began before end at the latest
     Parts parts_;
 };
 
 } // namespace
+
+bool isPrivateIpAddress(const QString& text)
+{
+    const QHostAddress address(text);
+    if (address.protocol() == QAbstractSocket::IPv4Protocol) {
+        const quint32 number = address.toIPv4Address();
+        const bool isMask = number >> 31 != 0 && ((~number + 1) & ~number) == 0;
+        return number >> 24 != 0 && number >> 24 != 127 && number >> 28 != 14 && !isMask; // 14: groups
+    }
+    if (address.protocol() != QAbstractSocket::IPv6Protocol || address.isLoopback()) {
+        return false;
+    }
+    const Q_IPV6ADDR bytes = address.toIPv6Address();
+    const bool isNone = std::all_of(bytes.c, bytes.c + 16, [](quint8 byte) { return byte == 0; });
+    const bool isMask = bytes[0] == 0xff && bytes[1] == 0xff;
+    const bool isGroup = bytes[0] == 0xff && bytes[13] != 0xff; // FF there: made of an address
+    return !isNone && !isMask && !isGroup;
+}
 
 std::vector<PrivatePart> privatePartsOf(const QString& text, PrivateKind kind)
 {

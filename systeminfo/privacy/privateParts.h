@@ -14,16 +14,20 @@ namespace norvex::Privacy {
 /// A private value inside a text.
 struct PrivatePart
 {
-    PrivateKind kind; ///< Serial, Address, Uuid, Name, Person, Host or Label
+    PrivateKind kind; ///< Serial, Address, Uuid, Name, Person, Host, Label, IpAddress or Folder
     int start;
     int length;
 };
 
 /// The private parts of a text, in order. They do not overlap.
-/// @param kind of the text: MountSource, MountPoint and SerialPort have parts of their own. The text of any kind has
-/// those that their shape gives away: hardware addresses, UUIDs, home folders, `(user@host)`, `host.local`, owners
-/// (`Alice's Keyboard`), volumes (`/dev/disk/by-label/…`).
+/// @param kind of the text: MountSource, MountPoint, SerialPort, BluetoothPort and DisplayServer have parts of their own.
+/// The text of any kind has those that their shape gives away: hardware addresses, UUIDs, home folders and what is below
+/// them, `(user@host)`, `host.local`, volumes (`/Volumes/…`, `/dev/disk/by-label/…`). All but a model have owners
+/// (`Alice's Keyboard`) and IP addresses.
 std::vector<PrivatePart> privatePartsOf(const QString& text, PrivateKind kind);
+
+/// Whether an IPv4 or IPv6 address is one machine's: no loopback, mask or well-known group.
+bool isPrivateIpAddress(const QString& text);
 
 /// A user's name, and the words in it.
 QStringList namesOfPerson(const QString& person);

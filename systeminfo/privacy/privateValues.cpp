@@ -60,7 +60,7 @@ const struct
     {"8b38c14rom", Part::End, PrivateKind::Address}, // the same in the firmware's variables
     {"uuid", Part::Anywhere, PrivateKind::Uuid},
     {"systemid", Part::Whole, PrivateKind::Uuid},
-    {"ssid", Part::Begin, PrivateKind::Name},
+    {"ssid", Part::Begin, PrivateKind::Network},
     {"hostname", Part::Anywhere, PrivateKind::Host},
     {"computername", Part::Anywhere, PrivateKind::Host},
     {"ownername", Part::Anywhere, PrivateKind::Person},
@@ -126,7 +126,7 @@ PrivateKind privateKindOf(const QByteArray& key)
             return row.kind;
         }
     }
-    return key.contains("SSID") ? PrivateKind::Name : PrivateKind::None; // unlike "Class ID"
+    return key.contains("SSID") ? PrivateKind::Network : PrivateKind::None; // unlike "Class ID"
 }
 
 bool isSerialNumber(std::uint64_t number)

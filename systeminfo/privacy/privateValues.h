@@ -18,16 +18,26 @@ enum class PrivateKind {
     Serial,  ///< a serial number, or another value that one machine alone has, such as a token
     Address, ///< a hardware address or an identifier that begins with its maker's number
     Uuid,
-    Name,        ///< of a network, or of a device that users name
-    Person,      ///< a user's name
-    Host,        ///< the name or address of a machine
+    Name,    ///< of a device that users name
+    Network, ///< the name of a wireless network
+    Printer, ///< the name of a printer
+    Person,  ///< a user's name
+    Host,    ///< the name or address of a machine
+    Domain,  ///< the name of a network's domain
+    IpAddress,
     Label,       ///< the name of a volume, a shared folder or a group of volumes
     Display,     ///< a display's identification data
     MountSource, ///< what a volume is mounted from
     MountPoint,
-    SerialPort, ///< the device file of a serial port, or its name
-    Model,      ///< a model, a maker or a class, where no name that people give can stand
-    Constant    ///< looks like an identifier, but is the same on all machines
+    Path,          ///< of a file or folder; several may stand between colons or semicolons
+    HomeFolder,    ///< the path of a user's home
+    Folder,        ///< a name in a home folder that no system gives
+    DisplayServer, ///< "host:0"
+    SerialPort,    ///< the device file of a serial port, or its name
+    BluetoothPort, ///< the same of a port that a Bluetooth device offers
+    Token,         ///< anything: the value of a variable that nobody knows
+    Model,         ///< a model, a maker or a class, where no name that people give can stand
+    Constant       ///< looks like an identifier, but is the same on all machines
 };
 
 /// The kind by the key of a property.

@@ -1,10 +1,10 @@
 #include "systeminfo/privacy/pseudonymMap.h"
 
 #include "systeminfo/privacy/commonNames.h"
+#include "systeminfo/privacy/spellings.h"
 
 #include <algorithm>
 #include <cctype>
-#include <iterator>
 
 namespace norvex::Privacy {
 
@@ -87,48 +87,6 @@ QByteArray folded(const QByteArray& utf8)
     const QString text = QString::fromUtf8(utf8);
     return text.toUtf8() == utf8 ? text.normalized(QString::NormalizationForm_C).toLower().toUtf8() : utf8;
 }
-
-QString onlyIts(const QString& text, bool (*isIts)(QChar))
-{
-    QString result;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(result), isIts);
-    return result;
-}
-
-/// "Zoë's Mac" as the name of a host or a serial port: "Zoes-Mac".
-QString asFileName(const QString& text, QChar separator)
-{
-    QString result = onlyIts(text.normalized(QString::NormalizationForm_D), [](QChar c) {
-        return !c.isMark() && c != QLatin1Char('\'') && c != QChar(0x2019) && c != QChar(0x2bc);
-    });
-    for (QChar& c : result) {
-        const bool mayStand = c == QLatin1Char('.') || c == QLatin1Char('-') || c == QLatin1Char('_');
-        c = c.isLetterOrNumber() || mayStand ? c : separator;
-    }
-    return result;
-}
-
-constexpr int netBiosLength = 15; ///< what Windows keeps of the name of a host
-
-/// The forms that programs give names in paths and in addresses.
-QString spelled(const QString& text, int way)
-{
-    switch (way) {
-    case 0: return text;
-    case 1: return QString::fromLatin1(text.toUtf8().toPercentEncoding());
-    case 2: return QString(text).replace(QLatin1Char('-'), QLatin1String("--")); // by the device mapper
-    case 3: return asFileName(text, QLatin1Char('-'));
-    case 4: return asFileName(text, QLatin1Char('_'));
-    case 5: return QString(text).replace(QLatin1Char(' '), QLatin1String("\\x20")); // by udev
-    case 6: return QString(text).replace(QLatin1Char(' '), QLatin1String("\\040")); // by the mount table
-    case 7: return asFileName(text, QLatin1Char(' ')).remove(QLatin1Char(' '));
-    case 8: return QString(text).replace(QChar(0x2019), QLatin1Char('\''));
-    case 9: return QString(text).replace(QLatin1Char('\''), QChar(0x2019));
-    default: return text.contains(QLatin1Char(' ')) ? text : text.left(netBiosLength);
-    }
-}
-constexpr int waysToSpell = 10;
-constexpr int waysToSpellNames = 11;
 
 QString inLetters(const QString& text, int way)
 {
@@ -332,6 +290,14 @@ void PseudonymMap::addText(const QByteArray& utf8, TextKind kind)
         addSpelledForms(text, replacement, kind);
     } else {
         addTextForm(text, replacement, kind);
+    }
+}
+
+void PseudonymMap::addFolder(const QByteArray& utf8)
+{
+    const QByteArray key = folded(trimmed(utf8));
+    if (hasContent(key) && !whole_.contains(key)) {
+        whole_.insert(key, generator_.text(trimmed(utf8)));
     }
 }
 

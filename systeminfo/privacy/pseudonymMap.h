@@ -20,6 +20,8 @@ public:
     /// A text keeps the kind that it has first. Add names, then serial numbers, the longest first: they may contain the
     /// others; labels, which are searched for least, come last.
     void addText(const QByteArray& utf8, TextKind kind);
+    /// A name that is private where a home folder stands in front of it, and nowhere else.
+    void addFolder(const QByteArray& utf8);
     void addSerialBytes(const QByteArray& bytes);
 
     /// A value that is private as a whole; it stays if it is not.

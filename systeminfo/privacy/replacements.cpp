@@ -37,16 +37,23 @@ bool endsComponent(char c)
     return c == '/' || c == '\0';
 }
 
+bool isSlash(char c)
+{
+    return c == '/' || c == '\\';
+}
+
 bool stands(const QByteArray& bytes, int start, int end, Replacements::Where where)
 {
+    using Where = Replacements::Where;
     const auto isFree = [&bytes, where](int place) {
-        if (place < 0 || place >= bytes.size() || where == Replacements::Where::Anywhere) {
+        if (place < 0 || place >= bytes.size() || where == Where::Anywhere) {
             return true;
         }
-        return where == Replacements::Where::Word ? !isWordByte(bytes.at(place))
-                                                  : endsComponent(bytes.at(place));
+        const char c = bytes.at(place);
+        return where == Where::Word ? !isWordByte(c) : where == Where::Folder ? isSlash(c) : endsComponent(c);
     };
-    return isFree(start - 1) && isFree(end);
+    const bool isWhole = start == 0 && end == bytes.size();
+    return isFree(start - 1) && isFree(end) && !(where == Where::Folder && isWhole);
 }
 
 QByteArray inCaseOf(const QByteArray& found, QByteArray replacement, Replacements::Letters letters)
@@ -80,8 +87,8 @@ void Replacements::add(const QByteArray& sequence, const QByteArray& replacement
     const std::uint32_t node = nodeOf(walked, isExact ? exactRoot : foldedRoot);
     begins_[static_cast<unsigned char>(lower(walked.at(0)))] = true;
     if (nodes_[node].target == 0) {
-        nodes_[node].target = static_cast<std::uint32_t>(targets_.size());
         targets_.push_back({replacement, where, letters});
+        nodes_[node].target = static_cast<std::uint32_t>(targets_.size() - 1);
     }
 }
 
@@ -119,15 +126,15 @@ std::uint32_t Replacements::addBelow(std::uint32_t node, const QByteArray& seque
         added.hash = hashOf(sequence.constData() + begin, added.size);
     }
     sequences_.push_back(sequence);
-    nodes_[node].child = static_cast<std::uint32_t>(nodes_.size());
     nodes_.push_back(added);
+    nodes_[node].child = static_cast<std::uint32_t>(nodes_.size() - 1);
     return nodes_[node].child;
 }
 
 /// Leaves a node its first bytes, and moves the others to one below it.
 void Replacements::split(std::uint32_t node, int size)
 {
-    Node& head = nodes_[node];
+    Node head = nodes_[node];
     Node tail = head;
     tail.sibling = 0;
     tail.begin += size;
@@ -140,6 +147,7 @@ void Replacements::split(std::uint32_t node, int size)
     head.target = 0;
     head.child = static_cast<std::uint32_t>(nodes_.size());
     nodes_.push_back(tail);
+    nodes_[node] = head;
 }
 
 std::uint32_t Replacements::nodeBelow(std::uint32_t node, char byte) const
@@ -206,6 +214,43 @@ QByteArray Replacements::replaced(const QByteArray& bytes) const
         copied = i;
     }
     return copied == 0 ? bytes : result + bytes.mid(copied);
+}
+
+QString Replacements::replacedInText(const QString& text) const
+{
+    const auto isAscii = [](QChar c) { return c.unicode() < 0x80; };
+    if (sequences_.empty() || text.isEmpty()) {
+        return text;
+    }
+    if (std::all_of(text.begin(), text.end(), isAscii)) {
+        const QByteArray bytes = text.toLatin1();
+        const QByteArray other = replaced(bytes);
+        return other == bytes ? text : QString::fromUtf8(other);
+    }
+    QString result;
+    int copied = 0;
+    for (int i = 0; i <= text.size(); ++i) {
+        const bool isEnd = i == text.size();
+        const QChar c = isEnd ? QChar() : text.at(i);
+        // UTF-8 has no half of a surrogate pair, and a reader of it drops the byte-order mark.
+        const bool isPair =
+            !isEnd && c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate();
+        if (isPair) {
+            ++i;
+            continue;
+        }
+        const bool separates = !isEnd && !isAscii(c) &&
+                               (c.isPunct() || c.isSpace() || c.isSymbol() || c.isSurrogate() ||
+                                c == QChar(QChar::ByteOrderMark));
+        if (isEnd || separates) {
+            const QByteArray bytes = text.mid(copied, i - copied).toUtf8();
+            const QByteArray other = replaced(bytes);
+            result += other == bytes ? text.mid(copied, i - copied) : QString::fromUtf8(other);
+            result += isEnd ? QString() : QString(c);
+            copied = i + 1;
+        }
+    }
+    return result;
 }
 
 } // namespace norvex::Privacy

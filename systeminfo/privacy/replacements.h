@@ -3,6 +3,7 @@
 #include "systeminfo/privacy/byteHashes.h"
 
 #include <QByteArray>
+#include <QString>
 
 #include <array>
 #include <cstdint>
@@ -18,12 +19,14 @@ public:
     /// Where a sequence counts.
     enum class Where {
         Anywhere,
-        Word,     ///< between characters that are neither letters nor digits
-        Component ///< as a whole text, or between the slashes of a path
+        Word,      ///< between characters that are neither letters nor digits
+        Component, ///< as a whole text, or between the slashes of a path
+        Folder     ///< as a name in a path: slashes, one at least, and the text's ends are around it
     };
     /// What upper and lower case mean.
     enum class Letters {
         Exact,
+        Either,      ///< found in either case; the replacement stays as it is
         EachAsFound, ///< found in either case; each letter takes the case of the letter that it replaces
         AllAsFound   ///< found in either case; the replacement takes the case of the text found
     };
@@ -33,6 +36,9 @@ public:
 
     /// The bytes with all sequences replaced, the longest where several begin.
     QByteArray replaced(const QByteArray& bytes) const;
+
+    /// The same of a text, whatever it holds. Beyond ASCII a word ends at punctuation, too: in "Alice’s" and "“Alice”".
+    QString replacedInText(const QString& text) const;
 
 private:
     struct Target

@@ -52,7 +52,7 @@ private:
         const bool isOwn = privateKind == PrivateKind::Serial || privateKind == PrivateKind::Address ||
                            privateKind == PrivateKind::Uuid || privateKind == PrivateKind::Name ||
                            privateKind == PrivateKind::Person || privateKind == PrivateKind::Host ||
-                           privateKind == PrivateKind::Label;
+                           privateKind == PrivateKind::Label || privateKind == PrivateKind::Network;
         const QByteArray whole = isOwn ? pseudonyms_.replacedWhole(bytes) : bytes;
         return whole == bytes ? elsewhere : whole;
     }

@@ -36,7 +36,8 @@ public:
     /// before serial numbers, and labels last.
     void giveTo(PseudonymMap& pseudonyms)
     {
-        for (const auto* values : {&addresses_, &uuids_, &names_, &serials_, &serialBytes_, &labels_}) {
+        for (const auto* values :
+             {&addresses_, &uuids_, &names_, &serials_, &serialBytes_, &labels_, &folders_}) {
             for (const QByteArray& value : *values) {
                 pseudonyms.reserve(value);
             }
@@ -60,6 +61,9 @@ public:
         }
         for (const QByteArray& label : labels_) {
             pseudonyms.addText(label, TextKind::Label);
+        }
+        for (const QByteArray& folder : folders_) {
+            pseudonyms.addFolder(folder);
         }
     }
 
@@ -88,6 +92,11 @@ public:
     }
 
 private:
+    static bool isName(PrivateKind privateKind)
+    {
+        return privateKind == PrivateKind::Name || privateKind == PrivateKind::Network;
+    }
+
     void addText(const QByteArray& text, PrivateKind privateKind)
     {
         const QByteArray bytes = hexBytesOf(text);
@@ -99,7 +108,7 @@ private:
             addresses_.push_back(bytes);
         } else if (mayBeNumber || privateKind == PrivateKind::Serial) {
             serials_.push_back(text);
-        } else if (privateKind == PrivateKind::Name && !isModelName(QString::fromUtf8(text))) {
+        } else if (isName(privateKind) && !isModelName(QString::fromUtf8(text))) {
             addName(QString::fromUtf8(text));
         } else if (privateKind == PrivateKind::Person) {
             addNames(namesOfPerson(QString::fromUtf8(text)));
@@ -113,9 +122,8 @@ private:
     void addData(const QByteArray& data, PrivateKind privateKind)
     {
         const bool mayBeNumber = privateKind == PrivateKind::Address || privateKind == PrivateKind::Uuid;
-        const bool isBytes = mayBeNumber || privateKind == PrivateKind::Serial ||
-                             privateKind == PrivateKind::Name || privateKind == PrivateKind::Person ||
-                             privateKind == PrivateKind::Host;
+        const bool isBytes = mayBeNumber || privateKind == PrivateKind::Serial || isName(privateKind) ||
+                             privateKind == PrivateKind::Person || privateKind == PrivateKind::Host;
         const QList<QByteArray> texts = textsIn(data);
         if (mayBeNumber && data.size() == uuidSize) {
             uuids_.push_back(data);
@@ -182,6 +190,9 @@ private:
         case PrivateKind::Person: addNames(namesOfPerson(QString::fromUtf8(text))); break;
         case PrivateKind::Host: addNames(namesOfHost(QString::fromUtf8(text))); break;
         case PrivateKind::Serial: serials_.push_back(text); break;
+        case PrivateKind::Folder: folders_.push_back(text); break;
+        case PrivateKind::IpAddress:
+            break; // in a recording most are versions; those of mount sources are hosts
         default: labels_.push_back(text); break;
         }
     }
@@ -189,7 +200,11 @@ private:
     /// "0:1c:b3:a:ff:7"
     static QByteArray addressOfText(QString text)
     {
-        QByteArray bytes;
+        QByteArray bytes = hexBytesOf(text.toLatin1());
+        if (bytes.size() == addressSize) {
+            return bytes;
+        }
+        bytes.clear();
         const QStringList pairs = text.replace(QLatin1Char('-'), QLatin1Char(':')).split(QLatin1Char(':'));
         for (const QString& pair : pairs) {
             bytes += static_cast<char>(pair.toInt(nullptr, 16));
@@ -203,6 +218,7 @@ private:
     std::vector<QByteArray> serials_;
     std::vector<QByteArray> serialBytes_;
     std::vector<QByteArray> labels_;
+    std::vector<QByteArray> folders_;
 };
 
 } // namespace

@@ -1,0 +1,632 @@
+#include "systeminfo/privacy/fixedForms.h"
+
+#include "systeminfo/privacy/commonNames.h"
+#include "systeminfo/privacy/privateParts.h"
+#include "systeminfo/privacy/spellings.h"
+
+#include <QHostAddress>
+#include <QStringList>
+
+#include <algorithm>
+#include <cstring>
+
+namespace norvex::Privacy {
+
+namespace {
+
+using Where = Replacements::Where;
+using Letters = Replacements::Letters;
+
+const QChar ellipsis(0x2026);
+
+/// The forms of families whose values are names.
+const struct
+{
+    Family family;
+    const char* form; ///< what stands in front of the number
+} prefixes[] = {
+    {Family::Serial, "SERIAL-"}, {Family::Person, "user"},      {Family::Host, "host"},
+    {Family::Domain, "domain"},  {Family::Label, "Volume "},    {Family::Network, "Network "},
+    {Family::Device, "Device "}, {Family::Printer, "Printer "}, {Family::Token, "VALUE-"},
+};
+
+QString nameForm(Family family, std::uint32_t number)
+{
+    const auto prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
+                                     [family](const auto& each) { return each.family == family; });
+    return QLatin1String(prefix->form) + QString::number(number);
+}
+
+/// A form that a text has already.
+struct GivenForm
+{
+    Family family = Family::Count; ///< Count: it is none
+    std::uint32_t number = 0;
+};
+
+/// Of a name or serial number, in any spelling.
+GivenForm givenNameForm(const QString& text)
+{
+    constexpr int longestForm = 60; // percent-encoded, too
+    if (text.size() > longestForm || text.isEmpty() || !text.at(text.size() - 1).isDigit()) {
+        return {};
+    }
+    static const QStringList spellings = [] {
+        QStringList all;
+        for (const auto& prefix : prefixes) {
+            all += QString(QLatin1String(prefix.form)).toLower().replace(QLatin1Char(' '), QLatin1Char('-'));
+        }
+        return all;
+    }();
+    const QString common = commonSpelling(text);
+    for (int i = 0; i < spellings.size(); ++i) {
+        bool isNumber = false;
+        const std::uint32_t number = common.mid(spellings.at(i).size()).toUInt(&isNumber);
+        if (isNumber && number > 0 && common == spellings.at(i) + QString::number(number)) {
+            return {prefixes[i].family, number};
+        }
+    }
+    return {};
+}
+
+/// The digits of a hardware address, and where they stand.
+struct AddressText
+{
+    explicit AddressText(const QString& text);
+
+    bool isAddress() const { return !places.empty(); }
+    QByteArray device() const { return bytes.right(deviceSize); }
+    bool isEach(char byte) const
+    {
+        const QByteArray checked = byte == 0 ? device() : bytes;
+        return std::all_of(checked.begin(), checked.end(), [byte](char each) { return each == byte; });
+    }
+    /// The address with that number for a device half.
+    QString withNumber(std::uint32_t number) const;
+
+    struct Place
+    {
+        int begin;
+        int size;
+    };
+
+    const QString& text;
+    std::vector<Place> places; ///< of the bytes
+    QByteArray bytes;
+    int deviceSize = 0;
+};
+
+bool isHexDigit(QChar c)
+{
+    const ushort unit = c.unicode();
+    return (unit >= '0' && unit <= '9') || (unit >= 'a' && unit <= 'f') || (unit >= 'A' && unit <= 'F');
+}
+
+AddressText::AddressText(const QString& addressText) : text(addressText)
+{
+    const bool isSeparated = std::any_of(text.begin(), text.end(), [](QChar c) { return !isHexDigit(c); });
+    for (int i = 0; i < text.size();) {
+        int end = i;
+        while (end < text.size() && end < i + 2 && isHexDigit(text.at(end))) {
+            ++end;
+        }
+        const bool isEnd = end == text.size();
+        const bool goesOn =
+            !isEnd &&
+            (!isSeparated || (QStringLiteral(":-.").contains(text.at(end)) && end + 1 < text.size()));
+        if (end == i || !(isEnd || goesOn)) {
+            places.clear();
+            return;
+        }
+        places.push_back({i, end - i});
+        bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
+        i = isEnd ? end : end + (isSeparated ? 1 : 0);
+    }
+    constexpr int deviceHalf = 3;
+    constexpr int extendedDevice = 5;
+    const bool holdsOther = bytes.mid(3, 2) == "\xff\xfe" || bytes.mid(3, 2) == "\xff\xff";
+    const bool isExtended =
+        bytes.size() > addressSize && !(bytes.size() == extendedAddressSize && holdsOther);
+    deviceSize = bytes.size() < addressSize ? bytes.size() : isExtended ? extendedDevice : deviceHalf;
+}
+
+QString AddressText::withNumber(std::uint32_t number) const
+{
+    const bool isUpper = std::any_of(text.begin(), text.end(), [](QChar c) { return c.isUpper(); });
+    const bool isPadded =
+        std::all_of(places.begin(), places.end(), [](const Place& each) { return each.size == 2; });
+    QString result = text;
+    for (std::size_t fromEnd = 0; fromEnd < std::size_t(deviceSize); ++fromEnd) {
+        const Place& place = places[places.size() - 1 - fromEnd];
+        const std::uint32_t byte = fromEnd < sizeof number ? number >> 8 * fromEnd & 0xff : 0;
+        const QString digits = QString::number(byte, 16).rightJustified(isPadded ? 2 : 1, QLatin1Char('0'));
+        result.replace(place.begin, place.size, isUpper ? digits.toUpper() : digits);
+    }
+    return result;
+}
+
+/// Of networks that exist in documentation and tests alone, as many as are needed.
+const struct
+{
+    std::uint32_t first;
+    std::uint32_t count;
+} documentationNetworks[] = {
+    {0xc0000201, 254},      // 192.0.2.0/24
+    {0xc6336401, 254},      // 198.51.100.0/24
+    {0xcb007101, 254},      // 203.0.113.0/24
+    {0xc6120001, 0x1fffe},  // 198.18.0.0/15
+    {0xf0000001, 0xffffffe} // 240.0.0.0/4
+};
+
+QString versionFourForm(std::uint32_t number)
+{
+    std::uint32_t index = number - 1;
+    for (const auto& network : documentationNetworks) {
+        if (index < network.count) {
+            return QHostAddress(network.first + index).toString();
+        }
+        index -= network.count;
+    }
+    return QString(ellipsis);
+}
+
+GivenForm givenVersionFour(std::uint32_t address)
+{
+    std::uint32_t before = 0;
+    for (const auto& network : documentationNetworks) {
+        // The addresses of the network itself and of its broadcasts stay, too.
+        if (address + 1 >= network.first && address - network.first <= network.count) {
+            return {Family::IpV4, address < network.first ? 0 : before + address - network.first + 1};
+        }
+        before += network.count;
+    }
+    return {};
+}
+
+QString versionSixForm(std::uint32_t number)
+{
+    const QString high = number >> 16 == 0 ? QString() : QString::number(number >> 16, 16) + QLatin1Char(':');
+    return QLatin1String("2001:db8::") + high + QString::number(number & 0xffff, 16);
+}
+
+GivenForm givenVersionSix(const Q_IPV6ADDR& bytes)
+{
+    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8", 4) != 0) {
+        return {};
+    }
+    std::uint32_t number = 0;
+    for (int i = 4; i < 16; ++i) {
+        number = i < 12 && bytes[i] != 0 ? 0 : number << 8 | bytes[i];
+    }
+    return {Family::IpV6, number};
+}
+
+QString uuidForm(std::uint32_t number)
+{
+    return QLatin1String("00000000-0000-0000-0000-") +
+           QString::number(number).rightJustified(12, QLatin1Char('0'));
+}
+
+GivenForm givenUuid(const QByteArray& bytes)
+{
+    const QByteArray digits = bytes.toHex();
+    bool isNumber = false;
+    const std::uint32_t number = digits.mid(20).toUInt(&isNumber);
+    return isNumber && digits.startsWith(QByteArray(20, '0')) ? GivenForm{Family::Uuid, number} : GivenForm();
+}
+
+/// "host:1" has the same blank in it as the text that it replaces.
+QString spelledLike(const QString& original, const QString& form)
+{
+    if (original.contains(QLatin1Char('%')) && commonSpelling(original) != original.toLower()) {
+        return spelled(form, 1);
+    }
+    if (original.contains(QLatin1String("\\x20"))) {
+        return spelled(form, 5);
+    }
+    return original.contains(QLatin1String("\\040")) ? spelled(form, 6) : form;
+}
+
+/// The text without halves of surrogate pairs, for which expressions find nothing.
+QString wellFormed(QString text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            ++i;
+        } else if (c.isSurrogate()) {
+            text[i] = QChar(QChar::ReplacementCharacter);
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+/// What goes through the private values of a text and asks for their forms.
+class FixedForms::Reader
+{
+public:
+    virtual ~Reader() = default;
+
+    QString textWithForms(const QString& text, PrivateKind kind);
+
+protected:
+    /// The form of a value that has none yet.
+    /// @param key what all spellings of the value share
+    virtual QString form(Family family, const QString& key, const QString& value) = 0;
+    virtual void alsoKnownAs(Family, const QString& /*key*/, const QString& /*other*/) {}
+    virtual void isGiven(const GivenForm&) {}
+    /// A text between private values.
+    virtual QString other(const QString& text, PrivateKind kind) = 0;
+
+private:
+    QString formOf(const QString& value, PrivateKind kind);
+    QString formOfName(const QString& value, Family family);
+    QString formOfPerson(const QString& value);
+    QString formOfHost(const QString& value);
+    QString formOfAddress(const QString& value);
+    QString formOfUuid(const QString& value);
+    QString formOfIpAddress(const QString& value);
+};
+
+QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
+{
+    switch (kind) {
+    case PrivateKind::Serial:
+    case PrivateKind::Address:
+    case PrivateKind::Uuid:
+    case PrivateKind::Name:
+    case PrivateKind::Network:
+    case PrivateKind::Printer:
+    case PrivateKind::Person:
+    case PrivateKind::Host:
+    case PrivateKind::Domain:
+    case PrivateKind::Label:
+    case PrivateKind::Token: return formOf(text, kind);
+    default: break;
+    }
+    const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
+    if (kind == PrivateKind::HomeFolder && parts.empty()) {
+        return isCommonHome(text) ? text : formOf(text, PrivateKind::Token);
+    }
+    const bool isPort = kind == PrivateKind::SerialPort || kind == PrivateKind::BluetoothPort;
+    QString result;
+    int copied = 0;
+    for (const PrivatePart& part : parts) {
+        result += other(text.mid(copied, part.start - copied), kind);
+        const QString form = formOf(text.mid(part.start, part.length), part.kind);
+        result += isPort ? spelled(form, 3) : form;
+        copied = part.start + part.length;
+    }
+    return result + other(text.mid(copied), kind);
+}
+
+QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
+{
+    switch (kind) {
+    case PrivateKind::Serial: return isNoSerialNumber(value) ? value : formOfName(value, Family::Serial);
+    case PrivateKind::Token: return formOfName(value, Family::Token);
+    case PrivateKind::Uuid: return formOfUuid(value);
+    case PrivateKind::Address: return formOfAddress(value);
+    case PrivateKind::IpAddress: return formOfIpAddress(value);
+    case PrivateKind::Person: return formOfPerson(value);
+    case PrivateKind::Host: return formOfHost(value);
+    case PrivateKind::Domain: return isCommonName(value) ? value : formOfName(value, Family::Domain);
+    case PrivateKind::Label: return isCommonLabel(value) ? value : formOfName(value, Family::Label);
+    case PrivateKind::Name: return isModelName(value) ? value : formOfName(value, Family::Device);
+    case PrivateKind::Network: return formOfName(value, Family::Network);
+    case PrivateKind::Printer:
+        return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
+    case PrivateKind::Folder: return QString(ellipsis);
+    default: return value;
+    }
+}
+
+QString FixedForms::Reader::formOfName(const QString& value, Family family)
+{
+    const GivenForm given = givenNameForm(value);
+    if (value.isEmpty() || value == QString(ellipsis) || given.family != Family::Count) {
+        isGiven(given);
+        return value;
+    }
+    return spelledLike(value, form(family, family == Family::Token ? value : commonSpelling(value), value));
+}
+
+QString FixedForms::Reader::formOfPerson(const QString& value)
+{
+    const int backslash = value.lastIndexOf(QLatin1Char('\\'));
+    if (backslash > 0) {
+        return formOf(value.left(backslash), PrivateKind::Domain) + QLatin1Char('\\') +
+               formOfPerson(value.mid(backslash + 1));
+    }
+    if (isCommonName(value)) {
+        return value;
+    }
+    QString result = formOfName(value, Family::Person);
+    const QStringList names = namesOfPerson(value);
+    for (const QString& name : names) {
+        alsoKnownAs(Family::Person, value, name);
+    }
+    return result;
+}
+
+/// The names of host and domain have forms of their own, so that those of one domain can be told.
+QString FixedForms::Reader::formOfHost(const QString& value)
+{
+    if (value.contains(QLatin1Char(':')) || QHostAddress(value).protocol() == QAbstractSocket::IPv4Protocol) {
+        return formOfIpAddress(value);
+    }
+    QString name = value;
+    for (const char* suffix : {".", ".local", ".lan", ".fritz.box"}) {
+        if (name.endsWith(QLatin1String(suffix), Qt::CaseInsensitive)) {
+            name.chop(static_cast<int>(std::strlen(suffix)));
+        }
+    }
+    const QString label = name.left(name.indexOf(QLatin1Char('.')));
+    const QString domain = name.mid(label.size() + 1);
+    if (isCommonName(name) || label.isEmpty()) {
+        return value;
+    }
+    QString result = formOfName(label, Family::Host);
+    constexpr int netBiosLength = 15;
+    alsoKnownAs(Family::Host, label, label.left(netBiosLength));
+    const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(label), PrivateKind::None);
+    for (const PrivatePart& part : parts) {
+        formOf(label.mid(part.start, part.length), part.kind); // is learned
+    }
+    if (!domain.isEmpty()) {
+        result += QLatin1Char('.') + formOf(domain, PrivateKind::Domain);
+    }
+    return result + value.mid(name.size());
+}
+
+QString FixedForms::Reader::formOfAddress(const QString& value)
+{
+    const AddressText address(value);
+    if (!address.isAddress()) {
+        return formOf(value, PrivateKind::Serial);
+    }
+    const QByteArray device = address.device();
+    const bool isSmall = std::all_of(device.begin(), device.end() - 1, [](char each) { return each == 0; });
+    if (isSmall || address.isEach('\xff')) {
+        isGiven({Family::Address, static_cast<std::uint8_t>(device.at(device.size() - 1))});
+        return value;
+    }
+    const QString key = QString::fromLatin1(device.toHex());
+    const QString number = form(Family::Address, key, QString());
+    if (address.bytes.size() == addressSize) {
+        alsoKnownAs(Family::Address, key, QString::fromLatin1(address.bytes.toHex()));
+    }
+    return number.isEmpty() ? value : address.withNumber(number.toUInt());
+}
+
+QString FixedForms::Reader::formOfUuid(const QString& value)
+{
+    const QByteArray bytes = hexBytesOf(value.toLatin1());
+    if (bytes.size() != uuidSize) {
+        return formOf(value, PrivateKind::Serial);
+    }
+    const GivenForm given = givenUuid(bytes);
+    const bool isNone = std::all_of(bytes.begin(), bytes.end(), [](char each) { return each == '\xff'; });
+    if (isNone || given.family != Family::Count) {
+        isGiven(given);
+        return value;
+    }
+    const QString digits = QString::fromLatin1(bytes.toHex());
+    return form(Family::Uuid, digits, digits);
+}
+
+QString FixedForms::Reader::formOfIpAddress(const QString& value)
+{
+    const QHostAddress address(value);
+    if (!isPrivateIpAddress(value)) {
+        return address.isNull() ? formOfName(value, Family::Host) : value;
+    }
+    const bool isFour = address.protocol() == QAbstractSocket::IPv4Protocol;
+    const GivenForm given =
+        isFour ? givenVersionFour(address.toIPv4Address()) : givenVersionSix(address.toIPv6Address());
+    if (given.family != Family::Count) {
+        isGiven(given);
+        return value;
+    }
+    return form(isFour ? Family::IpV4 : Family::IpV6, address.toString(), QString());
+}
+
+class FixedForms::Learner : public Reader
+{
+public:
+    explicit Learner(FixedForms& forms) : forms_(forms) {}
+
+protected:
+    QString form(Family family, const QString& key, const QString& value) override
+    {
+        const ByteHash hash = keyHash(family, key);
+        if (!forms_.indices_.contains(hash)) {
+            const auto index = static_cast<std::uint32_t>(forms_.numbers_.size());
+            forms_.learned_.push_back({family, index, value});
+            forms_.numbers_.push_back(0);
+            forms_.indices_.insert(hash, index);
+        }
+        return QString();
+    }
+
+    void alsoKnownAs(Family family, const QString& key, const QString& other) override
+    {
+        const auto known = forms_.indices_.constFind(keyHash(family, keyOf(family, key)));
+        const bool isOther = family == Family::Address || keyOf(family, other) != keyOf(family, key);
+        if (known == forms_.indices_.constEnd() || !isOther) {
+            return;
+        }
+        const ByteHash hash = keyHash(family, QLatin1Char('=') + other);
+        const ByteHash own = keyHash(family, keyOf(family, other));
+        if (!forms_.indices_.contains(hash) && !forms_.indices_.contains(own)) {
+            const std::uint32_t index = *known;
+            forms_.learned_.push_back({family, index, other});
+            forms_.indices_.insert(family == Family::Address ? hash : own, index);
+        }
+    }
+
+    void isGiven(const GivenForm& form) override
+    {
+        if (form.family != Family::Count) {
+            forms_.taken_.at(std::size_t(form.family)).insert(form.number);
+        }
+    }
+
+    QString other(const QString&, PrivateKind) override { return QString(); }
+
+private:
+    static QString keyOf(Family family, const QString& name)
+    {
+        return family == Family::Address ? name : commonSpelling(name);
+    }
+
+    FixedForms& forms_;
+};
+
+class FixedForms::Replacer : public Reader
+{
+public:
+    explicit Replacer(const FixedForms& forms) : forms_(forms) {}
+
+protected:
+    QString form(Family family, const QString& key, const QString&) override
+    {
+        const std::uint32_t index = forms_.indices_.value(keyHash(family, key), unknown);
+        const std::uint32_t number = index < forms_.numbers_.size() ? forms_.numbers_[index] : 0;
+        if (number == 0) {
+            return family == Family::Address ? QString() : QString(ellipsis);
+        }
+        switch (family) {
+        case Family::Uuid: return uuidForm(number);
+        case Family::Address: return QString::number(number);
+        case Family::IpV4: return versionFourForm(number);
+        case Family::IpV6: return versionSixForm(number);
+        default: return nameForm(family, number);
+        }
+    }
+
+    QString other(const QString& text, PrivateKind kind) override
+    {
+        return (kind == PrivateKind::Model ? forms_.models_ : forms_.texts_).replacedInText(text);
+    }
+
+private:
+    static constexpr std::uint32_t unknown = UINT32_MAX;
+
+    const FixedForms& forms_;
+};
+
+ByteHash FixedForms::keyHash(Family family, const QString& key)
+{
+    const QString named = QChar(static_cast<ushort>(family)) + key;
+    return Privacy::hashOf(reinterpret_cast<const char*>(named.constData()),
+                           named.size() * static_cast<int>(sizeof(QChar)));
+}
+
+void FixedForms::learn(const QString& text, PrivateKind kind)
+{
+    Learner(*this).textWithForms(text, kind);
+}
+
+QString FixedForms::replaced(const QString& text, PrivateKind kind) const
+{
+    return Replacer(*this).textWithForms(text, kind);
+}
+
+void FixedForms::settle()
+{
+    for (const Learned& learned : learned_) {
+        const auto family = std::size_t(learned.family);
+        std::uint32_t& number = numbers_[learned.index];
+        if (number == 0) {
+            do {
+                ++last_.at(family);
+            } while (taken_.at(family).contains(last_.at(family)));
+            number = last_.at(family);
+        }
+        searchFor(learned, number);
+    }
+    learned_.clear();
+}
+
+/// Values that are ordinary words or small numbers are not searched for: most of what is found would be something else.
+void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
+{
+    constexpr int longestSearched = 255;
+    const QString& text = learned.text;
+    if (text.isEmpty() || text.size() > longestSearched) {
+        return;
+    }
+    const auto hasOne = [&text](bool (*is)(QChar)) { return std::any_of(text.begin(), text.end(), is); };
+    const bool hasDigit = hasOne([](QChar c) { return c.isDigit(); });
+    const bool hasLetter = hasOne([](QChar c) { return c.isLetter(); });
+    const bool isWord = !hasOne([](QChar c) { return !c.isLetter(); });
+    const auto isLong = [&text](int least) { return text.size() >= least; };
+    switch (learned.family) {
+    case Family::Address: {
+        const QString digits = QString::number(number, 16).rightJustified(6, QLatin1Char('0'));
+        searchForDigits(text, text.left(6) + digits.right(6));
+        break;
+    }
+    case Family::Uuid: searchForDigits(text, uuidForm(number).remove(QLatin1Char('-'))); break;
+    case Family::Serial:
+        if (hasDigit && isLong(hasLetter ? 4 : 7)) {
+            searchForName(text, nameForm(learned.family, number), Where::Word);
+        }
+        break;
+    case Family::Token:
+        if (hasDigit && hasLetter && isLong(8) && !hasOne([](QChar c) { return c.isSpace(); })) {
+            searchForDigits(text, nameForm(learned.family, number));
+        }
+        break;
+    case Family::Label:
+        if (isLong(3) && !isTechnicalWord(text)) {
+            const bool isUnmistakable = isLong(6) && !isWord && hasLetter;
+            searchForName(text, nameForm(learned.family, number),
+                          isUnmistakable ? Where::Word : Where::Folder);
+        }
+        break;
+    case Family::IpV4:
+    case Family::IpV6: break;
+    default:
+        if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
+            searchForName(text, nameForm(learned.family, number), Where::Word);
+        }
+    }
+}
+
+void FixedForms::searchForName(const QString& name, const QString& form, Where where)
+{
+    constexpr int mostSpelled = 10000; // bounds the memory: each has dozens of spellings
+    const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
+    const bool isSpelled = !std::all_of(name.begin(), name.end(), isPlain) && spelledNames_++ < mostSpelled;
+    for (int way = 0; way < (isSpelled ? waysToSpell : 1); ++way) {
+        for (const QString& letters : {name, name.toLower(), name.toUpper()}) {
+            for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
+                const QByteArray text = spelled(letters.normalized(normalized), way).toUtf8();
+                const QByteArray replacement = spelled(form, way).toUtf8();
+                texts_.add(text, replacement, where, Letters::Either);
+                if (form.startsWith(QLatin1String("SERIAL-"))) {
+                    models_.add(text, replacement, where, Letters::Either);
+                }
+            }
+        }
+    }
+    const bool isPerson = form.startsWith(QLatin1String("user"));
+    if (isPerson && !name.endsWith(QLatin1Char('s'))) { // "Alices iPhone"
+        texts_.add((name + QLatin1Char('s')).toUtf8(), (form + QLatin1Char('s')).toUtf8(), where,
+                   Letters::Either);
+    }
+}
+
+/// Values in which nothing is spelled in another way.
+void FixedForms::searchForDigits(const QString& digits, const QString& form)
+{
+    for (Replacements* replacements : {&models_, &texts_}) {
+        replacements->add(digits.toUtf8(), form.toUtf8(), Where::Word, Letters::Either);
+    }
+}
+
+} // namespace norvex::Privacy

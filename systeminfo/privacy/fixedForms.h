@@ -1,0 +1,74 @@
+#pragma once
+
+#include "systeminfo/privacy/byteHashes.h"
+#include "systeminfo/privacy/privateValues.h"
+#include "systeminfo/privacy/replacements.h"
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+namespace norvex::Privacy {
+
+/// What is numbered apart from others.
+enum class Family : std::uint8_t {
+    Serial,
+    Person,
+    Host,
+    Domain,
+    Label,
+    Network,
+    Device,
+    Printer,
+    Token,
+    Uuid,
+    Address, ///< the device half of a hardware address
+    IpV4,
+    IpV6,
+    Count
+};
+
+/// Private values and the visible forms that stand for them, such as "SERIAL-1" and "user1". Forms are numbered in the
+/// order in which their values were learned. A form that a text has already stays, and no other value gets it.
+class FixedForms
+{
+public:
+    /// Learns the private values in a text of that kind.
+    void learn(const QString& text, PrivateKind kind);
+    /// Gives forms to what was learned. Call it before replaced().
+    void settle();
+    /// The text with forms for its private values, and for known ones where a name of their kind can stand.
+    QString replaced(const QString& text, PrivateKind kind) const;
+
+private:
+    class Reader;
+    class Learner;
+    class Replacer;
+
+    struct Learned
+    {
+        Family family;
+        std::uint32_t index; ///< in numbers_
+        QString text;        ///< to search for
+    };
+
+    static ByteHash keyHash(Family family, const QString& key);
+    void searchFor(const Learned& learned, std::uint32_t number);
+    void searchForName(const QString& name, const QString& form, Replacements::Where where);
+    void searchForDigits(const QString& digits, const QString& form);
+
+    QHash<ByteHash, std::uint32_t> indices_;
+    std::vector<std::uint32_t> numbers_; ///< 0 until settle()
+    std::vector<Learned> learned_;       ///< since the last settle()
+    std::array<QSet<std::uint32_t>, std::size_t(Family::Count)> taken_;
+    std::array<std::uint32_t, std::size_t(Family::Count)> last_ = {};
+    Replacements models_;  ///< what stands where no name can, too
+    Replacements texts_;   ///< these and names
+    int spelledNames_ = 0; ///< names that are searched for in all their spellings
+};
+
+} // namespace norvex::Privacy

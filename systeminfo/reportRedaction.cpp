@@ -1,0 +1,243 @@
+#include "systeminfo/privacy/environmentVariables.h"
+#include "systeminfo/privacy/fixedForms.h"
+#include "systeminfo/reportPrivacy.h"
+#include "systeminfo/reportPrivate.h"
+
+namespace norvex::SystemInfo {
+
+using namespace Internal;
+using Privacy::FixedForms;
+using Privacy::PrivateKind;
+
+class CRedactorPrivate
+{
+public:
+    FixedForms forms;
+};
+
+namespace {
+
+/// Takes the stretches of a report in which private values may stand, from its begin to its end.
+class Stretches
+{
+public:
+    virtual ~Stretches() = default;
+
+    virtual void take(int begin, int end, PrivateKind kind) = 0;
+    /// A line of an unknown value behind its first one.
+    virtual void hide(int begin, int end) = 0;
+};
+
+class Walk
+{
+public:
+    Walk(const CReportPrivate& report, Stretches& stretches) : text_(report.text), stretches_(stretches)
+    {
+        for (int part = 0; part < report.parts.size(); ++part) {
+            takePart(report.parts.at(part), report.endOf(part));
+        }
+    }
+
+private:
+    void takePart(const Part& part, int end);
+    void takePieces(const Container& container, const SectionPrivacy& privacy);
+    void takeEntry(const Piece& piece, const SectionFormat* format, const SectionPrivacy& privacy);
+    void takeVariable(const Piece& variable);
+    void takeList(const Piece& piece, PrivateKind kind);
+    void takeLines(int begin, int end, PrivateKind kind);
+
+    /// Leaves out line ends, blanks around a value, and the apostrophes around a quoted one.
+    void take(int begin, int end, PrivateKind kind, bool isQuoted = false);
+
+    const QString& text_;
+    Stretches& stretches_;
+};
+
+void Walk::takePart(const Part& part, int end)
+{
+    if (part.type == Part::Lines) {
+        takeLines(part.begin, end, PrivateKind::None);
+    } else if (part.type == Part::Section) {
+        const SectionPrivacy& privacy = SectionPrivacy::of(part.format());
+        const Container content = contentOf(text_, part, end);
+        if (part.format() == nullptr) {
+            takeLines(part.begin, content.begin, PrivateKind::None); // the heading
+        }
+        takePieces(content, privacy);
+    }
+}
+
+void Walk::takePieces(const Container& container, const SectionPrivacy& privacy)
+{
+    const bool isBlock = container.ownLines > 0;
+    PieceReader reader(text_, container);
+    for (Piece piece; reader.next(piece);) {
+        if (piece.type == Piece::Block) {
+            takePieces(contentOf(piece, *container.format), privacy);
+        } else if (piece.type == Piece::Entry) {
+            takeEntry(piece, container.format, privacy);
+        } else {
+            takeLines(piece.begin, piece.end, isBlock ? privacy.blockKind() : privacy.otherKind());
+        }
+    }
+}
+
+void Walk::takeEntry(const Piece& piece, const SectionFormat* format, const SectionPrivacy& privacy)
+{
+    if (format != nullptr && format == environmentFormat()) {
+        takeVariable(piece);
+        return;
+    }
+    const EntryPlace& entry = piece.entry;
+    take(piece.begin, entry.labelEnd, privacy.otherKind());
+    const PrivateKind kind = privacy.valueKind(text_, entry);
+    if (isList(entry)) {
+        takeList(piece, kind);
+    } else {
+        take(entry.valueBegin, entry.valueEnd, kind, format != nullptr && format->isQuoted);
+    }
+}
+
+/// Each line of the list is a value.
+void Walk::takeList(const Piece& piece, PrivateKind kind)
+{
+    static const QLatin1String defaultMark("    [default printer]");
+    int position = piece.begin;
+    if (piece.entry.format->kind == ValueKind::IndentedList) {
+        take(piece.entry.valueBegin, piece.entry.valueEnd, kind);
+    }
+    for (position = lineAt(text_, position).next; position < piece.end;) {
+        const Line line = lineAt(text_, position);
+        const bool isDefault = text_.midRef(line.begin, line.end - line.begin).endsWith(defaultMark);
+        take(line.begin, line.end - (isDefault ? defaultMark.size() : 0), kind);
+        position = line.next;
+    }
+}
+
+/// The lines of an unknown value have one form on the first one; of the others not even the length shows.
+void Walk::takeVariable(const Piece& variable)
+{
+    const EntryPlace& entry = variable.entry;
+    const Line first = lineAt(text_, variable.begin);
+    const bool isLong = first.next < variable.end;
+    PrivateKind kind = Privacy::kindOfVariable(labelOf(text_, entry));
+    if (isLong && kind != PrivateKind::None) {
+        kind = PrivateKind::Token;
+    }
+    stretches_.take(entry.valueBegin, first.end, kind);
+    for (int position = first.next; position < variable.end;) {
+        const Line line = lineAt(text_, position);
+        if (kind == PrivateKind::None) {
+            stretches_.take(line.begin, line.end, kind);
+        } else {
+            stretches_.hide(line.begin, line.end);
+        }
+        position = line.next;
+    }
+}
+
+void Walk::takeLines(int begin, int end, PrivateKind kind)
+{
+    while (begin < end) {
+        const Line line = lineAt(text_, begin);
+        if (kind == PrivateKind::Token) {
+            stretches_.hide(line.begin, line.end);
+        } else {
+            take(line.begin, line.end, kind);
+        }
+        begin = line.next;
+    }
+}
+
+void Walk::take(int begin, int end, PrivateKind kind, bool isQuoted)
+{
+    const auto has = [this](int place, char c) { return text_.at(place) == QLatin1Char(c); };
+    while (begin < end && has(begin, ' ')) {
+        ++begin;
+    }
+    while (begin < end && has(end - 1, ' ')) {
+        --end;
+    }
+    if (isQuoted && end - begin > 1 && has(begin, '\'') && has(end - 1, '\'')) {
+        take(begin + 1, end - 1, kind);
+    } else if (begin < end) {
+        stretches_.take(begin, end, kind);
+    }
+}
+
+class Learning : public Stretches
+{
+public:
+    Learning(const QString& text, FixedForms& forms) : text_(text), forms_(forms) {}
+
+    void take(int begin, int end, PrivateKind kind) override
+    {
+        forms_.learn(text_.mid(begin, end - begin), kind);
+    }
+    void hide(int, int) override {}
+
+private:
+    const QString& text_;
+    FixedForms& forms_;
+};
+
+class Replacing : public Stretches
+{
+public:
+    Replacing(const QString& text, const FixedForms& forms) : text_(text), forms_(forms) {}
+
+    void take(int begin, int end, PrivateKind kind) override
+    {
+        replace(begin, end, forms_.replaced(text_.mid(begin, end - begin), kind));
+    }
+    void hide(int begin, int end) override { replace(begin, end, QString(QChar(0x2026))); }
+
+    QString text()
+    {
+        result_ += text_.midRef(copied_);
+        return result_;
+    }
+
+private:
+    void replace(int begin, int end, const QString& replacement)
+    {
+        result_ += text_.midRef(copied_, begin - copied_);
+        result_ += replacement;
+        copied_ = end;
+    }
+
+    const QString& text_;
+    const FixedForms& forms_;
+    QString result_;
+    int copied_ = 0;
+};
+
+} // namespace
+
+CRedactor::CRedactor() : d(new CRedactorPrivate) {}
+
+CRedactor::~CRedactor() = default;
+
+void CRedactor::collect(const CReport& report)
+{
+    if (!report.isNull()) {
+        Learning learning(report.d->text, d->forms);
+        Walk(*report.d, learning);
+        d->forms.settle();
+    }
+}
+
+CReport CReport::redacted(CRedactor* redactor) const
+{
+    if (isNull()) {
+        return CReport();
+    }
+    CRedactor own;
+    CRedactor& used = redactor != nullptr ? *redactor : own;
+    used.collect(*this);
+    Replacing replacing(d->text, used.d->forms);
+    Walk(*d, replacing);
+    return fromText(replacing.text());
+}
+
+} // namespace norvex::SystemInfo
