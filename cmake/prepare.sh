@@ -11,7 +11,7 @@ buildFolder=$sourceFolder/build/release
 buildPackages=(
   g++ cmake ninja-build pkg-config
   qtbase5-dev libqt5opengl5-dev
-  libudev-dev libplist-dev libglib2.0-dev
+  libudev-dev libplist-dev
   libxcb1-dev
 )
 testPackages=(

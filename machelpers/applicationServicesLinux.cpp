@@ -1,11 +1,7 @@
-// GIO has members named "signals", so it comes before Qt's macro of that name.
-#include <gio/gdesktopappinfo.h>
-
-#include "systeminfo/mac/platform/live/gObject.h"
-
 #include "machelpers/applicationServices.h"
 #include "machelpers/errorStreamLinux.h"
 #include "machelpers/privilegedToolLinux.h"
+#include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/machine.h"
@@ -54,13 +50,6 @@ struct CloseFolder
 {
     void operator()(DIR* folder) const { closedir(folder); }
 };
-
-/// The desktop file of an installed application, empty when none has this name.
-QByteArray desktopFilePath(const QByteArray& name)
-{
-    const GObjectOwner<GDesktopAppInfo> application(g_desktop_app_info_new(name.constData()));
-    return application ? QByteArray(g_desktop_app_info_get_filename(application.get())) : QByteArray();
-}
 
 class LinuxApplicationServices : public ApplicationServices
 {
@@ -124,11 +113,12 @@ public:
     {
         static thread_local QByteArray path;
         const QByteArray name(identifier);
-        path = desktopFilePath(name);
-        if (path.isEmpty()) {
-            path = desktopFilePath(name + ".desktop");
+        auto found = desktopFilePath(name);
+        if (!found) {
+            found = desktopFilePath(name + ".desktop");
         }
-        return path.isEmpty() ? nullptr : path.constData();
+        path = found.value_or(QByteArray());
+        return found ? path.constData() : nullptr;
     }
 
     bool fileExists(const char* path) override { return currentMachine()->fileExists(path); }

@@ -11,9 +11,6 @@
 // leaves more blocks is repeated, because what is made once and kept is no leak. Where the address sanitizer watches,
 // it reports leaks too, at the end.
 
-// GIO before Qt: it has a member that Qt makes a keyword.
-#include <gio/gdesktopappinfo.h>
-
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
 #include "recordingSupport.h"
@@ -132,27 +129,12 @@ NORVEX_INTERPOSED void* aligned_alloc(std::size_t alignment, std::size_t size) n
     return allocated;
 }
 
-// GLib and libplist end the process when they get no memory, and they call allocating functions of the C library
-// themselves. No allocation fails inside these calls.
+// libplist ends the process when it gets no memory, and it calls allocating functions of the C library itself. No
+// allocation fails inside these calls.
 #define NORVEX_SPARED(function, ...)                                                                         \
     NORVEX_NEXT(function)                                                                                    \
     const NothingFails nothingFails;                                                                         \
     return next(__VA_ARGS__)
-
-NORVEX_INTERPOSED GAppInfo* g_app_info_get_default_for_uri_scheme(const char* scheme)
-{
-    NORVEX_SPARED(g_app_info_get_default_for_uri_scheme, scheme);
-}
-
-NORVEX_INTERPOSED GDesktopAppInfo* g_desktop_app_info_new(const char* identifier)
-{
-    NORVEX_SPARED(g_desktop_app_info_new, identifier);
-}
-
-NORVEX_INTERPOSED void g_object_unref(void* object)
-{
-    NORVEX_SPARED(g_object_unref, object);
-}
 
 // Frees a block twice where there is no memory for its list of matches (glibc 2.36).
 NORVEX_INTERPOSED int glob(const char* pattern, int flags, int (*onError)(const char*, int),

@@ -9,17 +9,16 @@
 /// (`qWarning`). Lines end with sNewLine. A text of `sysctlbyname` has at most 511 bytes and its zero; the query of a
 /// longer one fails.
 ///
-/// std::bad_alloc passes through; nothing else is thrown. On Linux three libraries end the process when memory runs
-/// out: GLib, behind defaultEmailApp(), libplist, behind checkFtdiDriver() when the property list is binary, and glob of
-/// the C library, behind cpuInfo() and memoryInfo().
+/// std::bad_alloc passes through; nothing else is thrown. On Linux two libraries end the process when memory runs
+/// out: libplist, behind checkFtdiDriver() when the property list is binary, and glob of the C library, behind cpuInfo()
+/// and memoryInfo().
 ///
 /// Threads: you may call all functions on any thread, on several at once. The records and iterators that they hand out
 /// are yours; use each on one thread at a time.
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
-/// norvexPlatform.h). On Linux the first call of defaultEmailApp() leaves a thread of GLib behind ("gmain"), and the
-/// first one of bonjourVersion() that finds a system bus a thread of Qt's D-Bus module ("QDBusConnection"). Both stay
-/// until the process ends; no other section leaves one.
+/// norvexPlatform.h). On Linux the first call of bonjourVersion() that finds a system bus leaves a thread of Qt's
+/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one.
 
 #include "../norvexExport.h"
 
@@ -251,8 +250,8 @@ NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 NORVEX_SYSTEMINFO_EXPORT void checkBonjour(int& errorCode, QString& versionText);
 
 /// One line with the path of the application that opens "mailto:" links (`LSGetApplicationForURL`). Without one the line
-/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file,
-/// and GLib, which finds it, ends the process when memory runs out.
+/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file: the
+/// first that is there of those in mimeapps.list, with the lists of desktops and administrators, else in mimeinfo.cache.
 NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 
 /// @}

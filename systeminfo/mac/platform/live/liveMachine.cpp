@@ -1,3 +1,4 @@
+#include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/deviceRegistry.h"
 #include "systeminfo/mac/platform/live/kernel.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
