@@ -12,7 +12,7 @@ using namespace SystemInfo;
 namespace {
 
 /// So many characters of names stand in a message, which has room for 200.
-const int longestNames = 110;
+const int longestNames = 105;
 
 /// As many messages as it takes: one that is too long would lose the names in its middle.
 void printNames(const QStringList& names)
@@ -22,7 +22,7 @@ void printNames(const QStringList& names)
         line += (line.isEmpty() ? QString() : QStringLiteral(", ")) + names.at(i);
         const bool isLast = i + 1 == names.size();
         if (isLast || line.size() + names.at(i + 1).size() > longestNames) {
-            printMessage(QStringLiteral("read this before you send it, no rule covers it: %1").arg(line));
+            printMessage(QStringLiteral("read these before you send them, --redact has no rules for them: %1").arg(line));
             line.clear();
         }
     }
