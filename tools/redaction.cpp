@@ -22,7 +22,8 @@ void printNames(const QStringList& names)
         line += (line.isEmpty() ? QString() : QStringLiteral(", ")) + names.at(i);
         const bool isLast = i + 1 == names.size();
         if (isLast || line.size() + names.at(i + 1).size() > longestNames) {
-            printMessage(QStringLiteral("read these before you send them, --redact has no rules for them: %1").arg(line));
+            printMessage(QStringLiteral("read these before you send them, --redact has no rules for them: %1")
+                             .arg(line));
             line.clear();
         }
     }
@@ -52,17 +53,11 @@ void printUnjudged(const SelectedReport& redacted)
     QStringList names;
     const QVector<CReportItem> items = redacted.report.content();
     const int count = redacted.places ? redacted.places->size() : items.size();
-    bool hasLines = false;
     for (int i = 0; i < count; ++i) {
-        const CReportItem& item = items.at(redacted.places ? redacted.places->at(i) : i);
-        const CReportSection section = item.toSection();
+        const CReportSection section = items.at(redacted.places ? redacted.places->at(i) : i).toSection();
         if (!section.isNull() && !section.isKnown()) {
             names += quoted(section.name());
         }
-        hasLines = hasLines || (item.type() == CReportItem::Lines && !item.text().trimmed().isEmpty());
-    }
-    if (hasLines) {
-        names += QStringLiteral("lines outside of sections");
     }
     names.removeDuplicates();
     printNames(names);

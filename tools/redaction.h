@@ -15,7 +15,7 @@ namespace norvex::Tool {
 bool redact(SelectedReport& selected, SystemInfo::CRedactor& redactor, QString& errorMessage);
 
 /// Names on standard error what a person should read before it is sent, because only known values and shapes are replaced
-/// there: sections that are not in the table, and lines outside of sections.
+/// there: the sections that are not in the table.
 void printUnjudged(const SelectedReport& redacted);
 
 /// The same for differences between redacted reports.
