@@ -4,7 +4,6 @@
 #include "systeminfo/norvexReport.h"
 
 #include <QHash>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -283,6 +282,16 @@ const struct
 };
 
 } // namespace
+
+const QStringList& summarySections()
+{
+    static const QStringList names =
+        QStringLiteral("osVersion kernelInfo macModel architecture cpuInfo memoryInfo "
+                       "ioKitSataDiskDevices ioKitNVMExpressDevices "
+                       "ioKitGraphicsCards qtGlobal qtScreens openGL")
+            .split(QLatin1Char(' '));
+    return names;
+}
 
 QString summaryOf(const CReport& report, bool hasOtherMachine)
 {
