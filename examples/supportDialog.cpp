@@ -41,8 +41,8 @@ struct Replaced
     QString other;
 };
 
-/// The piece between what two texts have in common at their begins and ends. Whole words, so that of two numbers not only
-/// some digits are highlighted.
+/// The piece between what two texts have in common at their begins and ends: whole words, so that of two numbers not
+/// some digits alone are highlighted.
 Replaced replacedBetween(const QString& text, const QString& other)
 {
     const int shorter = std::min(text.size(), other.size());
