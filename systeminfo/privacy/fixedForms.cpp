@@ -122,6 +122,11 @@ AddressText::AddressText(const QString& addressText) : text(addressText)
         bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
         i = isEnd ? end : end + (isSeparated ? 1 : 0);
     }
+    const bool isWhole = text.size() == 2 * addressSize || text.size() == 2 * extendedAddressSize;
+    if (!isSeparated && !isWhole) {
+        places.clear(); // a number of another kind
+        return;
+    }
     constexpr int deviceHalf = 3;
     constexpr int extendedDevice = 5;
     const bool holdsOther = bytes.mid(3, 2) == "\xff\xfe" || bytes.mid(3, 2) == "\xff\xff";
@@ -191,12 +196,12 @@ QString versionSixForm(std::uint32_t number)
 
 GivenForm givenVersionSix(const Q_IPV6ADDR& bytes)
 {
-    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8", 4) != 0) {
+    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0", 12) != 0) {
         return {};
     }
     std::uint32_t number = 0;
-    for (int i = 4; i < 16; ++i) {
-        number = i < 12 && bytes[i] != 0 ? 0 : number << 8 | bytes[i];
+    for (int i = 12; i < 16; ++i) {
+        number = number << 8 | bytes[i];
     }
     return {Family::IpV6, number};
 }
@@ -261,6 +266,7 @@ protected:
     virtual QString other(const QString& text, PrivateKind kind) = 0;
 
 private:
+    /// The form of a value that is private as a whole; any other value stays.
     QString formOf(const QString& value, PrivateKind kind);
     QString formOfName(const QString& value, Family family);
     QString formOfPerson(const QString& value);
@@ -272,19 +278,9 @@ private:
 
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
-    switch (kind) {
-    case PrivateKind::Serial:
-    case PrivateKind::Address:
-    case PrivateKind::Uuid:
-    case PrivateKind::Name:
-    case PrivateKind::Network:
-    case PrivateKind::Printer:
-    case PrivateKind::Person:
-    case PrivateKind::Host:
-    case PrivateKind::Domain:
-    case PrivateKind::Label:
-    case PrivateKind::Token: return formOf(text, kind);
-    default: break;
+    const QString form = formOf(text, kind);
+    if (form != text || kind == PrivateKind::Token) {
+        return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
     if (kind == PrivateKind::HomeFolder && parts.empty()) {
@@ -295,8 +291,8 @@ QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
     int copied = 0;
     for (const PrivatePart& part : parts) {
         result += other(text.mid(copied, part.start - copied), kind);
-        const QString form = formOf(text.mid(part.start, part.length), part.kind);
-        result += isPort ? spelled(form, 3) : form;
+        const QString partForm = formOf(text.mid(part.start, part.length), part.kind);
+        result += isPort ? spelled(partForm, 3) : partForm;
         copied = part.start + part.length;
     }
     return result + other(text.mid(copied), kind);
@@ -318,7 +314,7 @@ QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
     case PrivateKind::Network: return formOfName(value, Family::Network);
     case PrivateKind::Printer:
         return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
-    case PrivateKind::Folder: return QString(ellipsis);
+    case PrivateKind::Folder: return givenNameForm(value).family == Family::Count ? QString(ellipsis) : value;
     default: return value;
     }
 }
