@@ -505,7 +505,11 @@ protected:
 
     QString other(const QString& text, PrivateKind kind) override
     {
-        return (kind == PrivateKind::Model ? forms_.models_ : forms_.texts_).replacedInText(text);
+        if (kind == PrivateKind::Model) {
+            return forms_.models_.replacedInText(text);
+        }
+        const QString result = forms_.texts_.replacedInText(text);
+        return kind == PrivateKind::Product ? result : forms_.labels_.replacedInText(result);
     }
 
 private:
@@ -560,6 +564,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     const bool hasLetter = hasOne([](QChar c) { return c.isLetter(); });
     const bool isWord = !hasOne([](QChar c) { return !c.isLetter(); });
     const auto isLong = [&text](int least) { return text.size() >= least; };
+    const QString form = nameForm(learned.family, number);
     switch (learned.family) {
     case Family::Address: {
         const QString digits = QString::number(number, 16).rightJustified(6, QLatin1Char('0'));
@@ -569,51 +574,53 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     case Family::Uuid: searchForDigits(text, uuidForm(number).remove(QLatin1Char('-'))); break;
     case Family::Serial:
         if (hasDigit && isLong(hasLetter ? 4 : 7)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
+            searchForName(models_, text, form, Where::Word, Letters::Either);
+            searchForName(texts_, text, form, Where::Word, Letters::Either);
         }
         break;
     case Family::Token:
         if (hasDigit && hasLetter && isLong(8) && !hasOne([](QChar c) { return c.isSpace(); })) {
-            searchForDigits(text, nameForm(learned.family, number));
+            searchForDigits(text, form);
         }
         break;
     case Family::Label:
         if (isLong(3) && !isTechnicalWord(text)) {
-            const bool isUnmistakable = isLong(6) && !isWord && hasLetter;
-            searchForName(text, nameForm(learned.family, number),
-                          isUnmistakable ? Where::Word : Where::Folder);
+            const bool isUnmistakable = isLong(5) && hasLetter;
+            searchForName(labels_, text, form, isUnmistakable ? Where::Word : Where::Folder,
+                          isWord ? Letters::Exact : Letters::Either);
         }
         break;
     case Family::IpV4:
     case Family::IpV6: break;
     default:
         if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
+            searchForName(texts_, text, form, Where::Word, Letters::Either);
+        }
+        if (learned.family == Family::Person && isWord && isLong(3) && !isTechnicalWord(text)) {
+            const QString genitive = text + QLatin1Char('s'); // "Alices iPhone"
+            texts_.add(genitive.toUtf8(), (form + QLatin1Char('s')).toUtf8(), Where::Word, Letters::Either);
         }
     }
 }
 
-void FixedForms::searchForName(const QString& name, const QString& form, Where where)
+void FixedForms::searchForName(Replacements& replacements, const QString& name, const QString& form,
+                               Where where, Letters letters)
 {
     constexpr int mostSpelled = 10000; // bounds the memory: each has dozens of spellings
     const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
     const bool isSpelled = !std::all_of(name.begin(), name.end(), isPlain) && spelledNames_++ < mostSpelled;
-    for (int way = 0; way < (isSpelled ? waysToSpell : 1); ++way) {
-        for (const QString& letters : {name, name.toLower(), name.toUpper()}) {
+    if (!isSpelled) {
+        replacements.add(name.toUtf8(), form.toUtf8(), where, letters);
+        return;
+    }
+    for (int way = 0; way < waysToSpell; ++way) {
+        const QByteArray replacement = spelled(form, way).toUtf8();
+        for (const QString& text : {name, name.toLower(), name.toUpper()}) {
             for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
-                const QByteArray text = spelled(letters.normalized(normalized), way).toUtf8();
-                const QByteArray replacement = spelled(form, way).toUtf8();
-                texts_.add(text, replacement, where, Letters::Either);
-                if (form.startsWith(QLatin1String("SERIAL-"))) {
-                    models_.add(text, replacement, where, Letters::Either);
-                }
+                replacements.add(spelled(text.normalized(normalized), way).toUtf8(), replacement, where,
+                                 letters);
             }
         }
-    }
-    const bool isPerson = form.startsWith(QLatin1String("user"));
-    if (isPerson && !name.endsWith(QLatin1Char('s'))) { // "Alices iPhone"
-        texts_.add((name + QLatin1Char('s')).toUtf8(), (form + QLatin1Char('s')).toUtf8(), where,
-                   Letters::Either);
     }
 }
 
