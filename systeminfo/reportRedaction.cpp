@@ -187,6 +187,11 @@ private:
     FixedForms& forms_;
 };
 
+QString ellipsis()
+{
+    return QString(QChar(0x2026));
+}
+
 /// A text that is made of another one by replacing stretches.
 class Replacement
 {
@@ -210,6 +215,20 @@ private:
     int copied_ = 0;
 };
 
+/// Whether a line with this text would be a label and a value.
+bool isEntry(const QString& text)
+{
+    const int colon = text.indexOf(QLatin1Char(':'));
+    return colon != -1 && (colon + 1 == text.size() || text.at(colon + 1) == QLatin1Char(' '));
+}
+
+/// The text with its private values replaced. It stays what it is, or else its label could say more the next time.
+QString replacedLine(const FixedForms& forms, const QString& text, PrivateKind kind)
+{
+    QString replaced = forms.replaced(text, kind);
+    return isEntry(replaced) && !isEntry(text) ? ellipsis() : replaced;
+}
+
 /// A stretch in which something was replaced.
 struct Changed
 {
@@ -227,7 +246,7 @@ public:
     void take(int begin, int end, PrivateKind kind) override
     {
         const QString original = text_.mid(begin, end - begin);
-        const QString replaced = forms_.replaced(original, kind);
+        const QString replaced = replacedLine(forms_, original, kind);
         if (replaced == original) {
             return;
         }
@@ -240,8 +259,6 @@ public:
 
     QString text() { return replacement_.text(); }
     const std::vector<Changed>& changed() const { return changed_; }
-
-    static QString ellipsis() { return QString(QChar(0x2026)); }
 
 private:
     const QString& text_;
@@ -264,9 +281,9 @@ QString settled(QString text, std::vector<Changed> changed, FixedForms& forms)
         std::vector<Changed> again;
         for (const Changed& stretch : changed) {
             const QString original = text.mid(stretch.begin, stretch.size);
-            QString replaced = forms.replaced(original, stretch.kind);
+            QString replaced = replacedLine(forms, original, stretch.kind);
             if (replaced != original) {
-                replaced = round < mostRounds ? replaced : Replacing::ellipsis();
+                replaced = round < mostRounds ? replaced : ellipsis();
                 const int place = replacement.replace(stretch.begin, stretch.begin + stretch.size, replaced);
                 again.push_back({place, replaced.size(), stretch.kind});
             }

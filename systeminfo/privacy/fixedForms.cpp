@@ -262,6 +262,8 @@ protected:
     virtual QString form(Family family, const QString& key, const QString& value) = 0;
     virtual void alsoKnownAs(Family, const QString& /*key*/, const QString& /*other*/) {}
     virtual void isGiven(const GivenForm&) {}
+    /// How many forms of a family there are.
+    virtual std::uint32_t formCount(Family family) const = 0;
     /// A text between private values.
     virtual QString other(const QString& text, PrivateKind kind) = 0;
 
@@ -384,12 +386,14 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
         return formOf(value, PrivateKind::Serial);
     }
     const QByteArray device = address.device();
-    const bool isSmall = std::all_of(device.begin(), device.end() - 1, [](char each) { return each == 0; });
-    if (isSmall || address.isEach('\xff')) {
-        isGiven({Family::Address, static_cast<std::uint8_t>(device.at(device.size() - 1))});
+    const QString key = QString::fromLatin1(device.toHex());
+    // Only the forms that end in one byte can be told from addresses; further ones are known to those who made them.
+    constexpr qulonglong mostShown = 0xff;
+    const qulonglong shown = key.toULongLong(nullptr, 16);
+    if (shown <= std::max<qulonglong>(mostShown, formCount(Family::Address)) || address.isEach('\xff')) {
+        isGiven({shown <= mostShown ? Family::Address : Family::Count, static_cast<std::uint32_t>(shown)});
         return value;
     }
-    const QString key = QString::fromLatin1(device.toHex());
     const QString number = form(Family::Address, key, QString());
     if (address.bytes.size() == addressSize) {
         alsoKnownAs(Family::Address, key, QString::fromLatin1(address.bytes.toHex()));
@@ -470,6 +474,8 @@ protected:
         }
     }
 
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
+
     QString other(const QString&, PrivateKind) override { return QString(); }
 
 private:
@@ -502,6 +508,8 @@ protected:
         default: return nameForm(family, number);
         }
     }
+
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
 
     QString other(const QString& text, PrivateKind kind) override
     {

@@ -594,7 +594,7 @@ bool isPrivateIpAddress(const QString& text)
     const Q_IPV6ADDR bytes = address.toIPv6Address();
     const bool isNone = std::all_of(bytes.c, bytes.c + 16, [](quint8 byte) { return byte == 0; });
     const bool isMask = bytes[0] == 0xff && bytes[1] == 0xff;
-    const bool isGroup = bytes[0] == 0xff && bytes[13] != 0xff; // FF there: made of an address
+    const bool isGroup = bytes[0] == 0xff && bytes[12] != 0xff; // FF there: made of an address
     return !isNone && !isMask && !isGroup;
 }
 
