@@ -122,6 +122,11 @@ AddressText::AddressText(const QString& addressText) : text(addressText)
         bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
         i = isEnd ? end : end + (isSeparated ? 1 : 0);
     }
+    const bool isWhole = text.size() == 2 * addressSize || text.size() == 2 * extendedAddressSize;
+    if (!isSeparated && !isWhole) {
+        places.clear(); // a number of another kind
+        return;
+    }
     constexpr int deviceHalf = 3;
     constexpr int extendedDevice = 5;
     const bool holdsOther = bytes.mid(3, 2) == "\xff\xfe" || bytes.mid(3, 2) == "\xff\xff";
@@ -191,12 +196,12 @@ QString versionSixForm(std::uint32_t number)
 
 GivenForm givenVersionSix(const Q_IPV6ADDR& bytes)
 {
-    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8", 4) != 0) {
+    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0", 12) != 0) {
         return {};
     }
     std::uint32_t number = 0;
-    for (int i = 4; i < 16; ++i) {
-        number = i < 12 && bytes[i] != 0 ? 0 : number << 8 | bytes[i];
+    for (int i = 12; i < 16; ++i) {
+        number = number << 8 | bytes[i];
     }
     return {Family::IpV6, number};
 }
@@ -257,10 +262,13 @@ protected:
     virtual QString form(Family family, const QString& key, const QString& value) = 0;
     virtual void alsoKnownAs(Family, const QString& /*key*/, const QString& /*other*/) {}
     virtual void isGiven(const GivenForm&) {}
+    /// How many forms of a family there are.
+    virtual std::uint32_t formCount(Family family) const = 0;
     /// A text between private values.
     virtual QString other(const QString& text, PrivateKind kind) = 0;
 
 private:
+    /// The form of a value that is private as a whole; any other value stays.
     QString formOf(const QString& value, PrivateKind kind);
     QString formOfName(const QString& value, Family family);
     QString formOfPerson(const QString& value);
@@ -272,19 +280,9 @@ private:
 
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
-    switch (kind) {
-    case PrivateKind::Serial:
-    case PrivateKind::Address:
-    case PrivateKind::Uuid:
-    case PrivateKind::Name:
-    case PrivateKind::Network:
-    case PrivateKind::Printer:
-    case PrivateKind::Person:
-    case PrivateKind::Host:
-    case PrivateKind::Domain:
-    case PrivateKind::Label:
-    case PrivateKind::Token: return formOf(text, kind);
-    default: break;
+    const QString form = formOf(text, kind);
+    if (form != text || kind == PrivateKind::Token) {
+        return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
     if (kind == PrivateKind::HomeFolder && parts.empty()) {
@@ -295,8 +293,8 @@ QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
     int copied = 0;
     for (const PrivatePart& part : parts) {
         result += other(text.mid(copied, part.start - copied), kind);
-        const QString form = formOf(text.mid(part.start, part.length), part.kind);
-        result += isPort ? spelled(form, 3) : form;
+        const QString partForm = formOf(text.mid(part.start, part.length), part.kind);
+        result += isPort ? spelled(partForm, 3) : partForm;
         copied = part.start + part.length;
     }
     return result + other(text.mid(copied), kind);
@@ -318,7 +316,7 @@ QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
     case PrivateKind::Network: return formOfName(value, Family::Network);
     case PrivateKind::Printer:
         return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
-    case PrivateKind::Folder: return QString(ellipsis);
+    case PrivateKind::Folder: return givenNameForm(value).family == Family::Count ? QString(ellipsis) : value;
     default: return value;
     }
 }
@@ -388,12 +386,14 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
         return formOf(value, PrivateKind::Serial);
     }
     const QByteArray device = address.device();
-    const bool isSmall = std::all_of(device.begin(), device.end() - 1, [](char each) { return each == 0; });
-    if (isSmall || address.isEach('\xff')) {
-        isGiven({Family::Address, static_cast<std::uint8_t>(device.at(device.size() - 1))});
+    const QString key = QString::fromLatin1(device.toHex());
+    // Only the forms that end in one byte can be told from addresses; further ones are known to those who made them.
+    constexpr qulonglong mostShown = 0xff;
+    const qulonglong shown = key.toULongLong(nullptr, 16);
+    if (shown <= std::max<qulonglong>(mostShown, formCount(Family::Address)) || address.isEach('\xff')) {
+        isGiven({shown <= mostShown ? Family::Address : Family::Count, static_cast<std::uint32_t>(shown)});
         return value;
     }
-    const QString key = QString::fromLatin1(device.toHex());
     const QString number = form(Family::Address, key, QString());
     if (address.bytes.size() == addressSize) {
         alsoKnownAs(Family::Address, key, QString::fromLatin1(address.bytes.toHex()));
@@ -474,6 +474,8 @@ protected:
         }
     }
 
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
+
     QString other(const QString&, PrivateKind) override { return QString(); }
 
 private:
@@ -507,9 +509,15 @@ protected:
         }
     }
 
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
+
     QString other(const QString& text, PrivateKind kind) override
     {
-        return (kind == PrivateKind::Model ? forms_.models_ : forms_.texts_).replacedInText(text);
+        if (kind == PrivateKind::Model) {
+            return forms_.models_.replacedInText(text);
+        }
+        const QString result = forms_.texts_.replacedInText(text);
+        return kind == PrivateKind::Product ? result : forms_.labels_.replacedInText(result);
     }
 
 private:
@@ -564,6 +572,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     const bool hasLetter = hasOne([](QChar c) { return c.isLetter(); });
     const bool isWord = !hasOne([](QChar c) { return !c.isLetter(); });
     const auto isLong = [&text](int least) { return text.size() >= least; };
+    const QString form = nameForm(learned.family, number);
     switch (learned.family) {
     case Family::Address: {
         const QString digits = QString::number(number, 16).rightJustified(6, QLatin1Char('0'));
@@ -573,51 +582,53 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     case Family::Uuid: searchForDigits(text, uuidForm(number).remove(QLatin1Char('-'))); break;
     case Family::Serial:
         if (hasDigit && isLong(hasLetter ? 4 : 7)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
+            searchForName(models_, text, form, Where::Word, Letters::Either);
+            searchForName(texts_, text, form, Where::Word, Letters::Either);
         }
         break;
     case Family::Token:
         if (hasDigit && hasLetter && isLong(8) && !hasOne([](QChar c) { return c.isSpace(); })) {
-            searchForDigits(text, nameForm(learned.family, number));
+            searchForDigits(text, form);
         }
         break;
     case Family::Label:
         if (isLong(3) && !isTechnicalWord(text)) {
-            const bool isUnmistakable = isLong(6) && !isWord && hasLetter;
-            searchForName(text, nameForm(learned.family, number),
-                          isUnmistakable ? Where::Word : Where::Folder);
+            const bool isUnmistakable = isLong(5) && hasLetter;
+            searchForName(labels_, text, form, isUnmistakable ? Where::Word : Where::Folder,
+                          isWord ? Letters::Exact : Letters::Either);
         }
         break;
     case Family::IpV4:
     case Family::IpV6: break;
     default:
         if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
+            searchForName(texts_, text, form, Where::Word, Letters::Either);
+        }
+        if (learned.family == Family::Person && isWord && isLong(3) && !isTechnicalWord(text)) {
+            const QString genitive = text + QLatin1Char('s'); // "Alices iPhone"
+            texts_.add(genitive.toUtf8(), (form + QLatin1Char('s')).toUtf8(), Where::Word, Letters::Either);
         }
     }
 }
 
-void FixedForms::searchForName(const QString& name, const QString& form, Where where)
+void FixedForms::searchForName(Replacements& replacements, const QString& name, const QString& form,
+                               Where where, Letters letters)
 {
     constexpr int mostSpelled = 10000; // bounds the memory: each has dozens of spellings
     const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
     const bool isSpelled = !std::all_of(name.begin(), name.end(), isPlain) && spelledNames_++ < mostSpelled;
-    for (int way = 0; way < (isSpelled ? waysToSpell : 1); ++way) {
-        for (const QString& letters : {name, name.toLower(), name.toUpper()}) {
+    if (!isSpelled) {
+        replacements.add(name.toUtf8(), form.toUtf8(), where, letters);
+        return;
+    }
+    for (int way = 0; way < waysToSpell; ++way) {
+        const QByteArray replacement = spelled(form, way).toUtf8();
+        for (const QString& text : {name, name.toLower(), name.toUpper()}) {
             for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
-                const QByteArray text = spelled(letters.normalized(normalized), way).toUtf8();
-                const QByteArray replacement = spelled(form, way).toUtf8();
-                texts_.add(text, replacement, where, Letters::Either);
-                if (form.startsWith(QLatin1String("SERIAL-"))) {
-                    models_.add(text, replacement, where, Letters::Either);
-                }
+                replacements.add(spelled(text.normalized(normalized), way).toUtf8(), replacement, where,
+                                 letters);
             }
         }
-    }
-    const bool isPerson = form.startsWith(QLatin1String("user"));
-    if (isPerson && !name.endsWith(QLatin1Char('s'))) { // "Alices iPhone"
-        texts_.add((name + QLatin1Char('s')).toUtf8(), (form + QLatin1Char('s')).toUtf8(), where,
-                   Letters::Either);
     }
 }
 

@@ -58,7 +58,8 @@ private:
 
     static ByteHash keyHash(Family family, const QString& key);
     void searchFor(const Learned& learned, std::uint32_t number);
-    void searchForName(const QString& name, const QString& form, Replacements::Where where);
+    void searchForName(Replacements& replacements, const QString& name, const QString& form,
+                       Replacements::Where where, Replacements::Letters letters);
     void searchForDigits(const QString& digits, const QString& form);
 
     QHash<ByteHash, std::uint32_t> indices_;
@@ -68,6 +69,7 @@ private:
     std::array<std::uint32_t, std::size_t(Family::Count)> last_ = {};
     Replacements models_;  ///< what stands where no name can, too
     Replacements texts_;   ///< these and names
+    Replacements labels_;  ///< names of volumes
     int spelledNames_ = 0; ///< names that are searched for in all their spellings
 };
 

@@ -113,8 +113,11 @@ private:
         if (characters_.has("/=")) {
             addVolumes(kind);
         }
-        if (characters_.has("@.")) {
-            addHosts();
+        if (characters_.has("@.\\")) {
+            addHosts(kind);
+        }
+        if (characters_.has("sS") && characters_.has("0123456789") && kind == PrivateKind::None) {
+            addSerialNumbers();
         }
         const bool mayHaveOwner = characters_.has("'MPW") || characters_.hasOthers();
         if (mayHaveOwner && kind != PrivateKind::Model) {
@@ -285,14 +288,28 @@ private:
     }
 
     /// The addresses in paths of the registry look alike ("PCI0@1F,2"), but are hexadecimal.
-    void addHosts()
+    void addHosts(PrivateKind kind)
     {
+        static const QRegularExpression server = expression(R"((?<![\w\\:])\\\\([\w\-.]{1,255})(?=\\))");
+        static const QRegularExpression url =
+            expression(R"(://([^/@\s:]{1,255})(?::([^/@\s]{1,255}))?@([^/\s:?#]{1,255}))");
         static const QRegularExpression account =
             expression(R"((?<![\w.+\-])(\()?([\w.+\-]{1,64})@([\w\-][\w.\-]{0,254})(?(1)\)))");
         static const QRegularExpression word = expression("[g-zG-Z]");
         static const QRegularExpression local = expression(
             R"((?<![\w.\-])([\w\-]{1,63})\.(?:local|lan|fritz\.box)(?![\w.\-])|(?:^|[/@])([^/@:;]{1,63})\._[a-z0-9\-]+\._(?:tcp|udp)\b)");
-        forEach(account, [this](const Match& found) {
+        forEach(server, [this](const Match& found) { add(PrivateKind::Host, found, 1); });
+        if (kind != PrivateKind::MountSource) {
+            forEach(url, [this](const Match& found) {
+                add(PrivateKind::Person, found, 1);
+                add(PrivateKind::Person, found, 2); // a password
+                add(PrivateKind::Host, found, 3);
+            });
+        }
+        forEach(account, [this, kind](const Match& found) {
+            if (kind == PrivateKind::MountSource) {
+                return; // has its own
+            }
             const bool areWords =
                 word.match(found.captured(2)).hasMatch() && word.match(found.captured(3)).hasMatch();
             if (areWords || found.capturedLength(1) > 0) {
@@ -303,6 +320,14 @@ private:
         forEach(local, [this](const Match& found) {
             add(PrivateKind::Host, found, found.capturedLength(1) > 0 ? 1 : 2);
         });
+    }
+
+    /// In a sentence: "serial number 1A2B-77F0".
+    void addSerialNumbers()
+    {
+        static const QRegularExpression serial = expression(
+            R"(\b(?i:serial(?: ?(?:number|no\.?))|s/n)[ :=#]{1,3}(?=[\w\-]{0,63}\d)([A-Za-z0-9][\w\-]{3,63}))");
+        forEach(serial, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
     }
 
     void addOwners()
@@ -569,7 +594,7 @@ bool isPrivateIpAddress(const QString& text)
     const Q_IPV6ADDR bytes = address.toIPv6Address();
     const bool isNone = std::all_of(bytes.c, bytes.c + 16, [](quint8 byte) { return byte == 0; });
     const bool isMask = bytes[0] == 0xff && bytes[1] == 0xff;
-    const bool isGroup = bytes[0] == 0xff && bytes[13] != 0xff; // FF there: made of an address
+    const bool isGroup = bytes[0] == 0xff && bytes[12] != 0xff; // FF there: made of an address
     return !isNone && !isMask && !isGroup;
 }
 
