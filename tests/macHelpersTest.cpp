@@ -2,6 +2,8 @@
 
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "tests/interruptions.h"
 
 #include <QtTest>
 
@@ -30,6 +32,7 @@ public:
     int volumeValue = 1;
     bool volumeKnown = true;
     std::optional<std::string> string;
+    int existing = -1; ///< after so many questions the file is gone
     std::int32_t authorizationError = 0;
     std::int32_t startError = 0;
     std::function<int()> child; ///< what the tool does; its result is the exit code
@@ -63,7 +66,7 @@ public:
     {
         return called("path") && qstrcmp(identifier, "known") == 0 ? "/path" : nullptr;
     }
-    bool fileExists(const char* path) override { return qstrcmp(path, "missing") != 0; }
+    bool fileExists(const char* path) override { return qstrcmp(path, "missing") != 0 && existing-- != 0; }
     bool propertyListString(const char*, const char*, std::string& text) override
     {
         text = string.value_or("");
@@ -71,7 +74,7 @@ public:
     }
     std::int32_t createAuthorization(PlatformObject& authorization) override
     {
-        authorization = authorizationError == 0 ? this : nullptr;
+        authorization = this; // also where it is refused
         return authorizationError;
     }
     std::int32_t executeWithPrivileges(PlatformObject, const char*, char* const* arguments,
@@ -264,6 +267,15 @@ private slots:
         QTEST(buffer, "buffer");
     }
 
+    void driverThatVanishes()
+    {
+        services_->string = "1.2";
+        services_->existing = 1;
+        QCOMPARE(
+            norvex::SystemInfo::MacSysInfo::checkFtdiDriver(),
+            QString("FTDI driver\nCFBundleVersion: 1.2\nUnexpected error code -1 for key CFBundleName\n"));
+    }
+
     void appNap()
     {
         services_->offersBegin = false;
@@ -337,8 +349,16 @@ private slots:
         QVERIFY(after.sa_sigaction == noteChild && sigismember(&after.sa_mask, SIGUSR2) == 1);
         QCOMPARE(after.sa_flags & (SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP), own.sa_flags);
         const QString start = QLatin1String(waits ? "start awaited 1 outside" : "start detached 0 outside");
-        QCOMPARE(services_->calls, authorizationError ? QStringList() : QStringList({start, "free outside"}));
+        QCOMPARE(services_->calls,
+                 authorizationError ? QStringList("free outside") : QStringList({start, "free outside"}));
         QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
+    void interruptedWait()
+    {
+        services_->child = [] { return usleep(100000); };
+        const Interruptions interruptions;
+        QVERIFY(executeWithAuthorization("/tool", nullptr, true));
     }
 };
 

@@ -65,6 +65,7 @@ private slots:
     void translatedMessage();
     void values_data();
     void values();
+    void resultsInPlaceOfReport();
     void randomBlocks();
 };
 
@@ -147,7 +148,9 @@ void ReportReaderTest::values_data()
 {
     const QString signature = "CPU signature: 198339\n";
     const QString frame = mac + cores + signature + qt + network;
-    const QString win = windows + "Processor information:\nNumber of processors:4\nProcessor revision:9\n";
+    const QString win =
+        windows +
+        "Processor revision:5\nProcessor information:\nNumber of processors:4\nProcessor revision:9\n";
     const QString names = block("awdl0", "a:1::::") + block("p2p1", "b:1::::") + block("p2p0", "c:1::::") +
                           block("AWDL0", "d:1::::") + block("p2p00", "e:1::::") + block("p2", "f:1::::") +
                           block("{1}", "g:1::::") + block("{2", "h:1::::") + block("3}", "i:1::::");
@@ -206,6 +209,29 @@ void ReportReaderTest::values()
         QTEST(reading(each, false, {"earlier"}), "result");
         QTEST(reading(each, true, {"earlier"}), "resultSkippingBraces");
     }
+}
+
+/// The message, and the list of addresses as it grows.
+void ReportReaderTest::resultsInPlaceOfReport()
+{
+    QString blocks;
+    for (int i = 100; i < 600; ++i) {
+        blocks += block("en", QString("0:0:0:0:0:%1").arg(i));
+    }
+    QString report = mac + cores + qt + network + blocks;
+    QStringList addresses = {report};
+    addresses.reserve(200);
+    const QByteArray behind(2000, 'x'); // where the list could grow
+    while (addresses.size() < 200) {
+        addresses += QString();
+    }
+    unsigned char processors = 0;
+    unsigned short revision = 0;
+    const QString message = "Could not find processor revision!";
+    QVERIFY(!extractAccessKeyValues(addresses[0], false, addresses, processors, revision, report));
+    QCOMPARE(report, message);
+    QCOMPARE(addresses.size() + behind.size(), 700 + 2000);
+    QCOMPARE(addresses.last(), QString("0:0:0:0:0:599"));
 }
 
 void ReportReaderTest::randomBlocks()
