@@ -1,5 +1,6 @@
 // Recordings made of recorded machines and of this host, as they are and anonymous.
 
+#include "tests/cases.h"
 #include "tests/recordingSupport.h"
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
@@ -55,6 +56,17 @@ QByteArray registryOf(const QByteArray& properties, const QByteArray& children =
 {
     return "<key>registry</key><dict><key>properties</key><dict>" + properties +
            "</dict><key>children</key><array>" + children + "</array></dict>";
+}
+
+/// A recording of the list, for useMachine().
+QByteArray machineNamed(const char* name)
+{
+    for (const Case& each : casesIn("recorder/machines.txt")) {
+        if (each.name == QLatin1String(name)) {
+            return each.texts.value(0).toUtf8();
+        }
+    }
+    return "<missing>";
 }
 
 /// Something private, as it stands in the clear.
@@ -178,28 +190,15 @@ void RecorderTest::recordings()
 
 void RecorderTest::differs_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("expected"); // a regular expression that what is recorded matches
-    QTest::addColumn<QString>("unexpected");
-    const QByteArray file = contentsOf(QStringLiteral(NORVEX_TEST_DATA "/recorder/differs.txt"));
-    const QStringList cases = QString::fromUtf8(file).split(QStringLiteral("\n== ")).mid(1);
-    QVERIFY(!cases.isEmpty());
-    for (const QString& text : cases) {
-        const QStringList lines = text.trimmed().split(QLatin1Char('\n'));
-        const QStringList patterns = lines.filter(QRegularExpression(QStringLiteral("^[+-] ")));
-        QCOMPARE(patterns.size(), 2);
-        QTest::newRow(qPrintable(lines.first()))
-            << lines.mid(1, lines.size() - 3).join(QLatin1Char('\n')).toUtf8() << patterns.first().mid(2)
-            << patterns.last().mid(2);
-    }
+    addCases("recorder/differs.txt", {"content", "expected", "unexpected"});
 }
 
 void RecorderTest::differs()
 {
-    QFETCH(QByteArray, content);
+    QFETCH(QString, content);
     QFETCH(QString, expected);
     QFETCH(QString, unexpected);
-    QVERIFY(useMachine(content));
+    QVERIFY(useMachine(content.toUtf8()));
     const QString once = QString::fromUtf8(recorded());
     const auto isIn = [&once](const QString& pattern) {
         return QRegularExpression(pattern, QRegularExpression::DotMatchesEverythingOption)
@@ -395,7 +394,7 @@ void RecorderTest::nothingLeft()
             ++displays;
         }
     }
-    QCOMPARE(displays, 2);
+    QCOMPARE(displays, 3);
     QVERIFY(useRecording(recording));
     QCOMPARE(recorded(), recording);
 }
@@ -427,10 +426,7 @@ void RecorderTest::nothingSpoiled()
 
 void RecorderTest::consistent()
 {
-    const QByteArray serials =
-        "<key>A Serial</key><string>C02AAAA1</string><key>B Serial</key><string>C02AAAA2</string>";
-    QVERIFY(useMachine(registryOf(
-        serials + "<key>a</key><string>-c02aaaa1-C02AAAA1-</string><key>b</key><string>c02aaaa2</string>")));
+    QVERIFY(useMachine(machineNamed("serial numbers")));
     const QStringList found = textsIn(recorded(true));
     QCOMPARE(found.size(), 4);
     QVERIFY2(QRegularExpression(QStringLiteral("^[A-F]\\d\\d[A-F]{4}\\d$")).match(found[0]).hasMatch(),
@@ -440,19 +436,13 @@ void RecorderTest::consistent()
     QCOMPARE(found[3], found[1].toLower());
     QCOMPARE(recorded(true), recorded(true));
 
-    QVERIFY(
-        useMachine(registryOf("<key>IO80211SSID</key><string>IOUSBDevice</string>",
-                              "<dict><key>classes</key><array><string>IOUSBDevice</string></array></dict>")));
+    QVERIFY(useMachine(machineNamed("class as a name")));
     const QStringList texts = textsIn(recorded(true));
     QCOMPARE(texts.size(), 2);
     QVERIFY(texts[0] != QLatin1String("IOUSBDevice"));
     QCOMPARE(texts[1], QStringLiteral("IOUSBDevice")); // the class
 
-    QByteArray many;
-    for (int i = 10; i < 40; ++i) {
-        many += "<string>A" + QByteArray::number(i) + "</string>";
-    }
-    QVERIFY(useMachine(registryOf("<key>Serial</key><array>" + many + "</array>")));
+    QVERIFY(useMachine(machineNamed("short serial numbers")));
     const QStringList replaced = textsIn(recorded(true));
     QCOMPARE(QSet<QString>(replaced.begin(), replaced.end()).size(), 30);
     QVERIFY(!replaced.contains(QStringLiteral("A10")));
@@ -461,13 +451,9 @@ void RecorderTest::consistent()
 /// A UUID keeps its version, and the two bits of its variant.
 void RecorderTest::identifiers()
 {
-    const QStringList originals =
-        QStringLiteral("AA670AF0-B600-1528-9435-0B0E3F068DE4 AA670AF0-B600-2528-9435-0B0E3F068DE5 "
-                       "AA670AF0-B600-3528-8435-0B0E3F068DE4 AA670AF0-B600-4528-A435-0B0E3F068DE5 "
-                       "AA670AF0-B600-5528-B435-0B0E3F068DE4 AA670AF0-B600-7528-9435-0B0E3F068DE5")
-            .split(QLatin1Char(' '));
-    const QString texts = originals.join(QStringLiteral("</string><string>"));
-    QVERIFY(useMachine(registryOf("<key>UUID</key><array><string>" + texts.toUtf8() + "</string></array>")));
+    const QByteArray machine = machineNamed("identifiers");
+    QVERIFY(useMachine(machine));
+    const QStringList originals = textsIn(machine);
     const QStringList found = textsIn(recorded(true));
     QCOMPARE(found.size(), originals.size());
     for (int i = 0; i < found.size(); ++i) {
