@@ -15,6 +15,7 @@ buildPackages=(
   libxcb1-dev
 )
 testPackages=(
+  qtbase5-private-dev python3
   xvfb xauth libgl1-mesa-dri
   clang-format file dpkg-dev
   umockdev libumockdev-dev
