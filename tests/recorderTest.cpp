@@ -12,10 +12,8 @@
 
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 
 #include <numeric>
 
@@ -150,8 +148,6 @@ private slots:
     void consistent();
     void identifiers();
     void sameShape();
-    void commands_data();
-    void commands();
     void cleanup() { setMachine(nullptr); }
 };
 
@@ -485,52 +481,6 @@ void RecorderTest::sameShape()
          {"Device Name: '/dev/cu.usbserial-A1'\nchannel: 'A'", "  MAC address:      3c:15:c2:"}) {
         QVERIFY2(anonymous.contains(QLatin1String(line)), line);
     }
-}
-
-void RecorderTest::commands_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("message");
-    const auto row = [](const char* arguments, int status, const char* message) {
-        QTest::newRow(arguments) << QString::fromLatin1(arguments).split(' ') << status
-                                 << QString::fromLatin1(message);
-    };
-    row("--record out --machine everyKind", 0, "");
-    row("--record out --machine everyKind --anonymous", 0, "");
-    row("--record absent/out --machine everyKind", 1, "norvex-systeminfo: cannot write 'absent/out': ");
-    row("--record out --machine absent", 1, "norvex-systeminfo: absent: ");
-    row("--anonymous", 2, "--anonymous goes with --record only");
-    row("--record out --record out", 2, "more than one file for --record");
-    row("--record out --output x", 2, "--record and --output exclude each other");
-    row("--record out --identify", 2, "exclude each other");
-    row("--record out --section macModel", 2, "--record holds the Macintosh section only");
-    row("--record out --no-opengl", 2, "--record holds the Macintosh section only");
-}
-
-void RecorderTest::commands()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(int, status);
-    QFETCH(QString, message);
-    const QString everyKind = QStringLiteral(NORVEX_TEST_DATA "/recorder/everyKind.plist");
-    const QTemporaryDir folder;
-    QFile old(folder.filePath(QStringLiteral("out")));
-    QVERIFY(old.open(QIODevice::WriteOnly) && old.write("old") == 3);
-    old.close();
-    QVERIFY(QFile::copy(everyKind, folder.filePath(QStringLiteral("everyKind"))));
-    QProcess tool;
-    tool.setWorkingDirectory(folder.path());
-    tool.start(QStringLiteral(NORVEX_TOOL), arguments);
-    QVERIFY(tool.waitForFinished());
-    QCOMPARE(tool.exitCode(), status);
-    QCOMPARE(tool.readAllStandardOutput(), QByteArray());
-    const QString messages = QString::fromLocal8Bit(tool.readAllStandardError());
-    QVERIFY2(message.isEmpty() ? messages.isEmpty() : messages.contains(message), qPrintable(messages));
-    const QByteArray written = contentsOf(old.fileName());
-    QCOMPARE(written == contentsOf(everyKind),
-             status == 0 && !arguments.contains(QStringLiteral("--anonymous")));
-    QCOMPARE(written == "old", status != 0);
 }
 
 QTEST_GUILESS_MAIN(RecorderTest)

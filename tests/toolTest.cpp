@@ -72,6 +72,7 @@ Outcome ToolTest::runScript(const QString& script, const QMap<QString, QString>&
         environment.remove(QString::fromLatin1(name));
     }
     environment.insert(QStringLiteral("TOOL"), QStringLiteral(NORVEX_TOOL));
+    environment.insert(QStringLiteral("DATA"), QStringLiteral(NORVEX_TEST_DATA));
     environment.insert(QStringLiteral("VERSION"), QStringLiteral(NORVEX_VERSION));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.filePath(QStringLiteral("runtime")));
     for (auto it = variables.begin(); it != variables.end(); ++it) {
