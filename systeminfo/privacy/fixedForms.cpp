@@ -19,6 +19,8 @@ using Letters = Replacements::Letters;
 
 const QChar ellipsis(0x2026);
 
+constexpr int shortestName = 3; ///< that is searched for
+
 /// The forms of families whose values are names.
 const struct
 {
@@ -592,7 +594,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
         }
         break;
     case Family::Label:
-        if (isLong(3) && !isTechnicalWord(text)) {
+        if (isLong(shortestName) && !isTechnicalWord(text)) {
             const bool isUnmistakable = isLong(5) && hasLetter;
             searchForName(labels_, text, form, isUnmistakable ? Where::Word : Where::Folder,
                           isWord ? Letters::Exact : Letters::Either);
@@ -601,10 +603,10 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     case Family::IpV4:
     case Family::IpV6: break;
     default:
-        if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
+        if (isLong(shortestName) && hasLetter && !isTechnicalWord(text)) {
             searchForName(texts_, text, form, Where::Word, Letters::Either);
         }
-        if (learned.family == Family::Person && isWord && isLong(3) && !isTechnicalWord(text)) {
+        if (learned.family == Family::Person && isWord && isLong(shortestName) && !isTechnicalWord(text)) {
             const QString genitive = text + QLatin1Char('s'); // "Alices iPhone"
             texts_.add(genitive.toUtf8(), (form + QLatin1Char('s')).toUtf8(), Where::Word, Letters::Either);
         }
@@ -625,8 +627,10 @@ void FixedForms::searchForName(Replacements& replacements, const QString& name, 
         const QByteArray replacement = spelled(form, way).toUtf8();
         for (const QString& text : {name, name.toLower(), name.toUpper()}) {
             for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
-                replacements.add(spelled(text.normalized(normalized), way).toUtf8(), replacement, where,
-                                 letters);
+                const QString spelling = spelled(text.normalized(normalized), way);
+                if (spelling.size() >= shortestName && !isTechnicalWord(spelling)) {
+                    replacements.add(spelling.toUtf8(), replacement, where, letters);
+                }
             }
         }
     }
