@@ -32,11 +32,12 @@ const struct
     {Family::Device, "Device "}, {Family::Printer, "Printer "}, {Family::Token, "VALUE-"},
 };
 
+/// Empty for the families that have forms of another kind.
 QString nameForm(Family family, std::uint32_t number)
 {
     const auto prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
                                      [family](const auto& each) { return each.family == family; });
-    return QLatin1String(prefix->form) + QString::number(number);
+    return prefix == std::end(prefixes) ? QString() : QLatin1String(prefix->form) + QString::number(number);
 }
 
 /// A form that a text has already.
@@ -51,6 +52,10 @@ GivenForm givenNameForm(const QString& text)
 {
     constexpr int longestForm = 60; // percent-encoded, too
     if (text.size() > longestForm || text.isEmpty() || !text.at(text.size() - 1).isDigit()) {
+        return {};
+    }
+    const ushort first = text.at(0).toLower().unicode();
+    if (first >= 0x80 || std::strchr("sudhvnp", static_cast<char>(first)) == nullptr) {
         return {};
     }
     static const QStringList spellings = [] {
