@@ -1,5 +1,5 @@
-// A report as a document, as JSON, redacted, and beside another report: what stands behind the last zero character of the input
-// is the other one. An input that is JSON is read as a document of reports, too.
+// A report as a document, as JSON, redacted, and beside another report: what stands behind the last zero character of
+// the input is the other one. An input that is JSON is read as a document of reports, too.
 
 #include "fuzz/require.h"
 #include "systeminfo/norvexReport.h"

@@ -307,7 +307,7 @@ private:
 
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
-    const QString form = formOf(text, kind);
+    QString form = formOf(text, kind);
     if (form != text || kind == PrivateKind::Token) {
         return form;
     }
