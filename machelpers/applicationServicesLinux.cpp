@@ -1,11 +1,8 @@
-// GIO has members named "signals", so it comes before Qt's macro of that name.
-#include <gio/gdesktopappinfo.h>
-
-#include "systeminfo/mac/platform/live/gObject.h"
-
 #include "machelpers/applicationServices.h"
 #include "machelpers/errorStreamLinux.h"
 #include "machelpers/privilegedToolLinux.h"
+#include "systeminfo/mac/platform/live/desktopFiles.h"
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/machine.h"
@@ -55,13 +52,6 @@ struct CloseFolder
     void operator()(DIR* folder) const { closedir(folder); }
 };
 
-/// The desktop file of an installed application, empty when none has this name.
-QByteArray desktopFilePath(const QByteArray& name)
-{
-    const GObjectOwner<GDesktopAppInfo> application(g_desktop_app_info_new(name.constData()));
-    return application ? QByteArray(g_desktop_app_info_get_filename(application.get())) : QByteArray();
-}
-
 class LinuxApplicationServices : public ApplicationServices
 {
 public:
@@ -87,12 +77,13 @@ public:
         for (const dirent* entry = nullptr; processes && (entry = readdir(processes.get())) != nullptr;) {
             const QByteArray name(entry->d_name);
             const QByteArray folder = "/proc/" + name;
+            const QByteArray file = folder + "/exe";
             const std::uint32_t number = name.toUInt(); // 0 for what is no process
             struct stat owner = {};
             struct stat executable = {};
             if (number != 0 && stat(folder.constData(), &owner) == 0 && owner.st_uid == geteuid() &&
-                stat((folder + "/exe").constData(), &executable) == 0 && executable.st_dev == self.st_dev &&
-                executable.st_ino == self.st_ino) {
+                fileSystemsAnswer({file}) && stat(file.constData(), &executable) == 0 &&
+                executable.st_dev == self.st_dev && executable.st_ino == self.st_ino) {
                 instances.push_back(RunningApplication(number));
             }
         }
@@ -124,11 +115,12 @@ public:
     {
         static thread_local QByteArray path;
         const QByteArray name(identifier);
-        path = desktopFilePath(name);
-        if (path.isEmpty()) {
-            path = desktopFilePath(name + ".desktop");
+        auto found = desktopFilePath(name);
+        if (!found) {
+            found = desktopFilePath(name + ".desktop");
         }
-        return path.isEmpty() ? nullptr : path.constData();
+        path = found.value_or(QByteArray());
+        return found ? path.constData() : nullptr;
     }
 
     bool fileExists(const char* path) override { return currentMachine()->fileExists(path); }

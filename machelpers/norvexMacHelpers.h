@@ -9,11 +9,12 @@
 /// successful activation logs a line.
 ///
 /// No function throws. A function that fails, or that gets no memory (std::bad_alloc), says so by its result
-/// alone. Two libraries of Linux end the process when memory runs out: GLib, behind
-/// absolutePathForAppBundleWithIdentifier, and libplist, behind getValueForKeyInPropertyList.
+/// alone. On Linux libplist, behind getValueForKeyInPropertyList, ends the process when memory runs out.
 ///
 /// On Linux the functions use that system's counterparts of the macOS services. Each description says what
-/// differs. Only absolutePathForAppBundleWithIdentifier leaves a thread behind there.
+/// differs. None leaves a thread behind. A file system of a server or of a program (NFS, FUSE) that does not answer for
+/// 2 seconds counts as a failure there, but not to executeWithAuthorization, which waits as long as the file system
+/// does. On macOS nothing limits that time.
 
 /// @name App Nap
 /// Both variables are zero at load. disableAppNap and enableAppNap write them without a lock, so do not run
@@ -92,8 +93,7 @@ NORVEX_SYSTEMINFO_EXPORT bool checkVolumeCaseSensitiveForAppExecutableURL();
 ///        is valid until your current autorelease pool drains.
 ///
 /// On Linux the identifier is a desktop file's, with or without ".desktop" ("org.kde.kate"), and the path is
-/// the desktop file's (GIO). The text is valid until the thread's next call. GLib ends the process when memory
-/// runs out, and its thread "gmain" stays from the first call on.
+/// the desktop file's. The text is valid until the thread's next call.
 NORVEX_SYSTEMINFO_EXPORT const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier);
 
 /// @}

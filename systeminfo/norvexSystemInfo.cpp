@@ -12,7 +12,8 @@ QString sNewLine = QStringLiteral("\n");
 QString allInfos(bool skipOpenGL)
 {
     return MacSysInfo::allInfos() +
-           Internal::reportHalf(ReportHalf::Qt, {Internal::qtBanner, sNewLine, separator()}, !skipOpenGL);
+           Internal::reportHalf(ReportHalf::Qt, {Internal::qtBanner, sNewLine, separator()},
+                                skipOpenGL ? Internal::sectionsWithoutOpenGL() : sections());
 }
 
 QString separator()

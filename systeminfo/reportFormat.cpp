@@ -350,7 +350,10 @@ Line lastSeparator(const QString& text, int begin, int end)
         }
         const bool beginsLine = probe == begin || characters[probe - 1] == QLatin1Char('\n');
         if (beginsLine && end - probe >= separatorLength) {
-            const Line line = lineAt(text, probe);
+            // Usually nothing stands behind the hyphens: then they need not be searched for the line's end.
+            const int behind = probe + separatorLength;
+            const bool endsHere = behind < text.size() && characters[behind] == QLatin1Char('\n');
+            const Line line = endsHere ? Line{probe, behind, behind + 1} : lineAt(text, probe);
             if (isSeparator(text, line)) {
                 return line;
             }

@@ -13,9 +13,10 @@ struct HalfFrame
 };
 
 /// A half of the report: its banner line, then the groups of its sections, each with a separator behind it.
-/// @param withOpenGL false leaves out the section "openGL"
-/// @param table the report's sections
-QString reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL = true,
-                   const QVector<SectionInfo>& table = sections());
+/// @param table the report's sections, or some of them; those of the other half do not matter
+QString reportHalf(ReportHalf half, const HalfFrame& frame, const QVector<SectionInfo>& table = sections());
+
+/// The table of sections without "openGL".
+QVector<SectionInfo> sectionsWithoutOpenGL();
 
 } // namespace norvex::SystemInfo::Internal

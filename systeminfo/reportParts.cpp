@@ -23,6 +23,7 @@ private:
     void closeChunk(bool hasSeparator);
 
     const QString& text_;
+    const SectionFormat* const formats_ = sectionFormats().data();
     const SectionFormat* const environment_ = environmentFormat();
     QVector<Part> parts_;
     int chunk_ = 0;                          // the first of its parts
@@ -172,8 +173,7 @@ void PartParser::takeContent(const Line& line, const SectionFormat* format)
 
 void PartParser::append(int begin, Part::Type type, Half half, const SectionFormat* format)
 {
-    const auto index =
-        format == nullptr ? Part::unknownFormat : static_cast<qint16>(format - sectionFormats().data());
+    const auto index = format == nullptr ? Part::unknownFormat : static_cast<qint16>(format - formats_);
     parts_.append({begin, index, type, half});
 }
 

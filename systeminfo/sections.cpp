@@ -4,6 +4,8 @@
 #include "systeminfo/reportHalf.h"
 #include "systeminfo/scanOpenGLInfo.h"
 
+#include <algorithm>
+
 namespace norvex::SystemInfo {
 
 namespace {
@@ -68,10 +70,11 @@ const Row qtRows[] = {
     {1, "qtGlobal", qtGlobal, "environment", "Qt versions and build"},
     {2, "qtCoreApplication", qtCoreApplication, "environment", "this application"},
     {3, "qtLocale", qtLocale, "environment", "country, language and measurement system"},
-    {4, "qtScreens", qtScreens, "screens", "screens", Thread::Gui, Application::Gui},
+    {4, "qtScreens", qtScreens, "screens", "screens: sizes, resolutions, orientations", Thread::Gui,
+     Application::Gui},
     {5, "qtDesktop", qtDesktop, "screens", "geometry of the desktop", Thread::Gui, Application::Widgets},
     {6, "qtDesktopServices", qtDesktopServices, "environment", "standard folders of the user"},
-    {7, "qtPrinterInfo", qtPrinterInfo, "printers", "printers", Thread::Gui},
+    {7, "qtPrinterInfo", qtPrinterInfo, "printers", "names of the printers", Thread::Gui},
     {8, "qtHostInfo", qtHostInfo, "network", "names of host and domain"},
     {9, "network", NetworkInfo::allInfos, "network", "network interfaces and their addresses"},
     {10, "qtSystemEnvironment", qtSystemEnvironment, "environment", "environment variables"},
@@ -97,11 +100,6 @@ QVector<SectionInfo> makeSections()
     return table;
 }
 
-bool isOpenGL(const SectionInfo& section)
-{
-    return section.text == openGL;
-}
-
 } // namespace
 
 const QVector<SectionInfo>& sections()
@@ -110,20 +108,27 @@ const QVector<SectionInfo>& sections()
     return table;
 }
 
-QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, bool withOpenGL,
-                             const QVector<SectionInfo>& table)
+QVector<SectionInfo> Internal::sectionsWithoutOpenGL()
+{
+    QVector<SectionInfo> table = sections();
+    const auto isOpenGL = [](const SectionInfo& section) { return section.text == openGL; };
+    table.erase(std::remove_if(table.begin(), table.end(), isOpenGL), table.end());
+    return table;
+}
+
+QString Internal::reportHalf(ReportHalf half, const HalfFrame& frame, const QVector<SectionInfo>& table)
 {
     QString text = QLatin1String(frame.banner) + frame.newLine;
-    int group = 0;
+    const SectionInfo* previous = nullptr;
     for (const SectionInfo& section : table) {
-        if (section.half != half || (isOpenGL(section) && !withOpenGL)) {
+        if (section.half != half) {
             continue;
         }
-        if (section.group != group) {
+        if (previous != nullptr && section.group != previous->group) {
             text += frame.separator;
-            group = section.group;
         }
         text += section.text();
+        previous = &section;
     }
     return text + frame.separator;
 }

@@ -11,12 +11,10 @@
 // leaves more blocks is repeated, because what is made once and kept is no leak. Where the address sanitizer watches,
 // it reports leaks too, at the end.
 
-// GIO before Qt: it has a member that Qt makes a keyword.
-#include <gio/gdesktopappinfo.h>
-
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
 #include "recordingSupport.h"
+#include "scriptedServices.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/norvexReport.h"
 #include "systeminfo/norvexSystemInfo.h"
@@ -132,27 +130,12 @@ NORVEX_INTERPOSED void* aligned_alloc(std::size_t alignment, std::size_t size) n
     return allocated;
 }
 
-// GLib and libplist end the process when they get no memory, and they call allocating functions of the C library
-// themselves. No allocation fails inside these calls.
+// libplist ends the process when it gets no memory, and it calls allocating functions of the C library itself. No
+// allocation fails inside these calls.
 #define NORVEX_SPARED(function, ...)                                                                         \
     NORVEX_NEXT(function)                                                                                    \
     const NothingFails nothingFails;                                                                         \
     return next(__VA_ARGS__)
-
-NORVEX_INTERPOSED GAppInfo* g_app_info_get_default_for_uri_scheme(const char* scheme)
-{
-    NORVEX_SPARED(g_app_info_get_default_for_uri_scheme, scheme);
-}
-
-NORVEX_INTERPOSED GDesktopAppInfo* g_desktop_app_info_new(const char* identifier)
-{
-    NORVEX_SPARED(g_desktop_app_info_new, identifier);
-}
-
-NORVEX_INTERPOSED void g_object_unref(void* object)
-{
-    NORVEX_SPARED(g_object_unref, object);
-}
 
 // Frees a block twice where there is no memory for its list of matches (glibc 2.36).
 NORVEX_INTERPOSED int glob(const char* pattern, int flags, int (*onError)(const char*, int),
@@ -300,66 +283,6 @@ bool isChildHandlerBack()
     sigaction(SIGCHLD, nullptr, &action);
     return action.sa_handler == onChild;
 }
-
-/// Services that hand out objects and count what has not come back. Each query allocates.
-class CountingServices : public ApplicationServices
-{
-public:
-    int pools = 0;
-    int authorizations = 0;
-    int openActivities = 0;
-    int retained = 0;
-
-    std::int16_t gestalt(SystemVersionPart part, std::int32_t& value) override
-    {
-        allocate();
-        value = part == SystemVersionPart::Major ? 10 : 6;
-        return 0;
-    }
-    PlatformObject createPool() override { return allocate(), ++pools, this; }
-    void drainPool(PlatformObject) noexcept override { --pools; }
-    std::vector<RunningApplication> runningInstances() override
-    {
-        return {RunningApplication(7), RunningApplication(8)};
-    }
-    std::int32_t processIdentifier(RunningApplication application) override
-    {
-        return allocate(), std::int32_t(application);
-    }
-    std::int32_t currentProcessIdentifier() override { return allocate(), 7; }
-    bool activate(RunningApplication) override { return allocate(), true; }
-    bool isApplicationRunning(std::int32_t) override { return allocate(), true; }
-    bool executableVolumeCaseSensitivity(int& value) override { return allocate(), value = 1, true; }
-    const char* applicationPath(const char*) override { return allocate(), "/path"; }
-    bool fileExists(const char*) override { return allocate(), true; }
-    bool propertyListString(const char*, const char*, std::string& text) override
-    {
-        return allocate(), text = "value", true;
-    }
-    std::int32_t createAuthorization(PlatformObject& authorization) override
-    {
-        allocate();
-        ++authorizations;
-        authorization = this;
-        return 0;
-    }
-    std::int32_t executeWithPrivileges(PlatformObject, const char*, char* const*, ToolUse) override
-    {
-        return allocate(), 0;
-    }
-    void freeAuthorization(PlatformObject) noexcept override { --authorizations; }
-    bool canBeginActivity() override { return allocate(), true; }
-    bool canEndActivity() override { return allocate(), true; }
-    PlatformObject beginActivity(const char*) override { return allocate(), ++openActivities, this; }
-    void endActivity(PlatformObject) noexcept override { --openActivities; }
-    void retain(PlatformObject) noexcept override { ++retained; }
-    void release(PlatformObject) noexcept override { --retained; }
-    double mainScreenScaleFactor() override { return allocate(), 2.0; }
-    void log(const char*) override { allocate(); }
-
-private:
-    static void allocate() { ::operator delete(::operator new(1)); }
-};
 
 } // namespace
 
@@ -665,15 +588,21 @@ void AllocationSweepTest::execution()
 
 void AllocationSweepTest::helpers()
 {
-    CountingServices services;
+    ScriptedServices services;
+    services.instances = {RunningApplication(7), RunningApplication(8)};
+    services.runningProcess = 5;
+    services.string = "value";
+    services.atEachCall = [] { ::operator delete(::operator new(1)); };
     setApplicationServices(&services);
     const auto isClean = [&](int result) {
         const int open = activityTokenAvailable ? 1 : 0;
-        const bool isRight = services.pools == 0 && services.authorizations == 0 &&
+        const bool isRight = services.openPools == 0 && services.openAuthorizations == 0 &&
                              services.retained == open && services.openActivities == open;
         return isRight ? result : 99;
     };
-    const auto findApplication = [] { return isPath(absolutePathForAppBundleWithIdentifier("x"), "/path"); };
+    const auto findApplication = [] {
+        return isPath(absolutePathForAppBundleWithIdentifier("known"), "/path");
+    };
     const auto napTwice = [&] {
         disableAppNap("why");
         disableAppNap("again");

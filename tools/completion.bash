@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What bash offers behind "norvex-systeminfo": options, the names of sections, files.
+# What bash offers behind "norvex-systeminfo": options, the names of sections, topics, files.
 
 _norvex_systeminfo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} expected=options
@@ -11,20 +11,27 @@ _norvex_systeminfo() {
   fi
 
   case $previous in
-    --section) expected=sections ;;
-    --machine | --output | -o | --record) expected=files ;;
-    --identify) [[ $current == -* ]] || expected=files ;;
+    --section | --without) expected=sections ;;
+    --read | --machine | --compare | --output | -o | --record) expected=files ;;
+    *)
+      # Other words than options are the reports of these two.
+      [[ $current == -* || " ${COMP_WORDS[*]:1:COMP_CWORD-1} " != *\ --@(identify|compare)\ * ]] || expected=files
+      ;;
   esac
 
   case $expected in
-    sections) mapfile -t COMPREPLY < <(compgen -W "$("$1" --list-sections 2>/dev/null)" -- "$current") ;;
+    sections)
+      mapfile -t COMPREPLY < <(compgen -W "$("$1" --list-sections 2>/dev/null) system cpu memory disks volumes network
+        graphics usb serial screens printers environment opengl" -- "$current")
+      ;;
     files)
       compopt -o filenames
       mapfile -t COMPREPLY < <(compgen -f -- "$current")
       ;;
     options)
-      mapfile -t COMPREPLY < <(compgen -W '--no-opengl --section --list-sections --machine --output --identify
-        --skip-braced --json --record --anonymous --help --version' -- "$current")
+      mapfile -t COMPREPLY < <(compgen -W '--read --machine --section --without --no-opengl
+        --list-sections --json --summary --redact --compare --all --identify --skip-braced --output --record
+        --anonymous --help --version' -- "$current")
       ;;
   esac
 }

@@ -16,16 +16,23 @@ namespace {
 
 /// An option with a letter has it as its number.
 enum OptionId {
+    noOption = 0,
     helpOption = 'h',
     outputOption = 'o',
     versionOption = 'v',
-    noOpenGLOption = 256,
-    sectionOption,
-    listSectionsOption,
+    readOption = 256,
     machineOption,
+    sectionOption,
+    withoutOption,
+    noOpenGLOption,
+    listSectionsOption,
+    jsonOption,
+    summaryOption,
+    redactOption,
+    compareOption,
+    allOption,
     identifyOption,
     skipBracedOption,
-    jsonOption,
     recordOption,
     anonymousOption
 };
@@ -39,18 +46,32 @@ struct OptionRow
 };
 
 const OptionRow optionRows[] = {
-    {noOpenGLOption, "no-opengl", nullptr, "leave out the OpenGL section"},
-    {sectionOption, "section", "NAME",
-     "print this section only; given several times, the sections\n"
-     "in that order, with nothing between them"},
-    {listSectionsOption, "list-sections", nullptr, "print the names of all sections"},
+    {readOption, "read", "FILE",
+     "take the report in FILE (-: standard input) instead of making\n"
+     "one: text, or what --json printed. Alone it prints the file\n"
+     "as it is"},
     {machineOption, "machine", "FILE",
      "let the Macintosh section describe the machine that was\n"
      "recorded in FILE; all others describe the machine at hand"},
-    {outputOption, "output", "FILE",
-     "write to FILE, whole or not at all, instead of to standard\n"
-     "output (-); a file that exists is replaced; /dev/stderr or\n"
-     "/dev/fd/3 is that descriptor"},
+    {sectionOption, "section", "NAME",
+     "print this section only; given several times, the sections\n"
+     "in that order, with nothing between them. NAME is a section,\n"
+     "in any letter case, a topic (cpu, disks, network ...) for\n"
+     "all its sections, or the beginning of one section's name"},
+    {withoutOption, "without", "NAME", "leave this section out; may be given several times"},
+    {noOpenGLOption, "no-opengl", nullptr, "leave out the OpenGL section, as --without openGL does"},
+    {listSectionsOption, "list-sections", nullptr,
+     "print the names of all sections; on a terminal also what\n"
+     "they hold"},
+    {jsonOption, "json", nullptr, "print JSON: the report, the differences or what identifies"},
+    {summaryOption, "summary", nullptr, "print a few lines for a mail or a chat"},
+    {redactOption, "redact", nullptr,
+     "replace what is private: serial numbers, names, addresses,\n"
+     "the environment; a message names what to look through"},
+    {compareOption, "compare", "OLD [NEW]",
+     "print what differs between the reports in two files (-:\n"
+     "standard input), without NEW between OLD and this machine"},
+    {allOption, "all", nullptr, "with --compare: show also what always differs, such as dates"},
     {identifyOption, "identify", "[FILE]",
      "print what identifies a machine: a line for every MAC address,\n"
      "the number of processors, the processor revision. They are\n"
@@ -59,7 +80,10 @@ const OptionRow optionRows[] = {
     {skipBracedOption, "skip-braced", nullptr,
      "with --identify: ignore network interfaces with a name\n"
      "in braces"},
-    {jsonOption, "json", nullptr, "with --identify: print one JSON object"},
+    {outputOption, "output", "FILE",
+     "write to FILE, whole or not at all, instead of to standard\n"
+     "output (-); a file that exists is replaced; /dev/stderr or\n"
+     "/dev/fd/3 is that descriptor"},
     {recordOption, "record", "FILE",
      "write to FILE (-: to standard output) what the machine\n"
      "answers to the queries behind the Macintosh section, and\n"
@@ -72,6 +96,32 @@ const OptionRow optionRows[] = {
     {versionOption, "version", nullptr, "print the version"},
 };
 
+/// Something that the tool does, the option that asks for it, and all that goes with it.
+struct ModeRow
+{
+    Options::Action action;
+    OptionId option; // none for the report
+    OptionId others[9];
+};
+
+const ModeRow modeRows[] = {
+    {Options::Action::PrintReport,
+     noOption,
+     {readOption, machineOption, sectionOption, withoutOption, noOpenGLOption, jsonOption, summaryOption,
+      redactOption, outputOption}},
+    {Options::Action::Compare,
+     compareOption,
+     {sectionOption, withoutOption, noOpenGLOption, jsonOption, redactOption, allOption, outputOption}},
+    {Options::Action::Identify,
+     identifyOption,
+     {readOption, withoutOption, noOpenGLOption, jsonOption, skipBracedOption, outputOption}},
+    {Options::Action::ListSections, listSectionsOption, {outputOption}},
+    {Options::Action::Record, recordOption, {machineOption, anonymousOption}},
+};
+
+/// Those that go with the same mode, but not with each other.
+const OptionId rivals[][2] = {{readOption, machineOption}, {jsonOption, summaryOption}};
+
 bool isOffered(const OptionRow& row)
 {
     return row.id != machineOption || supportsRecordings();
@@ -79,14 +129,27 @@ bool isOffered(const OptionRow& row)
 
 bool hasLetter(const OptionRow& row)
 {
-    return row.id < noOpenGLOption;
+    return row.id < readOption;
+}
+
+QString shownOption(OptionId id)
+{
+    const auto* row = std::find_if(std::begin(optionRows), std::end(optionRows),
+                                   [id](const OptionRow& each) { return each.id == id; });
+    return QStringLiteral("--") + QLatin1String(row->name);
+}
+
+bool goesWith(const ModeRow& mode, OptionId id)
+{
+    return id == mode.option ||
+           std::find(std::begin(mode.others), std::end(mode.others), id) != std::end(mode.others);
 }
 
 /// Takes one option after the other, then judges them together.
 class CommandLine
 {
 public:
-    bool accept(int id, const char* argument);
+    bool accept(OptionId id, const char* argument);
     bool acceptFile(const char* fileName);
     bool acceptCombination();
 
@@ -95,11 +158,17 @@ public:
 
 private:
     bool fail(const QString& error);
-    bool acceptAction(Options::Action action);
-    bool acceptSection(const QByteArray& name);
-    bool acceptOnce(std::optional<QByteArray>& value, const char* option, const QByteArray& argument);
+    bool failAsExclusive(OptionId first, OptionId second);
+    bool acceptFurtherOption(OptionId id);
+    bool acceptOnce(std::optional<QByteArray>& value, OptionId option, const char* argument);
+    bool isGiven(OptionId id) const;
+    bool findMode();
+    bool acceptInput();
 
     Options options_;
+    std::vector<OptionId> given_;
+    const ModeRow* mode_ = modeRows;
+    std::optional<QByteArray> identifiedFile_;
     QString error_;
 };
 
@@ -109,97 +178,125 @@ bool CommandLine::fail(const QString& error)
     return false;
 }
 
-bool CommandLine::acceptAction(Options::Action action)
+bool CommandLine::failAsExclusive(OptionId first, OptionId second)
 {
-    if (options_.action != Options::Action::PrintReport && options_.action != action) {
-        return fail(QStringLiteral("--identify, --list-sections and --record exclude each other"));
-    }
-    options_.action = action;
-    return true;
+    return fail(QStringLiteral("%1 and %2 exclude each other").arg(shownOption(first), shownOption(second)));
 }
 
-bool CommandLine::acceptSection(const QByteArray& name)
-{
-    const SystemInfo::SectionInfo* section = findSection(name);
-    if (!section) {
-        return fail(QStringLiteral("unknown section '%1' (--list-sections prints the names)")
-                        .arg(QFile::decodeName(name)));
-    }
-    options_.sections.push_back(section);
-    return true;
-}
-
-bool CommandLine::acceptOnce(std::optional<QByteArray>& value, const char* option, const QByteArray& argument)
+bool CommandLine::acceptOnce(std::optional<QByteArray>& value, OptionId option, const char* argument)
 {
     if (value) {
-        return fail(QStringLiteral("more than one file for %1").arg(QLatin1String(option)));
-    }
-    if (argument.isEmpty()) {
-        return fail(QStringLiteral("the name of the file for %1 is empty").arg(QLatin1String(option)));
+        return fail(QStringLiteral("more than one file for %1").arg(shownOption(option)));
     }
     value = argument;
-    return true;
+    return !value->isEmpty() ||
+           fail(QStringLiteral("the name of the file for %1 is empty").arg(shownOption(option)));
 }
 
 bool CommandLine::acceptFile(const char* fileName)
 {
-    if (options_.action != Options::Action::Identify) {
+    if (isGiven(identifyOption)) {
+        return acceptOnce(identifiedFile_, identifyOption, fileName);
+    }
+    if (!isGiven(compareOption)) {
         return fail(QStringLiteral("unexpected argument '%1'").arg(QFile::decodeName(fileName)));
     }
-    return acceptOnce(options_.reportFile, "--identify", fileName);
+    return options_.newFile ? fail(QStringLiteral("more than two files for --compare"))
+                            : acceptOnce(options_.newFile, compareOption, fileName);
 }
 
-bool CommandLine::accept(int id, const char* argument)
+bool CommandLine::accept(OptionId id, const char* argument)
+{
+    given_.push_back(id);
+    const auto section = [&] {
+        const QString name = QFile::decodeName(argument);
+        return GivenSection{shownOption(id) + QLatin1Char(' ') + name, name};
+    };
+    switch (id) {
+    case readOption: return acceptOnce(options_.reportFile, id, argument);
+    case machineOption: return acceptOnce(options_.recording, id, argument);
+    case compareOption: return acceptOnce(options_.oldFile, id, argument);
+    case outputOption: return acceptOnce(options_.outputFile, id, argument);
+    case recordOption: return acceptOnce(options_.recordFile, id, argument);
+    case identifyOption: return argument == nullptr || acceptOnce(identifiedFile_, id, argument);
+    case sectionOption: options_.sections.push_back(section()); break;
+    case withoutOption: options_.without.push_back(section()); break;
+    default: return acceptFurtherOption(id);
+    }
+    return true;
+}
+
+/// An option without an argument.
+bool CommandLine::acceptFurtherOption(OptionId id)
 {
     switch (id) {
-    case noOpenGLOption: options_.skipOpenGL = true; return true;
-    case sectionOption: return acceptSection(argument);
-    case listSectionsOption: return acceptAction(Options::Action::ListSections);
-    case machineOption: return acceptOnce(options_.recording, "--machine", argument);
-    case outputOption: return acceptOnce(options_.outputFile, "--output", argument);
-    case identifyOption:
-        return acceptAction(Options::Action::Identify) &&
-               (!argument || acceptOnce(options_.reportFile, "--identify", argument));
-    case skipBracedOption: options_.skipBraced = true; return true;
-    case jsonOption: options_.asJson = true; return true;
-    case recordOption:
-        return acceptAction(Options::Action::Record) && acceptOnce(options_.recordFile, "--record", argument);
-    case anonymousOption: options_.anonymous = true; return true;
-    default: return false;
+    case noOpenGLOption: options_.without.push_back({shownOption(id), QStringLiteral("openGL")}); break;
+    case jsonOption: options_.form = Options::Form::Json; break;
+    case summaryOption: options_.form = Options::Form::Summary; break;
+    case redactOption: options_.redact = true; break;
+    case allOption: options_.withVolatile = true; break;
+    case skipBracedOption: options_.skipBraced = true; break;
+    case anonymousOption: options_.anonymous = true; break;
+    default: break;
     }
+    return true;
+}
+
+bool CommandLine::isGiven(OptionId id) const
+{
+    return std::find(given_.begin(), given_.end(), id) != given_.end();
+}
+
+bool CommandLine::findMode()
+{
+    for (const ModeRow& mode : modeRows) {
+        if (!isGiven(mode.option)) {
+            continue;
+        }
+        if (mode_->option != noOption) {
+            return failAsExclusive(mode_->option, mode.option);
+        }
+        mode_ = &mode;
+    }
+    options_.action = mode_->action;
+    return true;
 }
 
 bool CommandLine::acceptCombination()
 {
-    const Options& o = options_;
-    const bool identifies = o.action == Options::Action::Identify;
-    const bool lists = o.action == Options::Action::ListSections;
-    const bool records = o.action == Options::Action::Record;
-    bool asksForOpenGL = false;
-    for (const SystemInfo::SectionInfo* section : o.sections) {
-        asksForOpenGL = asksForOpenGL || section == findSection("openGL");
+    if (!findMode()) {
+        return false;
     }
-    const struct
-    {
-        bool isBroken;
-        const char* rule;
-    } rules[] = {
-        {o.skipBraced && !identifies, "--skip-braced goes with --identify only"},
-        {o.asJson && !identifies, "--json goes with --identify only"},
-        {identifies && !o.sections.empty(), "--identify and --section exclude each other"},
-        {identifies && o.recording, "--identify and --machine exclude each other"},
-        {o.reportFile && o.skipOpenGL, "--no-opengl has no influence on what --identify reads from a file"},
-        {asksForOpenGL && o.skipOpenGL, "--section openGL and --no-opengl exclude each other"},
-        {o.anonymous && !records, "--anonymous goes with --record only"},
-        {records && (!o.sections.empty() || o.skipOpenGL), "--record holds the Macintosh section only"},
-        {records && o.outputFile, "--record and --output exclude each other"},
-        {lists && (!o.sections.empty() || o.skipOpenGL || o.recording),
-         "--list-sections goes with --output only"},
-    };
-    for (const auto& row : rules) {
-        if (row.isBroken) {
-            return fail(QString::fromLatin1(row.rule));
+    for (const OptionId id : given_) {
+        if (goesWith(*mode_, id)) {
+            continue;
         }
+        if (mode_->option != noOption) {
+            return failAsExclusive(mode_->option, id);
+        }
+        const auto* owner = std::find_if(std::begin(modeRows), std::end(modeRows),
+                                         [id](const ModeRow& mode) { return goesWith(mode, id); });
+        return fail(QStringLiteral("%1 goes with %2 only").arg(shownOption(id), shownOption(owner->option)));
+    }
+    for (const auto& pair : rivals) {
+        if (isGiven(pair[0]) && isGiven(pair[1])) {
+            return failAsExclusive(pair[0], pair[1]);
+        }
+    }
+    return acceptInput();
+}
+
+bool CommandLine::acceptInput()
+{
+    if (identifiedFile_) {
+        if (options_.reportFile) {
+            return fail(QStringLiteral("--read and a file for --identify exclude each other"));
+        }
+        options_.reportFile = identifiedFile_;
+    }
+    const QByteArray standardInput = "-";
+    if (options_.oldFile == standardInput && options_.newFile == standardInput) {
+        return fail(QStringLiteral("--compare can read only one report from standard input"));
     }
     return true;
 }
@@ -260,8 +357,7 @@ QString refusal(int id, int option, const QByteArray& argument)
 
 std::optional<Options> wrongUsage(const QString& error)
 {
-    printMessage(error);
-    printMessage(QStringLiteral("see --help for the usage"));
+    printUsageError(error);
     return std::nullopt;
 }
 
@@ -280,6 +376,12 @@ QString helpOfOption(const OptionRow& row)
 }
 
 } // namespace
+
+void printUsageError(const QString& error)
+{
+    printMessage(error);
+    printMessage(QStringLiteral("see --help for the usage"));
+}
 
 std::optional<Options> parseOptions(int argc, char* argv[])
 {
@@ -303,7 +405,7 @@ std::optional<Options> parseOptions(int argc, char* argv[])
             options.action = id == helpOption ? Options::Action::ShowHelp : Options::Action::ShowVersion;
             return options;
         }
-        if (!line.accept(id, optarg)) {
+        if (!line.accept(static_cast<OptionId>(id), optarg)) {
             return wrongUsage(line.error());
         }
     }
@@ -319,9 +421,12 @@ QString helpText()
 {
     QString text =
         QStringLiteral("Usage: norvex-systeminfo [OPTION]...\n"
+                       "       norvex-systeminfo --read FILE [OPTION]...\n"
+                       "       norvex-systeminfo --compare OLD [NEW] [OPTION]...\n"
                        "       norvex-systeminfo --identify [FILE] [OPTION]...\n"
                        "       norvex-systeminfo --record FILE [OPTION]...\n"
-                       "Prints a report on this machine: the system, its hardware, Qt and OpenGL.\n\n");
+                       "Prints a report on this machine: the system, its hardware, Qt and OpenGL. Or reads\n"
+                       "reports: selects, converts, redacts and compares them.\n\n");
     for (const OptionRow& row : optionRows) {
         if (isOffered(row)) {
             text += helpOfOption(row);
@@ -331,11 +436,12 @@ QString helpText()
            QStringLiteral("\n"
                           "A report holds environment variables, serial numbers, host and network names, a\n"
                           "recording that is not anonymous all but the environment: look them through\n"
-                          "before you send them to anyone.\n\n"
+                          "before you send them to anyone, or use --redact.\n\n"
                           "Exit status: 0 when all is done; 1 when something could not be read or written,\n"
-                          "or a report has no identification; 2 when the options are wrong. Options that\n"
-                          "contradict each other are wrong, and so is a second file for the same option.\n"
-                          "A closed pipe ends the program without a message.\n");
+                          "or a report lacks a section or the identification; 2 when the options are wrong.\n"
+                          "Options that contradict each other are wrong, and so is a second file for the\n"
+                          "same option. Of --compare: 0 when nothing differs, 1 when something does, 2 for\n"
+                          "trouble or wrong options. A closed pipe ends the program without a message.\n");
 }
 
 } // namespace norvex::Tool

@@ -146,6 +146,11 @@ bool Output::open(const std::optional<QByteArray>& fileName)
     return true;
 }
 
+bool Output::isTerminal() const
+{
+    return descriptor_ != -1 && isatty(descriptor_) == 1;
+}
+
 int Output::write(const QByteArray& text) const
 {
     if (descriptor_ != -1) {

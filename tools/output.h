@@ -21,6 +21,9 @@ public:
     /// @return false when there is no such descriptor; standard error then has a message
     bool open(const std::optional<QByteArray>& fileName);
 
+    /// Whether write() writes to a terminal, for a person to read. Call it after open().
+    bool isTerminal() const;
+
     /// Writes to standard output or to a descriptor. Replaces or creates a regular file: whole, or it stays as it was.
     /// Writes to anything else, such as a device or a pipe. Call it once.
     /// @return an exit status. Standard error gets a message about a failure, but not about a closed pipe.

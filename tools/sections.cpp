@@ -26,20 +26,30 @@ QVector<SectionInfo> makeReportSections()
     return table;
 }
 
+/// A half of the report, if one of the sections stands in it.
+QString halfOf(ReportHalf half, const Internal::HalfFrame& frame, const QVector<SectionInfo>& sections)
+{
+    const bool isEmpty = std::none_of(sections.begin(), sections.end(),
+                                      [half](const SectionInfo& section) { return section.half == half; });
+    return isEmpty ? QString() : Internal::reportHalf(half, frame, sections);
+}
+
+} // namespace
+
+const char macintoshName[] = "macintosh";
+
 const QVector<SectionInfo>& reportSections()
 {
     static const QVector<SectionInfo> table = makeReportSections();
     return table;
 }
 
-} // namespace
-
 const QVector<SectionInfo>& namedSections()
 {
-    static const SectionInfo macintosh = {"macintosh",
+    static const SectionInfo macintosh = {macintoshName,
                                           ReportHalf::Macintosh,
                                           0,
-                                          "all sections of this half",
+                                          "the whole Macintosh section, with its separators",
                                           {},
                                           SectionThread::Any,
                                           SectionApplication::None,
@@ -48,12 +58,16 @@ const QVector<SectionInfo>& namedSections()
     return named;
 }
 
-QString wholeReport(bool skipOpenGL)
+QString macintoshHalf(const QVector<SectionInfo>& sections)
 {
-    QString report = MacSysInfo::allInfos();
-    report += Internal::reportHalf(ReportHalf::Qt, {Internal::qtBanner, sNewLine, separator()}, !skipOpenGL,
-                                   reportSections());
-    return report;
+    return halfOf(ReportHalf::Macintosh,
+                  {Internal::macintoshBanner, MacSysInfo::sNewLine, MacSysInfo::separator()}, sections);
+}
+
+QString reportOf(const QVector<SectionInfo>& sections)
+{
+    return macintoshHalf(sections) +
+           halfOf(ReportHalf::Qt, {Internal::qtBanner, sNewLine, separator()}, sections);
 }
 
 QString identifyingReport()
@@ -61,14 +75,6 @@ QString identifyingReport()
     const QString lineEnd = sNewLine;
     return QLatin1String(Internal::macintoshBanner) + lineEnd + MacSysInfo::cpuInfo() +
            QLatin1String(Internal::qtBanner) + lineEnd + NetworkInfo::allInfos();
-}
-
-const SectionInfo* findSection(const QByteArray& name)
-{
-    const QVector<SectionInfo>& named = namedSections();
-    const auto found = std::find_if(named.begin(), named.end(),
-                                    [&name](const SectionInfo& section) { return name == section.name; });
-    return found == named.end() ? nullptr : &*found;
 }
 
 } // namespace norvex::Tool

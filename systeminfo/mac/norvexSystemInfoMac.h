@@ -9,17 +9,16 @@
 /// (`qWarning`). Lines end with sNewLine. A text of `sysctlbyname` has at most 511 bytes and its zero; the query of a
 /// longer one fails.
 ///
-/// std::bad_alloc passes through; nothing else is thrown. On Linux three libraries end the process when memory runs
-/// out: GLib, behind defaultEmailApp(), libplist, behind checkFtdiDriver() when the property list is binary, and glob of
-/// the C library, behind cpuInfo() and memoryInfo().
+/// std::bad_alloc passes through; nothing else is thrown. On Linux two libraries end the process when memory runs
+/// out: libplist, behind checkFtdiDriver() when the property list is binary, and glob of the C library, behind cpuInfo()
+/// and memoryInfo().
 ///
 /// Threads: you may call all functions on any thread, on several at once. The records and iterators that they hand out
 /// are yours; use each on one thread at a time.
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
-/// norvexPlatform.h). On Linux the first call of defaultEmailApp() leaves a thread of GLib behind ("gmain"), and the
-/// first one of bonjourVersion() that finds a system bus a thread of Qt's D-Bus module ("QDBusConnection"). Both stay
-/// until the process ends; no other section leaves one.
+/// norvexPlatform.h). On Linux the first call of bonjourVersion() that finds a system bus leaves a thread of Qt's
+/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one.
 
 #include "../norvexExport.h"
 
@@ -216,13 +215,19 @@ NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iter
 /// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type, letter case,
 /// block and file-node counts, and sizes. When `statfs` fails, only the path stands. A count of all ones prints as "-"
 /// or has no size line. On Linux the volumes are the mounted file systems that hold user data, each under its mount
-/// point.
+/// point. A file system that does not answer counts as a failure there, see getFileSystemInfo(); all that do not answer
+/// take 2 seconds together.
 NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 
 /// Asks `statfs` about the file system that holds a path.
 /// @param path in any form that the file system takes; passed in UTF-8
-/// @param info filled on success, undefined otherwise
+/// @param info filled on success, undefined otherwise; null fails
 /// @return whether `statfs` succeeded
+///
+/// On Linux it fails after 2 seconds when the path leads to a file system of a server or of a program (NFS, FUSE) that does
+/// not answer, and then fails at once as long as the same thread lives and the file system is silent. A process of its own
+/// asks such file systems; where none can be started, it fails. That process is no child that `wait` or `SIGCHLD` tell
+/// about. On macOS nothing limits the time.
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
 /// How the file system that holds a path treats letter case.
@@ -230,7 +235,8 @@ NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemR
 /// @return 1 case sensitive (also if the file system does not know the query), 2 case preserving but not sensitive,
 ///        0 neither, -1 on failure
 ///
-/// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path.
+/// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path. Takes as long as
+/// getFileSystemInfo().
 NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
 
 /// @}
@@ -251,8 +257,8 @@ NORVEX_SYSTEMINFO_EXPORT QString bonjourVersion();
 NORVEX_SYSTEMINFO_EXPORT void checkBonjour(int& errorCode, QString& versionText);
 
 /// One line with the path of the application that opens "mailto:" links (`LSGetApplicationForURL`). Without one the line
-/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file,
-/// and GLib, which finds it, ends the process when memory runs out.
+/// says `<failed>`, and a warning goes to the log. On Linux the path is that of the handler's desktop file: the
+/// first that is there of those in mimeapps.list, with the lists of desktops and administrators, else in mimeinfo.cache.
 NORVEX_SYSTEMINFO_EXPORT QString defaultEmailApp();
 
 /// @}

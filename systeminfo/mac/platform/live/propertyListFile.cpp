@@ -1,7 +1,7 @@
 #include "systeminfo/mac/platform/live/propertyListFile.h"
 
-#include "systeminfo/mac/platform/live/fileDescriptor.h"
 #include "systeminfo/mac/platform/live/propertyListCheck.h"
+#include "systeminfo/mac/platform/live/regularFile.h"
 #include "systeminfo/mac/platform/machine.h"
 #include "systeminfo/mac/platform/propertyListReader.h"
 
@@ -9,45 +9,14 @@
 #include <QString>
 
 #include <algorithm>
-#include <cerrno>
 #include <memory>
 #include <type_traits>
 
-#include <fcntl.h>
 #include <plist/plist.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace norvex {
 
 namespace {
-
-constexpr off_t maxFileSize = off_t{16} * 1024 * 1024;
-
-/// The whole of a regular file of acceptable size.
-std::optional<QByteArray> readRegularFile(const QByteArray& path)
-{
-    struct stat status = {};
-    // Opening can do things to a device, so anything but a regular file is left alone.
-    if (stat(path.constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
-        return std::nullopt;
-    }
-    // The file may have become another one since it was looked at, hence non-blocking, and the second look.
-    const FileDescriptor file(open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        status.st_size > maxFileSize) {
-        return std::nullopt;
-    }
-    QByteArray contents(static_cast<int>(status.st_size), Qt::Uninitialized);
-    int length = 0;
-    ssize_t got = 0;
-    do {
-        got = read(file.get(), contents.data() + length, static_cast<std::size_t>(contents.size() - length));
-        length += got > 0 ? static_cast<int>(got) : 0;
-    } while (got > 0 || (got == -1 && errno == EINTR));
-    contents.truncate(length);
-    return got == 0 ? std::make_optional(contents) : std::nullopt;
-}
 
 /// Finds the string at a key path while the document passes.
 class StringFinder : public PropertyListHandler
@@ -157,7 +126,7 @@ std::optional<QByteArray> propertyListFileString(const QByteArray& path, const Q
     if (propertyListKeys(keyPath).isEmpty()) {
         return std::nullopt;
     }
-    const std::optional<QByteArray> contents = readRegularFile(path);
+    const std::optional<QByteArray> contents = regularFileContents(path);
     return contents ? propertyListString(*contents, keyPath) : std::nullopt;
 }
 

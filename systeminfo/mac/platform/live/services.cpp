@@ -1,10 +1,6 @@
-// GIO has members named "signals", so it comes before Qt's macro of that name.
-#include <gio/gdesktopappinfo.h>
-
-#include "systeminfo/mac/platform/live/gObject.h"
+#include "systeminfo/mac/platform/live/services.h"
 
 #include "systeminfo/mac/platform/live/fileDescriptor.h"
-#include "systeminfo/mac/platform/live/services.h"
 
 #include <QtDBus/QDBusConnection>
 #include <QtDBus/QDBusMessage>
@@ -169,19 +165,6 @@ DaemonAnswer avahiVersion()
         return version ? DaemonAnswer{0, *version} : DaemonAnswer{notRunning, 0};
     }
     return {notRunning, 0};
-}
-
-std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
-{
-    if (scheme.isEmpty()) {
-        return std::nullopt;
-    }
-    const GObjectOwner<GAppInfo> application(g_app_info_get_default_for_uri_scheme(scheme.constData()));
-    if (application == nullptr || !G_IS_DESKTOP_APP_INFO(application.get())) {
-        return std::nullopt;
-    }
-    const char* const path = g_desktop_app_info_get_filename(G_DESKTOP_APP_INFO(application.get()));
-    return path == nullptr ? std::nullopt : std::make_optional(QByteArray(path));
 }
 
 } // namespace norvex

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The host's counterparts of DNS Service Discovery and Launch Services.
+/// The host's counterpart of DNS Service Discovery.
 
 #include "systeminfo/mac/platform/machine.h"
 
@@ -19,8 +19,5 @@ std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText);
 /// most 0.2 s, whatever the bus or the daemon does. It needs no application object and no event loop. Any thread.
 /// @return the error kDNSServiceErr_ServiceNotRunning (-65563) when the daemon does not answer
 DaemonAnswer avahiVersion();
-
-/// The path of the desktop file of the application that opens URLs of a scheme; absent when there is none.
-std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme);
 
 } // namespace norvex

@@ -1,0 +1,181 @@
+#include "systeminfo/mac/platform/live/desktopFiles.h"
+
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
+#include "systeminfo/mac/platform/live/kernelFiles.h"
+#include "systeminfo/mac/platform/live/regularFile.h"
+
+#include <QFile>
+#include <QList>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QString>
+#include <QStringList>
+
+namespace norvex {
+
+namespace {
+
+using Names = QList<QByteArray>;
+
+/// The last value of a key in the groups of a name; empty when there is none.
+QByteArray valueInGroup(const QByteArray& text, const QByteArray& group, const QByteArray& key)
+{
+    QByteArray value;
+    bool isInGroup = false;
+    for (const QByteArray& line : text.split('\n')) {
+        if (line.startsWith('[')) {
+            isInGroup = line.trimmed() == '[' + group + ']';
+        } else if (isInGroup) {
+            value = valueOfKey(line, key, '=').value_or(value);
+        }
+    }
+    return value;
+}
+
+Names namesInGroup(const QByteArray& text, const QByteArray& group, const QByteArray& key)
+{
+    Names names = valueInGroup(text, group, key).split(';');
+    names.removeAll(QByteArray());
+    return names;
+}
+
+/// The folders of a kind, the user's own first.
+QList<QByteArray> foldersOf(QStandardPaths::StandardLocation kind)
+{
+    QList<QByteArray> folders;
+    for (const QString& folder : QStandardPaths::standardLocations(kind)) {
+        folders.append(QFile::encodeName(folder) + '/');
+    }
+    return folders;
+}
+
+/// The names of the lists of chosen applications in a folder: those of the user's desktop, then that of all.
+Names namesOfLists()
+{
+    Names names;
+    for (const QByteArray& desktop : qgetenv("XDG_CURRENT_DESKTOP").toLower().split(':')) {
+        if (!desktop.isEmpty()) {
+            names.append(desktop + "-mimeapps.list");
+        }
+    }
+    return names << "mimeapps.list";
+}
+
+/// Whether all folders can be looked at in which applications and their programs may be.
+bool foldersAnswer()
+{
+    return fileSystemsAnswer(foldersOf(QStandardPaths::GenericConfigLocation) +
+                             foldersOf(QStandardPaths::ApplicationsLocation) + qgetenv("PATH").split(':'));
+}
+
+/// @param program a name, or a path
+bool isThere(const QString& program)
+{
+    const bool isPath = program.contains(QLatin1Char('/'));
+    return (!isPath || fileSystemsAnswer({QFile::encodeName(program)})) &&
+           !QStandardPaths::findExecutable(program).isEmpty();
+}
+
+/// Whether a desktop file stands for an application that can be started.
+bool isUsable(const QByteArray& desktopFile)
+{
+    const auto value = [&desktopFile](const char* key) {
+        return valueInGroup(desktopFile, "Desktop Entry", key);
+    };
+    if (value("Type") != "Application" || value("Hidden") == "true") {
+        return false;
+    }
+    const QString needed = QString::fromUtf8(value("TryExec"));
+    const QStringList command = QProcess::splitCommand(QString::fromUtf8(value("Exec")));
+    // An application that the session bus starts has no command.
+    return (needed.isEmpty() || isThere(needed)) && (command.isEmpty() || isThere(command.first()));
+}
+
+/// The applications that say, or of which somebody says, that they open a type, the preferred ones first.
+Names associatedNames(const QByteArray& type)
+{
+    Names names;
+    Names removed;
+    const auto add = [&](const Names& found) {
+        for (const QByteArray& name : found) {
+            if (!removed.contains(name)) {
+                names.append(name);
+            }
+        }
+    };
+    for (const QByteArray& folder :
+         foldersOf(QStandardPaths::GenericConfigLocation) + foldersOf(QStandardPaths::ApplicationsLocation)) {
+        const QByteArray chosen = regularFileContents(folder + "mimeapps.list").value_or(QByteArray());
+        add(namesInGroup(chosen, "Added Associations", type));
+        removed += namesInGroup(chosen, "Removed Associations", type);
+        const QByteArray stated = regularFileContents(folder + "mimeinfo.cache").value_or(QByteArray());
+        add(namesInGroup(stated, "MIME Cache", type));
+    }
+    return names;
+}
+
+Names defaultNames(const QByteArray& type)
+{
+    Names names;
+    for (const QByteArray& folder :
+         foldersOf(QStandardPaths::GenericConfigLocation) + foldersOf(QStandardPaths::ApplicationsLocation)) {
+        for (const QByteArray& list : namesOfLists()) {
+            const QByteArray chosen = regularFileContents(folder + list).value_or(QByteArray());
+            names += namesInGroup(chosen, "Default Applications", type);
+        }
+    }
+    return names;
+}
+
+/// desktopFilePath() in folders that answer.
+std::optional<QByteArray> usableFile(const QByteArray& name)
+{
+    if (name.contains('/')) {
+        return std::nullopt;
+    }
+    for (const QByteArray& folder : foldersOf(QStandardPaths::ApplicationsLocation)) {
+        // The name "kde-mail.desktop" may also stand for a file mail.desktop in a folder kde.
+        QByteArray path = name;
+        int hyphen = -1;
+        do {
+            if (hyphen >= 0) {
+                path[hyphen] = '/';
+            }
+            if (const auto desktopFile = regularFileContents(folder + path)) {
+                // A file in a user's folder stands in front of one of the same name in the system's, which it hides.
+                return isUsable(*desktopFile) ? std::make_optional(folder + path) : std::nullopt;
+            }
+            hyphen = path.indexOf('-', hyphen + 1);
+        } while (hyphen >= 0);
+    }
+    return std::nullopt;
+}
+
+std::optional<QByteArray> firstDesktopFile(const Names& names)
+{
+    for (const QByteArray& name : names) {
+        if (auto path = usableFile(name)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> desktopFilePath(const QByteArray& name)
+{
+    return foldersAnswer() ? usableFile(name) : std::nullopt;
+}
+
+std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
+{
+    if (scheme.isEmpty() || !foldersAnswer()) {
+        return std::nullopt;
+    }
+    const QByteArray type = "x-scheme-handler/" + scheme.toLower();
+    auto path = firstDesktopFile(defaultNames(type));
+    return path ? path : firstDesktopFile(associatedNames(type));
+}
+
+} // namespace norvex
