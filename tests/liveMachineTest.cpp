@@ -233,7 +233,9 @@ void LiveMachineTest::agreesWithTools()
                                         QByteArray::number(quint64(record->f_blocks * record->f_bsize)));
     }
     // A file system that is no volume answers as well, for any path on it.
-    QCOMPARE(QByteArray(liveMachine()->statfs("/proc/self/status")->f_mntonname), QByteArray("/proc"));
+    const auto processes = liveMachine()->statfs("/proc/self/status");
+    QCOMPARE(QByteArray(processes->f_mntonname), QByteArray("/proc"));
+    QVERIFY(processes->f_files == UINT64_MAX && processes->f_ffree == UINT64_MAX); // it counts none
 }
 
 void LiveMachineTest::loopMounted_data()

@@ -72,6 +72,7 @@ Outcome ToolTest::runScript(const QString& script, const QMap<QString, QString>&
         environment.remove(QString::fromLatin1(name));
     }
     environment.insert(QStringLiteral("TOOL"), QStringLiteral(NORVEX_TOOL));
+    environment.insert(QStringLiteral("DATA"), QStringLiteral(NORVEX_TEST_DATA));
     environment.insert(QStringLiteral("VERSION"), QStringLiteral(NORVEX_VERSION));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.filePath(QStringLiteral("runtime")));
     for (auto it = variables.begin(); it != variables.end(); ++it) {
@@ -108,8 +109,10 @@ void ToolTest::commands_data()
     for (QRegularExpressionMatch match;
          (match = row.match(text, end)).hasMatch() && match.capturedStart() == end;) {
         end = match.capturedEnd();
-        QTest::newRow(qPrintable(match.captured(1))) << match.captured(2) << match.captured(3).toInt()
-                                                     << match.captured(4) << match.captured(5).chopped(1);
+        QString message = match.captured(5);
+        message.chop(1);
+        QTest::newRow(qPrintable(match.captured(1)))
+            << match.captured(2) << match.captured(3).toInt() << match.captured(4) << message;
     }
     QCOMPARE(end, text.size());
 }

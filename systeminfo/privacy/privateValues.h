@@ -35,6 +35,7 @@ enum class PrivateKind {
     DisplayServer, ///< "host:0"
     SerialPort,    ///< the device file of a serial port, or its name
     BluetoothPort, ///< the same of a port that a Bluetooth device offers
+    Product,       ///< the name of a device by its maker, in which its owner's may stand, but no volume's
     Token,         ///< anything: the value of a variable that nobody knows
     Model,         ///< a model, a maker or a class, where no name that people give can stand
     Constant       ///< looks like an identifier, but is the same on all machines
