@@ -115,10 +115,9 @@ public:
     {
         static thread_local QByteArray path;
         const QByteArray name(identifier);
-        std::optional<QByteArray> found;
-        if (desktopFoldersAnswer()) {
-            found = desktopFilePath(name);
-            found = found ? found : desktopFilePath(name + ".desktop");
+        auto found = desktopFilePath(name);
+        if (!found) {
+            found = desktopFilePath(name + ".desktop");
         }
         path = found.value_or(QByteArray());
         return found ? path.constData() : nullptr;

@@ -1,5 +1,5 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
-#include "systeminfo/mac/platform/live/fileSystemQuery.h"
+#include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/machine.h"
 
 #include <QtTest>
@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <linux/fuse.h>
 #include <poll.h>
 #include <sched.h>
@@ -206,6 +207,12 @@ void SilentMountTest::paths()
     const QString before = QDir::currentPath();
     QVERIFY(QDir::setCurrent(path("mount")));
     qputenv("XDG_DATA_HOME", QFile::encodeName(path("mount")));
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(path("share")));
+    QVERIFY(QDir().mkpath(path("share/applications")));
+    std::ofstream(path("share/applications/a.desktop").toStdString())
+        << "[Desktop Entry]\nType=Application\n";
+    std::ofstream(path("share/applications/mimeinfo.cache").toStdString())
+        << "[MIME Cache]\nx-scheme-handler/mailto=a.desktop\n";
     const QString besides = folder_->filePath("../" + QFileInfo(folder_->path()).fileName() + "/mount");
     const auto answering = [&] {
         FileSystemRecord record = {};
@@ -215,7 +222,7 @@ void SilentMountTest::paths()
                            getFileSystemInfo(besides, &record),
                            liveMachine()->caseSensitive(link).result == 1,
                            liveMachine()->fileExists(link),
-                           desktopFoldersAnswer(),
+                           urlHandlerPath("mailto").has_value(),
                            getFileSystemInfo(QStringLiteral("/"), &record)};
     };
     const QList<bool> all = {true, true, true, true, true, true, true};

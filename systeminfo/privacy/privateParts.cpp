@@ -74,6 +74,9 @@ public:
         default: break;
         }
         addShapes(kind);
+        if (hasFailed_) {
+            return {{PrivateKind::Folder, 0, text_.size()}};
+        }
         return inOrder();
     }
 
@@ -141,9 +144,29 @@ private:
     template <typename Use>
     void forEach(const QRegularExpression& shape, Use use) const
     {
-        for (auto found = shape.globalMatch(text_); found.hasNext();) {
-            use(found.next());
+        forEach(shape, text_, 0, [&use](const Match& found) {
+            use(found);
+            return true;
+        });
+    }
+
+    /// @param use says whether to go on
+    template <typename Use>
+    void forEach(const QRegularExpression& shape, const QString& text, int start, Use use) const
+    {
+        QRegularExpressionMatchIterator found = shape.globalMatch(text, start);
+        bool goesOn = true;
+        while (goesOn && found.hasNext()) {
+            goesOn = use(found.next());
         }
+        hasFailed_ = hasFailed_ || !found.isValid();
+    }
+
+    Match find(const QRegularExpression& shape, const QString& text) const
+    {
+        Match found = shape.match(text);
+        hasFailed_ = hasFailed_ || !found.isValid();
+        return found;
     }
 
     void addNumbers()
@@ -176,7 +199,7 @@ private:
             constexpr int longestWord = 12;
             const int begin = std::max(0, found.capturedStart() - longestWord);
             const QString before = text_.mid(begin, found.capturedStart() - begin);
-            if (isPrivateIpAddress(found.captured()) && !versionWord.match(before).hasMatch()) {
+            if (isPrivateIpAddress(found.captured()) && !find(versionWord, before).hasMatch()) {
                 add(PrivateKind::IpAddress, found, 0);
             }
         });
@@ -221,7 +244,7 @@ private:
             if (users > 0) {
                 add(PrivateKind::Person, begin, end - begin);
                 const int next = std::min(end + 1, frame.end);
-                const bool isDomain = domain.match(name).hasMatch();
+                const bool isDomain = find(domain, name).hasMatch();
                 users = users == 1 && isDomain && next < frame.end &&
                                 !isCommonFolder(text_.mid(next, endOfName(next, frame, false) - next))
                             ? 2
@@ -250,7 +273,9 @@ private:
         static const QString openers = ends + QStringLiteral("='([{,");
         static const QString closers =
             QStringLiteral("\r\n:;\"<>|") + QChar(QChar::Null) + QStringLiteral("=')]},");
-        int begin = place;
+        const bool hasDrive =
+            place > from + 1 && text_.at(place - 1) == QLatin1Char(':') && text_.at(place - 2).isLetter();
+        int begin = hasDrive ? place - 2 : place;
         while (begin > from && text_.at(begin - 1) != QLatin1Char(' ') &&
                !openers.contains(text_.at(begin - 1))) {
             --begin;
@@ -311,7 +336,7 @@ private:
                 return; // has its own
             }
             const bool areWords =
-                word.match(found.captured(2)).hasMatch() && word.match(found.captured(3)).hasMatch();
+                find(word, found.captured(2)).hasMatch() && find(word, found.captured(3)).hasMatch();
             if (areWords || found.capturedLength(1) > 0) {
                 add(PrivateKind::Person, found, 2);
                 add(PrivateKind::Host, found, 3);
@@ -346,14 +371,15 @@ private:
                 .c_str());
         static const QRegularExpression nobody =
             expression("^(?i:it|that|what|let|there|here|who|device|vendor|user|manufacturer|today|system)$");
-        if (possessive.match(text_).hasMatch()) {
-            const Match names = first.match(text_);
-            for (auto found = word.globalMatch(names.captured()); found.hasNext();) {
-                add(PrivateKind::Person, found.next(), 0);
-            }
+        if (find(possessive, text_).hasMatch()) {
+            const Match names = find(first, text_);
+            forEach(word, names.captured(), 0, [this](const Match& found) {
+                add(PrivateKind::Person, found, 0);
+                return true;
+            });
         }
         forEach(possessive, [this](const Match& found) {
-            if (!nobody.match(found.captured(1)).hasMatch()) {
+            if (!find(nobody, found.captured(1)).hasMatch()) {
                 add(PrivateKind::Person, found, 1);
             }
         });
@@ -399,7 +425,7 @@ private:
         static const QRegularExpression named =
             expression("^(?:(?:fedora|centos|rhel|rl|cl|cs|almalinux|ol)[_-]{1,2})?(.+?)(?:-{1,2}vg)?$");
         const QString name = match.captured(group);
-        const Match host = named.match(name);
+        const Match host = find(named, name);
         const bool isHost = host.capturedLength(1) < name.size();
         if (!isCommonLabel(name)) {
             add(isHost ? PrivateKind::Host : PrivateKind::Label,
@@ -413,11 +439,11 @@ private:
             "^/(?:System|private|dev|etc|boot|var|sys|proc|run|snap|usr|bin|lib|nix|ostree|sysroot|opt|tmp|"
             "home|Users|Library|Applications|bin|sbin|root|efi)(?:/|$)");
         static const QRegularExpression removable = expression("^/(?:run/)?media/([^/]+)/([^/]+)");
-        const Match medium = removable.match(text_);
+        const Match medium = find(removable, text_);
         if (medium.hasMatch()) {
             add(PrivateKind::Person, medium, 1);
             addFolders(medium.capturedStart(2), text_.size());
-        } else if (!system.match(text_).hasMatch()) {
+        } else if (!find(system, text_).hasMatch()) {
             addFolders(0, text_.size());
         }
     }
@@ -428,13 +454,12 @@ private:
         static const QRegularExpression folder = expression(R"([^/\\\x00?&]+)");
         static const QRegularExpression homes = expression("^(?i:users?|homes?|files|~)$");
         QString previous;
-        for (auto found = folder.globalMatch(text_, start); found.hasNext();) {
-            const Match match = found.next();
+        forEach(folder, text_, start, [&](const Match& match) {
             const QString name = match.captured();
             if (match.capturedEnd() > end) {
-                break;
+                return false;
             }
-            const bool isUser = homes.match(previous).hasMatch();
+            const bool isUser = find(homes, previous).hasMatch();
             const int mark = name.startsWith(QLatin1Char('~')) ? 1 : 0;
             if (mark == 1 || isUser) {
                 add(PrivateKind::Person, match.capturedStart() + mark, name.size() - mark);
@@ -442,7 +467,8 @@ private:
                 add(PrivateKind::Label, match.capturedStart(), name.size());
             }
             previous = name;
-        }
+            return true;
+        });
     }
 
     void addMountSource()
@@ -455,9 +481,9 @@ private:
         static const QRegularExpression remote =
             expression(R"(^(?:\w+#)?(?!map |/|\.)(.+?):(?=/)|^(?:\w+#)?(?!map |/|\.)([^/:]{2,}):)");
         static const QRegularExpression pool = expression(R"(^[\w.\- ]+(?:/[\w.\- ]+)*$)");
-        const Match address = url.match(text_);
-        const Match ceph = cluster.match(text_);
-        const Match exported = remote.match(text_);
+        const Match address = find(url, text_);
+        const Match ceph = find(cluster, text_);
+        const Match exported = find(remote, text_);
         if (address.hasMatch()) {
             addAccount(address.capturedStart(1), address.capturedEnd(1));
             addServers(address.capturedStart(2), address.capturedEnd(2));
@@ -470,7 +496,7 @@ private:
             const int group = exported.capturedLength(1) > 0 ? 1 : 2;
             addServers(exported.capturedStart(group), exported.capturedEnd(group));
             addFolders(exported.capturedEnd(), text_.size());
-        } else if (!isSystemSource() && pool.match(text_).hasMatch()) {
+        } else if (!isSystemSource() && find(pool, text_).hasMatch()) {
             addFolders(0, text_.size());
         }
     }
@@ -483,22 +509,20 @@ private:
             "lxcfs|map .*|devfs|fdesc|binfmt_misc|bpf|pstore|tracefs|debugfs|securityfs|configfs|fusectl|"
             "efivarfs|hugetlbfs|mqueue|ramfs|rootfs|nsfs|squashfs|drivers|lowntfs|ntfs|fuse|sunrpc|nfsd|"
             "vmware-vmblock)$");
-        return source.match(text_).hasMatch();
+        return find(source, text_).hasMatch();
     }
 
     /// "domain;user:password", "user;AUTH=method"
     void addAccount(int start, int end)
     {
         static const QRegularExpression part = expression(R"([^;:\\@]+)");
-        for (auto found = part.globalMatch(text_, start < 0 ? text_.size() : start); found.hasNext();) {
-            const Match match = found.next();
-            if (match.capturedEnd() > end) {
-                break;
-            }
+        const int begin = start < 0 ? text_.size() : start;
+        forEach(part, text_.mid(begin, std::max(0, end - begin)), 0, [this, begin](const Match& match) {
             if (!match.captured().startsWith(QLatin1String("AUTH="))) {
-                add(PrivateKind::Person, match, 0);
+                add(PrivateKind::Person, begin + match.capturedStart(), match.capturedLength());
             }
-        }
+            return true;
+        });
     }
 
     /// "user@host", "host:port,host:port", "[v2:host:port/0,v1:host:port/0]"
@@ -509,14 +533,14 @@ private:
         static const QRegularExpression suffix =
             expression(R"((?:\._[a-z0-9\-]+\._(?:tcp|udp))?(?:\.local)?$)");
         const QString servers = text_.mid(start, end - start);
-        for (auto found = server.globalMatch(servers); found.hasNext();) {
-            const Match match = found.next();
+        forEach(server, servers, 0, [this, start](const Match& match) {
             const QString host = match.captured(2);
             if (match.capturedLength(1) > 0) {
                 addAccount(start + match.capturedStart(1), start + match.capturedEnd(1));
             }
-            add(PrivateKind::Host, start + match.capturedStart(2), suffix.match(host).capturedStart());
-        }
+            add(PrivateKind::Host, start + match.capturedStart(2), find(suffix, host).capturedStart());
+            return true;
+        });
     }
 
     /// Drivers of adapters name a port after themselves or their serial number; macOS names those of Bluetooth devices
@@ -529,7 +553,7 @@ private:
             expression("^(?:usbserial-|usbmodem|wchusbserial|SLAB_USBtoUART)"
                        "(?=[^0-9]*[0-9])(?=[0-9]*[A-Za-z]|[0-9]{8})([0-9A-Za-z]{4,})$");
         const Match port = portName();
-        const Match adapter = serial.match(port.captured(1));
+        const Match adapter = find(serial, port.captured(1));
         if (adapter.hasMatch()) {
             add(PrivateKind::Serial, port.capturedStart(1) + adapter.capturedStart(1),
                 adapter.capturedLength(1));
@@ -553,9 +577,9 @@ private:
         static const QRegularExpression system = expression("^(?:Bluetooth|debug|wlan|usb|wchusb|serial)");
         const Match port = portName();
         const QString name = port.captured(1);
-        const Match offered = service.match(name);
-        const Match named = offered.hasMatch() ? offered : device.match(name);
-        if (named.hasMatch() && !system.match(name).hasMatch() && !isModelName(named.captured(1))) {
+        const Match offered = find(service, name);
+        const Match named = offered.hasMatch() ? offered : find(device, name);
+        if (named.hasMatch() && !find(system, name).hasMatch() && !isModelName(named.captured(1))) {
             add(PrivateKind::Name, port.capturedStart(1) + named.capturedStart(1), named.capturedLength(1));
         }
     }
@@ -563,19 +587,20 @@ private:
     Match portName() const
     {
         static const QRegularExpression file(QStringLiteral("^(?:/dev/(?:cu|tty)\\.)?([^/]+)$"));
-        return file.match(text_);
+        return find(file, text_);
     }
 
     void addDisplayServer()
     {
         static const QRegularExpression server(QStringLiteral("^([^/:]+):[0-9]"));
-        add(PrivateKind::Host, server.match(text_), 1);
+        add(PrivateKind::Host, find(server, text_), 1);
     }
 
     const QString& text_;
     const Characters characters_;
     int pathEnd_ = -1; ///< where paths that began before end at the latest
     Parts parts_;
+    mutable bool hasFailed_ = false; ///< an expression got no memory, or the text is beyond its limits
 };
 
 } // namespace

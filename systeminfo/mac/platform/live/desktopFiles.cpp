@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/regularFile.h"
 
@@ -60,9 +61,19 @@ Names namesOfLists()
     return names << "mimeapps.list";
 }
 
+/// Whether all folders can be looked at in which applications and their programs may be.
+bool foldersAnswer()
+{
+    return fileSystemsAnswer(foldersOf(QStandardPaths::GenericConfigLocation) +
+                             foldersOf(QStandardPaths::ApplicationsLocation) + qgetenv("PATH").split(':'));
+}
+
+/// @param program a name, or a path
 bool isThere(const QString& program)
 {
-    return !QStandardPaths::findExecutable(program).isEmpty();
+    const bool isPath = program.contains(QLatin1Char('/'));
+    return (!isPath || fileSystemsAnswer({QFile::encodeName(program)})) &&
+           !QStandardPaths::findExecutable(program).isEmpty();
 }
 
 /// Whether a desktop file stands for an application that can be started.
@@ -116,19 +127,8 @@ Names defaultNames(const QByteArray& type)
     return names;
 }
 
-std::optional<QByteArray> firstDesktopFile(const Names& names)
-{
-    for (const QByteArray& name : names) {
-        if (auto path = desktopFilePath(name)) {
-            return path;
-        }
-    }
-    return std::nullopt;
-}
-
-} // namespace
-
-std::optional<QByteArray> desktopFilePath(const QByteArray& name)
+/// desktopFilePath() in folders that answer.
+std::optional<QByteArray> usableFile(const QByteArray& name)
 {
     if (name.contains('/')) {
         return std::nullopt;
@@ -151,9 +151,26 @@ std::optional<QByteArray> desktopFilePath(const QByteArray& name)
     return std::nullopt;
 }
 
+std::optional<QByteArray> firstDesktopFile(const Names& names)
+{
+    for (const QByteArray& name : names) {
+        if (auto path = usableFile(name)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> desktopFilePath(const QByteArray& name)
+{
+    return foldersAnswer() ? usableFile(name) : std::nullopt;
+}
+
 std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
 {
-    if (scheme.isEmpty()) {
+    if (scheme.isEmpty() || !foldersAnswer()) {
         return std::nullopt;
     }
     const QByteArray type = "x-scheme-handler/" + scheme.toLower();

@@ -3,9 +3,6 @@
 #include "systeminfo/mac/platform/live/fileDescriptor.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 
-#include <QFile>
-#include <QStandardPaths>
-
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -391,17 +388,6 @@ bool fileSystemsAnswer(const QList<QByteArray>& paths)
         const QByteArray point = points.isEmpty() ? QByteArray() : servedPoint(path, points);
         return point.isEmpty() || askServed(path, Subject::Path, point, points).has_value();
     });
-}
-
-bool desktopFoldersAnswer()
-{
-    QList<QByteArray> folders;
-    for (const auto kind : {QStandardPaths::GenericConfigLocation, QStandardPaths::GenericDataLocation}) {
-        for (const QString& folder : QStandardPaths::standardLocations(kind)) {
-            folders.append(QFile::encodeName(folder));
-        }
-    }
-    return fileSystemsAnswer(folders);
 }
 
 } // namespace norvex

@@ -43,7 +43,4 @@ std::optional<FileSystemAnswer> askFileSystem(const QByteArray& path, Subject su
 /// nothing where no file system is served.
 bool fileSystemsAnswer(const QList<QByteArray>& paths);
 
-/// The same for the folders that hold the desktop's applications and settings.
-bool desktopFoldersAnswer();
-
 } // namespace norvex

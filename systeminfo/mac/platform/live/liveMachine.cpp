@@ -69,7 +69,7 @@ public:
     DaemonAnswer daemonVersion() const override { return avahiVersion(); }
     std::optional<QByteArray> urlHandler(const QByteArray& scheme) const override
     {
-        return desktopFoldersAnswer() ? urlHandlerPath(scheme) : std::nullopt;
+        return urlHandlerPath(scheme);
     }
 };
 
