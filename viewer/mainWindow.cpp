@@ -167,7 +167,7 @@ void MainWindow::makeFileMenu()
     open_->setIcon(icon("document-open", QStyle::SP_DialogOpenButton));
     recentFiles_ = menu->addMenu(tr("Open &Recent"));
     connect(recentFiles_, &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
-    add(menu, tr("Show &This Machine"), "thisMachine", {QKeySequence(Qt::CTRL + Qt::Key_T)},
+    add(menu, tr("Show &This Machine"), "thisMachine", {QKeySequence(int(Qt::CTRL) + Qt::Key_T)},
         [this] { openThisMachine(); });
     refresh_ = add(menu, tr("Re&fresh"), "refresh", QKeySequence::keyBindings(QKeySequence::Refresh), [this] {
         if (ReportTab* const tab = currentTab()) {
@@ -208,11 +208,11 @@ void MainWindow::makeEditMenu()
     find_ = add(menu, tr("&Find…"), "find", {QKeySequence::Find}, [this] { openFindBar(); });
     find_->setIcon(icon("edit-find", QStyle::SP_FileDialogContentsView));
     QAction* const next = add(menu, tr("Find &Next"), "findNext",
-                              {QKeySequence(Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::Key_G)},
+                              {QKeySequence(Qt::Key_F3), QKeySequence(int(Qt::CTRL) + Qt::Key_G)},
                               [this] { find(Direction::Forward); });
     QAction* const previous =
         add(menu, tr("Find &Previous"), "findPrevious",
-            {QKeySequence(Qt::SHIFT + Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_G)},
+            {QKeySequence(int(Qt::SHIFT) + Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_G)},
             [this] { find(Direction::Backward); });
     reportActions_ << copy_ << copySection_ << copyAll << selectAll << find_ << next << previous;
 }
@@ -230,13 +230,14 @@ void MainWindow::makeViewMenu()
     menu->addSeparator();
     QAction* const panel = findChild<QDockWidget*>(QStringLiteral("identification"))->toggleViewAction();
     panel->setText(tr("&Identification"));
-    panel->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_I));
+    panel->setShortcut(QKeySequence(int(Qt::CTRL) + Qt::Key_I));
     menu->addAction(panel);
     menu->addSeparator();
-    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL + Qt::Key_Equal)},
+    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, QKeySequence(int(Qt::CTRL) + Qt::Key_Equal)},
         [this] { zoom(zoom_ + 1); });
     add(menu, tr("Zoom &Out"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
-    add(menu, tr("&Normal Size"), "zoomNormal", {QKeySequence(Qt::CTRL + Qt::Key_0)}, [this] { zoom(0); });
+    add(menu, tr("&Normal Size"), "zoomNormal", {QKeySequence(int(Qt::CTRL) + Qt::Key_0)},
+        [this] { zoom(0); });
     menu->addSeparator();
     const auto step = [this](int by) {
         if (tabs_->count() > 0) {
@@ -244,9 +245,9 @@ void MainWindow::makeViewMenu()
         }
     };
     add(menu, tr("Ne&xt Tab"), "nextTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageDown), QKeySequence::NextChild}, [step] { step(1); });
+        {QKeySequence(int(Qt::CTRL) + Qt::Key_PageDown), QKeySequence::NextChild}, [step] { step(1); });
     add(menu, tr("&Previous Tab"), "previousTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
+        {QKeySequence(int(Qt::CTRL) + Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
     add(menu, tr("Go to Sections or &Text"), "goToSections", {QKeySequence(Qt::Key_F6)}, [this] {
         if (ReportTab* const tab = currentTab()) {
             (tab->tree()->hasFocus() ? static_cast<QWidget*>(tab->view()) : tab->tree())->setFocus();
