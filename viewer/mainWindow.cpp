@@ -45,7 +45,6 @@ namespace {
 enum CentrePage { EmptyPage, TabsPage };
 
 const int mostRecentFiles = 10;
-const int messageMs = 6000;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
 const char openFilesKey[] = "openFiles";
