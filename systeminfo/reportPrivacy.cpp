@@ -75,7 +75,7 @@ const struct
     {"qtHostInfo", "Local domain name", Kind::Domain},
     {"network", others, Kind::Model},
     {"network", "Hardware address", Kind::Address},
-    {"network", "Addresses", Kind::None},
+    {"network", "Addresses", Kind::Addresses},
     {"qtSystemEnvironment", others, Kind::Token}, // but for harmless variables
     {"openGL", others, Kind::Model},
 };
