@@ -99,6 +99,9 @@ bool isVersion(const QString& label)
 
 Kind kindByLabel(const QString& label)
 {
+    if (label.endsWith(QLatin1String("S/N"), Qt::CaseInsensitive)) {
+        return Kind::Serial;
+    }
     const Kind kind = Privacy::privateKindOf(label.toUtf8());
     if (kind == Kind::None) {
         return isVersion(label) ? Kind::Model : Kind::None;
