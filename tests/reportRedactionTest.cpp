@@ -82,6 +82,7 @@ void ReportRedactionTest::nothingLeft_data()
     QTest::addColumn<QString>("name");
     QTest::newRow("a Mac") << "macintosh";
     QTest::newRow("the Windows counterpart") << "windows";
+    QTest::newRow("names that look alike") << "names";
 }
 
 /// The expected texts are reviewed by eye: they differ from the reports in private values alone.

@@ -41,6 +41,30 @@ bool isName(Family family)
     }
 }
 
+/// Where no name can stand.
+bool isNameless(PrivateKind kind)
+{
+    return kind == PrivateKind::Model || kind == PrivateKind::Addresses;
+}
+
+/// Where a value of the environment can stand. What it has in common with models and paths are models and paths.
+bool mayHoldToken(PrivateKind kind)
+{
+    switch (kind) {
+    case PrivateKind::Path:
+    case PrivateKind::HomeFolder:
+    case PrivateKind::MountPoint:
+    case PrivateKind::MountSource: return false;
+    default: return !isNameless(kind);
+    }
+}
+
+/// Whether a known value of the family can stand in a text of the kind.
+bool mayStandIn(Family family, PrivateKind kind)
+{
+    return family == Family::Token ? mayHoldToken(kind) : !isName(family) || !isNameless(kind);
+}
+
 /// The forms of families whose values are names.
 const struct
 {
@@ -410,7 +434,7 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 {
     const AddressText address(value);
     if (!address.isAddress()) {
-        return formOf(value, PrivateKind::Serial);
+        return formOfUuid(value);
     }
     const QByteArray device = address.device();
     const QString key = QString::fromLatin1(device.toHex());
@@ -430,7 +454,8 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 
 QString FixedForms::Reader::formOfUuid(const QString& value)
 {
-    const QByteArray bytes = hexBytesOf(value.toLatin1());
+    const bool isBraced = value.startsWith(QLatin1Char('{')) && value.endsWith(QLatin1Char('}'));
+    const QByteArray bytes = hexBytesOf((isBraced ? value.mid(1, value.size() - 2) : value).toLatin1());
     if (bytes.size() != uuidSize) {
         return formOf(value, PrivateKind::Serial);
     }
@@ -441,7 +466,8 @@ QString FixedForms::Reader::formOfUuid(const QString& value)
         return value;
     }
     const QString digits = QString::fromLatin1(bytes.toHex());
-    return form(Family::Uuid, digits, digits);
+    const QString result = form(Family::Uuid, digits, digits);
+    return isBraced ? QLatin1Char('{') + result + QLatin1Char('}') : result;
 }
 
 QString FixedForms::Reader::formOfIpAddress(const QString& value)
@@ -540,15 +566,17 @@ protected:
 
     QString other(const QString& text, PrivateKind kind) override
     {
-        const bool isModel = kind == PrivateKind::Model;
         QString result = forms_.models_.replacedInText(text);
-        if (!isModel) {
+        if (mayHoldToken(kind)) {
+            result = forms_.tokens_.replacedInText(result);
+        }
+        if (!isNameless(kind)) {
             result = forms_.names_.replacedInText(result);
         }
-        if (!isModel && kind != PrivateKind::Product) {
+        if (!isNameless(kind) && kind != PrivateKind::Product) {
             result = forms_.labels_.replacedInText(result);
         }
-        return forms_.withoutWords(result, isModel);
+        return forms_.withoutWords(result, kind);
     }
 
 private:
@@ -648,7 +676,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
     }
     switch (learned.family) {
     case Family::Serial: searchForName(models_, text, form, Where::Word, Letters::Either); break;
-    case Family::Token: models_.add(text.toUtf8(), form.toUtf8(), Where::Word, Letters::Either); break;
+    case Family::Token: tokens_.add(text.toUtf8(), form.toUtf8(), Where::Word, Letters::Either); break;
     case Family::Label: {
         const bool isWord = std::all_of(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
         constexpr int unmistakable = 5;
@@ -683,7 +711,7 @@ void FixedForms::searchForName(Replacements& replacements, const QString& name, 
 }
 
 /// The text with forms for known words, which stand between characters of other kinds.
-QString FixedForms::withoutWords(const QString& text, bool isModel) const
+QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
 {
     constexpr int longestWord = 255;
     const auto isInWord = [](QChar c) {
@@ -701,8 +729,7 @@ QString FixedForms::withoutWords(const QString& text, bool isModel) const
         if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
             const QString word = text.mid(begin, end - begin);
             const auto known = words_.constFind(wordHash(word));
-            const bool mayStand = known != words_.constEnd() && (!isModel || !isName(known->family));
-            if (mayStand) {
+            if (known != words_.constEnd() && mayStandIn(known->family, kind)) {
                 result += text.midRef(copied, begin - copied);
                 result += formOfWord(word, *known);
                 copied = end;

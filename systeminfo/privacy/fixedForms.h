@@ -71,7 +71,7 @@ private:
     void searchFor(const Learned& learned, std::uint32_t number);
     void searchForName(Replacements& replacements, const QString& name, const QString& form,
                        Replacements::Where where, Replacements::Letters letters);
-    QString withoutWords(const QString& text, bool isModel) const;
+    QString withoutWords(const QString& text, PrivateKind kind) const;
     static QString formOfWord(const QString& word, const Word& known);
 
     QHash<ByteHash, std::uint32_t> indices_;
@@ -81,6 +81,7 @@ private:
     std::array<std::uint32_t, std::size_t(Family::Count)> last_ = {};
     QHash<ByteHash, Word> words_;
     Replacements models_;  ///< what stands where no name can, too
+    Replacements tokens_;  ///< values of the environment
     Replacements names_;   ///< of all but volumes
     Replacements labels_;  ///< names of volumes
     int spelledNames_ = 0; ///< names that are searched for in all their spellings

@@ -122,7 +122,7 @@ private:
         if (characters_.has("sS") && characters_.has("0123456789") && kind == PrivateKind::None) {
             addSerialNumbers();
         }
-        const bool mayHaveOwner = characters_.has("'MPW") || characters_.hasOthers();
+        const bool mayHaveOwner = characters_.has("'`MPW") || characters_.hasOthers();
         if (mayHaveOwner && kind != PrivateKind::Model) {
             addOwners();
         }
@@ -213,7 +213,7 @@ private:
     void addHomeFolders()
     {
         static const QRegularExpression homes = expression(
-            R"([/\\](?:Users|home)[/\\]|(?<![^\s:;"'=(])(?:(?:/private)?/var)?/root/|(?<![^\s:;"'=(])~/)");
+            R"([/\\](?:Users|home|Documents and Settings)[/\\]|(?<![^\s:;"'=(])(?:(?:/private)?/var)?/root/|(?<![^\s:;"'=(])~/)");
         // Where macOS keeps what each user's programs leave behind.
         static const QRegularExpression leftovers = expression(R"(/var/folders/[^/]{2}/([^/\s]{16,64}))");
         int end = 0;
@@ -318,30 +318,30 @@ private:
         static const QRegularExpression server = expression(R"((?<![\w\\:])\\\\([\w\-.]{1,255})(?=\\))");
         static const QRegularExpression url =
             expression(R"(://([^/@\s:]{1,255})(?::([^/@\s]{1,255}))?@([^/\s:?#]{1,255}))");
+        static const QRegularExpression builder = expression(R"(\(([^()\s/]{1,128})@([^()\s/@]{1,255})\))");
         static const QRegularExpression account =
-            expression(R"((?<![\w.+\-])(\()?([\w.+\-]{1,64})@([\w\-][\w.\-]{0,254})(?(1)\)))");
-        static const QRegularExpression word = expression("[g-zG-Z]");
+            expression(R"((?<![\w\p{M}.+\-])([\w\p{M}.+\-]{1,64})@([\w\-][\w\p{M}.\-]{0,254}))");
+        static const QRegularExpression host = expression(R"([^\W\d_a-fA-F]|\.[A-Za-z]{2})");
         static const QRegularExpression local = expression(
             R"((?<![\w.\-])([\w\-]{1,63})\.(?:local|lan|fritz\.box)(?![\w.\-])|(?:^|[/@])([^/@:;]{1,63})\._[a-z0-9\-]+\._(?:tcp|udp)\b)");
         forEach(server, [this](const Match& found) { add(PrivateKind::Host, found, 1); });
-        if (kind != PrivateKind::MountSource) {
+        if (kind != PrivateKind::MountSource) { // it has its own
             forEach(url, [this](const Match& found) {
                 add(PrivateKind::Person, found, 1);
                 add(PrivateKind::Person, found, 2); // a password
                 add(PrivateKind::Host, found, 3);
             });
+            forEach(builder, [this](const Match& found) {
+                add(PrivateKind::Person, found, 1);
+                add(PrivateKind::Host, found, 2);
+            });
+            forEach(account, [this](const Match& found) {
+                if (find(host, found.captured(2)).hasMatch()) {
+                    add(PrivateKind::Person, found, 1);
+                    add(PrivateKind::Host, found, 2);
+                }
+            });
         }
-        forEach(account, [this, kind](const Match& found) {
-            if (kind == PrivateKind::MountSource) {
-                return; // has its own
-            }
-            const bool areWords =
-                find(word, found.captured(2)).hasMatch() && find(word, found.captured(3)).hasMatch();
-            if (areWords || found.capturedLength(1) > 0) {
-                add(PrivateKind::Person, found, 2);
-                add(PrivateKind::Host, found, 3);
-            }
-        });
         forEach(local, [this](const Match& found) {
             add(PrivateKind::Host, found, found.capturedLength(1) > 0 ? 1 : 2);
         });
@@ -358,17 +358,21 @@ private:
     void addOwners()
     {
         static const QRegularExpression possessive = expression(
-            R"((?<![\p{L}\p{N}])([\p{L}\p{M}\p{N}.\-]{1,64})(?:['’ʼ]s|(?<=[sxz])['’ʼ])(?=[ \x{a0}_\-]))");
+            R"((?<![\p{L}\p{N}])([\p{L}\p{M}\p{N}.\-]{1,64})(?:['’ʼ´`]s|(?<=[sxz])['’ʼ´`])(?=[ \x{a0}_\-]))");
         static const QRegularExpression first =
-            expression(R"(^(?:[\p{L}\p{M}.\-]{1,64}[ \x{a0}]){1,2}(?=[^ ]{1,64}['’ʼ]))");
+            expression(R"(^(?:[\p{L}\p{M}.\-]{1,64}[ \x{a0}]){1,2}(?=[^ ]{1,64}['’ʼ´`]))");
         static const QRegularExpression word = expression(R"([^ \x{a0}]+)");
-        static const QRegularExpression genitive = expression(
-            (std::string(R"((?<![\p{L}\p{N}])(\p{L}[\p{L}\p{M}]{1,64}?)s[ \-_](?=)") + devices + ")")
-                .c_str());
-        static const QRegularExpression of = expression(
-            (std::string(devices) +
-             R"((?: (?:Pro|Air|Max))?[ \x{a0}\-](?:(?:de|von|di|van|del|da|do|af|av|för)[ \x{a0}\-]|d['’]?)(\p{Lu}[\p{L}\p{M}\-]{1,64}))")
-                .c_str());
+        const auto around = [](const char* before, const char* behind) {
+            return expression((std::string(before) + devices + behind).c_str());
+        };
+        static const QRegularExpression named[] = {
+            around(R"((?<![\p{L}\p{N}])(\p{L}[\p{L}\p{M}]{1,64}?)s[ \-_](?=)", ")"),
+            around(R"((?<![\p{L}\p{N}])([\p{L}\p{M}]{1,64}?)(?:的|の|의)[ \x{a0}\-]?(?=)", ")"),
+            around(
+                "",
+                R"((?: (?:Pro|Air|Max))?[ \x{a0}\-](?:(?:de|von|di|van|del|da|do|af|av|för)[ \x{a0}\-]|d['’]?)(\p{Lu}[\p{L}\p{M}\-]{1,64}))"),
+            around("", R"([ \x{a0}]\((\p{Lu}[\p{L}\p{M}]{1,64})\)$)"), // "iPhone (Anna)"
+        };
         static const QRegularExpression nobody =
             expression("^(?i:it|that|what|let|there|here|who|device|vendor|user|manufacturer|today|system)$");
         if (find(possessive, text_).hasMatch()) {
@@ -383,8 +387,9 @@ private:
                 add(PrivateKind::Person, found, 1);
             }
         });
-        forEach(genitive, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
-        forEach(of, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
+        for (const QRegularExpression& shape : named) {
+            forEach(shape, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
+        }
     }
 
     /// Names in the device files of Linux.
@@ -407,6 +412,10 @@ private:
             expression(R"(/dev/mapper/((?:[^/\-]|--){1,128})(?:-((?:[^/\-]|--){1,128}))?)");
         static const QRegularExpression group = expression(
             R"(^/dev/(?!disk/|mapper/|mtd|block/|bus/|fuse|shm|loop|zvol/|dri/|input/|char/|snd/|cu\.|tty)([^/]+)/([^/]+)$)");
+        // Of FAT and NTFS, and of a partition in a table without UUIDs. UUIDs are found by their shape.
+        static const QRegularExpression number = expression(
+            R"(/dev/disk/by-(?:part)?uuid/([0-9A-Fa-f]{8,16}|[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4})(?:-\d{2})?$)");
+        forEach(number, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
         forEach(label, [this](const Match& found) { add(PrivateKind::Label, found, 1); });
         forEach(serial, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
         forEach(mapper, [this](const Match& found) {
