@@ -1,0 +1,133 @@
+#pragma once
+
+#include "viewer/job.h"
+#include "viewer/reportTab.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <functional>
+
+class QAction;
+class QLabel;
+class QMenu;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+class QTabWidget;
+
+namespace norvex {
+namespace Viewer {
+
+class FindBar;
+class IdentificationPanel;
+
+/// The window: reports in tabs, and what can be done with them.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// Opens a tab with this machine's report, or goes to it.
+    void openThisMachine();
+    /// Opens a file in a tab, or goes to its tab.
+    void openFile(const QString& fileName);
+    /// The files that were open when the window was closed last.
+    static QStringList rememberedFiles();
+
+    QTabWidget* tabs() const { return tabs_; }
+    /// The tab in front; null for none.
+    ReportTab* currentTab() const;
+
+    /// Saves the report of the tab in front, as JSON where the name ends in ".json", else as text.
+    void save(const QString& fileName);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    QAction* add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& keys,
+                 const std::function<void()>& act);
+    QAction* addSwitch(QMenu* menu, const QString& text, const char* name, const QKeySequence& key,
+                       bool isOn);
+    void makeFileMenu();
+    void makeEditMenu();
+    void makeViewMenu();
+    void makeHelpMenu();
+    void makeToolBar();
+    void makeStatusBar();
+    void makeCentre();
+    QWidget* makeEmptyPage();
+    void connectFindBar();
+    void restore();
+
+    void addTab(Document* document);
+    void closeTab(int index);
+    ReportTab* tabAt(int index) const;
+    void currentTabChanged();
+    void update();
+    void updateTabs();
+    void updateBusyness();
+    void updatePrivacyNote();
+    void setShowsRedacted(bool showsRedacted);
+
+    void chooseFiles();
+    void chooseSaveName();
+    void fillRecentFiles();
+    void rememberFile(const QString& fileName);
+    void showAbout();
+    void zoom(int steps);
+    QFont zoomedFont() const;
+
+    bool sharesRedacted() const;
+    void withReport(const std::function<void(ReportTab& tab, bool isRedacted)>& act);
+    void copy(const QString& text, bool isRedacted);
+    void copySelection();
+    void offerSelection();
+    void copySection();
+    void copyAll();
+    void startSaving(const SystemInfo::CReport& report, const QString& fileName);
+    void cancelWork();
+
+    void openFindBar();
+    void closeFindBar();
+    void soughtChanged();
+    void find(ReportTab::Direction direction);
+    void searchEnded(ReportTab* tab, ReportTab::Direction direction);
+    void stopCounting();
+    void updateSearchResult();
+    QString searchResult(int total, bool isCounting) const;
+
+    QStackedWidget* centre_ = nullptr;
+    QTabWidget* tabs_ = nullptr;
+    FindBar* findBar_ = nullptr;
+    IdentificationPanel* identification_ = nullptr;
+    QMenu* recentFiles_ = nullptr;
+    QList<QAction*> reportActions_; // that need a report
+    QAction* open_ = nullptr;
+    QAction* save_ = nullptr;
+    QAction* refresh_ = nullptr;
+    QAction* copy_ = nullptr;
+    QAction* copySection_ = nullptr;
+    QAction* find_ = nullptr;
+    QAction* showsRedacted_ = nullptr;
+    QAction* sharesRedacted_ = nullptr;
+    QAction* closeTab_ = nullptr;
+    QLabel* privacyNote_ = nullptr;
+    QLabel* workNote_ = nullptr;
+    QProgressBar* workProgress_ = nullptr;
+    QPushButton* cancelWork_ = nullptr;
+    QPointer<Job> saving_;
+    QPointer<Document> sharing_; // whose redacted report somebody waits for
+    bool isTyping_ = false;      // a search that just began
+    bool isSearchStopped_ = false;
+    int zoom_ = 0;
+};
+
+} // namespace Viewer
+} // namespace norvex

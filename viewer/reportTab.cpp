@@ -1,0 +1,420 @@
+#include "viewer/reportTab.h"
+
+#include "viewer/outlineModel.h"
+#include "viewer/reportTextView.h"
+#include "viewer/textSearch.h"
+
+#include <QDir>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QTimer>
+#include <QTreeView>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace norvex {
+namespace Viewer {
+
+namespace {
+
+enum StatePage { LoadingPage, ErrorPage, ReportPage };
+
+/// A shorter wait needs no picture of waiting.
+const int patienceMs = 250;
+/// Sections of so few halves are seen at once.
+const int mostExpanded = 200;
+
+QLabel* wrappedLabel()
+{
+    auto* const label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return label;
+}
+
+/// In the middle of a page, as wide as a text is read best.
+QWidget* centred(const QVector<QWidget*>& widgets)
+{
+    auto* const column = new QWidget;
+    column->setMaximumWidth(column->fontMetrics().averageCharWidth() * 70);
+    auto* const columnLayout = new QVBoxLayout(column);
+    for (QWidget* const widget : widgets) {
+        const bool isButton = qobject_cast<QPushButton*>(widget) != nullptr;
+        columnLayout->addWidget(widget, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
+    }
+    auto* const page = new QWidget;
+    auto* const layout = new QVBoxLayout(page);
+    layout->addStretch(1);
+    auto* const row = new QHBoxLayout;
+    row->addStretch(1);
+    row->addWidget(column, 4);
+    row->addStretch(1);
+    layout->addLayout(row);
+    layout->addStretch(2);
+    return page;
+}
+
+/// Where a place of a line stands in the same line without private data: at the begin or end of what is replaced if it
+/// was in it.
+int redactedColumn(const QStringRef& original, const QStringRef& redacted, int column, bool isBegin)
+{
+    const int shorter = std::min(original.size(), redacted.size());
+    int same = 0;
+    while (same < shorter && original.at(same) == redacted.at(same)) {
+        ++same;
+    }
+    if (same == original.size() && same == redacted.size()) {
+        return column;
+    }
+    int sameBehind = 0;
+    while (sameBehind < shorter - same &&
+           original.at(original.size() - 1 - sameBehind) == redacted.at(redacted.size() - 1 - sameBehind)) {
+        ++sameBehind;
+    }
+    if (column <= same && (isBegin || column < same || same == 0)) {
+        return column;
+    }
+    const int fromEnd = original.size() - column;
+    if (fromEnd <= sameBehind) {
+        return redacted.size() - fromEnd;
+    }
+    return isBegin ? same : redacted.size() - sameBehind;
+}
+
+int redactedOffset(const TextLines& original, const TextLines& redacted, int offset, bool isBegin)
+{
+    const int line = original.lineAt(offset);
+    const int end = original.end(line);
+    if (line >= redacted.count()) {
+        return redacted.text().size();
+    }
+    const int redactedEnd = redacted.end(line);
+    if (offset >= end) {
+        return std::min(redactedEnd + offset - end, redacted.text().size());
+    }
+    const int begin = original.begin(line);
+    const int redactedBegin = redacted.begin(line);
+    return redactedBegin + redactedColumn(original.text().midRef(begin, end - begin),
+                                          redacted.text().midRef(redactedBegin, redactedEnd - redactedBegin),
+                                          offset - begin, isBegin);
+}
+
+} // namespace
+
+QString redactedPart(const TextLines& original, const TextLines& redacted, int begin, int end)
+{
+    const int from = redactedOffset(original, redacted, begin, true);
+    const int to = redactedOffset(original, redacted, end, false);
+    return redacted.text().mid(from, std::max(to - from, 0));
+}
+
+ReportTab::ReportTab(Document* document, QWidget* parent)
+    : QWidget(parent), document_(document), states_(new QStackedWidget), pages_(new QStackedWidget),
+      splitter_(new QSplitter), tree_(new QTreeView), outlineModel_(new OutlineModel(this)),
+      view_(new ReportTextView)
+{
+    document_->setParent(this);
+    tree_->setObjectName(QStringLiteral("outline"));
+    tree_->setAccessibleName(tr("Sections"));
+    tree_->setModel(outlineModel_);
+    tree_->setHeaderHidden(true);
+    tree_->setUniformRowHeights(true);
+    tree_->setTextElideMode(Qt::ElideMiddle);
+    tree_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    tree_->installEventFilter(this);
+    view_->setObjectName(QStringLiteral("text"));
+    view_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (QFrame* const frame : {static_cast<QFrame*>(tree_), static_cast<QFrame*>(view_)}) {
+        frame->setFrameShape(QFrame::NoFrame);
+    }
+    pages_->addWidget(view_);
+    splitter_->addWidget(tree_);
+    splitter_->addWidget(pages_);
+    splitter_->setStretchFactor(1, 1);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->setSizes({fontMetrics().averageCharWidth() * 38, fontMetrics().averageCharWidth() * 110});
+
+    notice_ = wrappedLabel();
+    notice_->setObjectName(QStringLiteral("notice"));
+    notice_->setContentsMargins(8, 4, 8, 4);
+    notice_->setBackgroundRole(QPalette::ToolTipBase);
+    notice_->setForegroundRole(QPalette::ToolTipText);
+    notice_->setAutoFillBackground(true);
+    notice_->hide();
+    states_->insertWidget(LoadingPage, makeLoadingPage());
+    states_->insertWidget(ErrorPage, makeErrorPage());
+    states_->insertWidget(ReportPage, splitter_);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(notice_);
+    layout->addWidget(states_, 1);
+
+    connect(document_, &Document::changed, this, &ReportTab::update);
+    connect(tree_, &QTreeView::clicked, this, &ReportTab::jumpTo);
+    connect(view_, &ReportTextView::firstVisibleLineChanged, this, &ReportTab::followText);
+    document_->load();
+}
+
+QWidget* ReportTab::makeLoadingPage()
+{
+    auto* const label = wrappedLabel();
+    label->setText(document_->origin() == Document::Origin::ThisMachine
+                       ? tr("Asking this machine…")
+                       : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
+    progress_ = new QProgressBar;
+    progress_->setAccessibleName(tr("Progress"));
+    connect(document_, &Document::progressed, progress_, &QProgressBar::setValue);
+    auto* const cancel = new QPushButton(tr("&Cancel"));
+    cancel->setObjectName(QStringLiteral("cancelLoading"));
+    connect(cancel, &QPushButton::clicked, document_, &Document::cancel);
+    auto* const page = new QStackedWidget;
+    page->addWidget(new QWidget);
+    page->addWidget(centred({label, progress_, cancel}));
+    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
+    return page;
+}
+
+QWidget* ReportTab::makeErrorPage()
+{
+    auto* const title = wrappedLabel();
+    title->setText(document_->origin() == Document::Origin::ThisMachine
+                       ? tr("There is no report of this machine.")
+                       : tr("“%1” cannot be shown.").arg(document_->title()));
+    QFont font = title->font();
+    font.setBold(true);
+    title->setFont(font);
+    error_ = wrappedLabel();
+    error_->setObjectName(QStringLiteral("error"));
+    retry_ = new QPushButton(tr("&Try Again"));
+    connect(retry_, &QPushButton::clicked, document_, &Document::load);
+    QVector<QWidget*> widgets = {title, error_};
+    if (document_->origin() == Document::Origin::File) {
+        auto* const place = wrappedLabel();
+        place->setText(QDir::toNativeSeparators(document_->fileName()));
+        widgets.append(place);
+    }
+    widgets.append(retry_);
+    return centred(widgets);
+}
+
+void ReportTab::setShowsRedacted(bool showsRedacted)
+{
+    showsRedacted_ = showsRedacted;
+    if (showsRedacted && document_->state() == Document::State::Ready) {
+        document_->makeRedacted(this, [this](bool) { update(); });
+    }
+    update();
+}
+
+const ShownReport& ReportTab::shown() const
+{
+    return shown_;
+}
+
+void ReportTab::update()
+{
+    showState();
+    if (document_->state() == Document::State::Ready) {
+        showReport();
+    }
+    emit changed();
+}
+
+void ReportTab::showState()
+{
+    switch (document_->state()) {
+    case Document::State::Loading: states_->setCurrentIndex(LoadingPage); break;
+    case Document::State::Failed:
+        error_->setText(document_->errorMessage());
+        states_->setCurrentIndex(ErrorPage);
+        break;
+    case Document::State::Ready: states_->setCurrentIndex(ReportPage); break;
+    }
+    notice_->setText(document_->notices().join(QLatin1Char('\n')));
+    notice_->setVisible(document_->state() == Document::State::Ready && !document_->notices().isEmpty());
+}
+
+void ReportTab::showReport()
+{
+    const bool canRedact = showsRedacted_ && !document_->redacted().isNull();
+    if (showsRedacted_ && !canRedact && document_->original().outline != nullptr) {
+        document_->makeRedacted(this, [](bool) {});
+    }
+    const ShownReport& report = canRedact ? document_->redacted() : document_->original();
+    const bool hasOtherText = report.lines != shown_.lines;
+    const bool hasOtherOutline = report.outline != shown_.outline;
+    shown_ = report;
+    isShownRedacted_ = canRedact;
+    if (hasOtherText) {
+        const int first = view_->firstVisibleLine();
+        const bool keepsPlace = view_->lines().count() == shown_.lines->count();
+        delete search_;
+        search_ = nullptr;
+        view_->setLines(shown_.lines);
+        if (keepsPlace) {
+            view_->setFirstVisibleLine(first);
+        }
+    }
+    if (hasOtherText || hasOtherOutline) {
+        view_->setOutline(shown_.outline);
+        outlineModel_->setOutline(shown_.outline);
+        if (shown_.outline != nullptr && shown_.outline->topCount() <= mostExpanded) {
+            tree_->expandToDepth(shown_.outline->nodes().size() <= mostExpanded ? 1 : 0);
+        }
+        followText(view_->firstVisibleLine());
+    }
+    if (hasOtherText) {
+        startSearch();
+    }
+}
+
+void ReportTab::jumpTo(const QModelIndex& index)
+{
+    if (const Outline::Node* const node = outlineModel_->node(index)) {
+        isJumping_ = true;
+        view_->showLine(node->firstLine);
+        isJumping_ = false;
+    }
+}
+
+void ReportTab::followText(int line)
+{
+    if (isJumping_ || shown_.outline == nullptr) {
+        return;
+    }
+    const QModelIndex index = outlineModel_->indexOf(shown_.outline->nodeAt(line));
+    if (index != tree_->currentIndex()) {
+        tree_->setCurrentIndex(index);
+    }
+}
+
+bool ReportTab::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == tree_ && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            jumpTo(tree_->currentIndex());
+            view_->setFocus();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(object, event);
+}
+
+void ReportTab::sectionAtCursor(int& firstLine, int& lineCount) const
+{
+    firstLine = 0;
+    lineCount = 0;
+    if (shown_.outline == nullptr) {
+        return;
+    }
+    int node = shown_.outline->nodeAt(shown_.lines->lineAt(view_->cursor()));
+    while (node != -1 && shown_.outline->nodes().at(node).type == Outline::Node::Block) {
+        node = shown_.outline->nodes().at(node).parent;
+    }
+    if (node != -1) {
+        firstLine = shown_.outline->nodes().at(node).firstLine;
+        lineCount = shown_.outline->nodes().at(node).lineCount;
+    }
+}
+
+QString ReportTab::selectedText(bool isRedacted) const
+{
+    const int begin = view_->selectionBegin();
+    const int end = view_->selectionEnd();
+    if (isRedacted && !isShownRedacted_) {
+        return redactedPart(*shown_.lines, *document_->redacted().lines, begin, end);
+    }
+    return shown_.lines->text().mid(begin, end - begin);
+}
+
+QString ReportTab::textOfLines(int firstLine, int lineCount, bool isRedacted) const
+{
+    const TextLines& lines = isRedacted ? *document_->redacted().lines : *document_->original().lines;
+    const int count = lines.count();
+    const int begin = lines.begin(std::min(firstLine, count - 1));
+    const int behind = firstLine + lineCount;
+    return lines.text().mid(begin, (behind < count ? lines.begin(behind) : lines.text().size()) - begin);
+}
+
+void ReportTab::setSought(const QString& sought, Qt::CaseSensitivity sensitivity)
+{
+    sought_ = sought;
+    sensitivity_ = sensitivity;
+    startSearch();
+}
+
+void ReportTab::startSearch()
+{
+    stopSearch();
+    if (!sought_.isEmpty() && !shown_.isNull()) {
+        search_ = new TextSearch(this, shown_.lines->text(), sought_, sensitivity_);
+        connect(search_, &TextSearch::advanced, this, &ReportTab::goOnFinding);
+    }
+    view_->setSearch(search_);
+    emit searchAdvanced();
+}
+
+void ReportTab::stopSearch()
+{
+    view_->setSearch(nullptr);
+    delete search_;
+    search_ = nullptr;
+    isFinding_ = false;
+}
+
+void ReportTab::goOnFinding()
+{
+    if (isFinding_) {
+        findFrom(findPlace_, findDirection_);
+    }
+    view_->viewport()->update();
+    emit searchAdvanced();
+}
+
+void ReportTab::findFrom(int place, Direction direction)
+{
+    if (search_ == nullptr) {
+        return;
+    }
+    int hit = 0;
+    const TextSearch::Found found =
+        direction == Direction::Forward ? search_->next(place, hit) : search_->previous(place, hit);
+    isFinding_ = found == TextSearch::Found::NotYet;
+    findPlace_ = place;
+    findDirection_ = direction;
+    if (found == TextSearch::Found::Yes) {
+        view_->select(hit, hit + search_->length());
+        emit searchAdvanced();
+    } else if (found == TextSearch::Found::No) {
+        emit searchEnded(direction);
+    }
+}
+
+void ReportTab::findNext(Direction direction)
+{
+    findFrom(direction == Direction::Forward ? view_->selectionEnd() : view_->selectionBegin(), direction);
+}
+
+int ReportTab::currentHit() const
+{
+    if (search_ == nullptr || view_->selectionEnd() - view_->selectionBegin() != search_->length()) {
+        return 0;
+    }
+    int hit = 0;
+    const bool isHit = search_->next(view_->selectionBegin(), hit) == TextSearch::Found::Yes &&
+                       hit == view_->selectionBegin();
+    return isHit ? search_->numberOf(hit) : 0;
+}
+
+} // namespace Viewer
+} // namespace norvex

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "viewer/document.h"
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class QTreeView;
+
+namespace norvex {
+namespace Viewer {
+
+class OutlineModel;
+class ReportTextView;
+class TextSearch;
+
+/// A report in a tab: the tree of its sections, and its text; or that it is being read; or why there is none.
+class ReportTab : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Direction { Forward, Backward };
+
+    /// Takes the document over, and loads it.
+    explicit ReportTab(Document* document, QWidget* parent = nullptr);
+
+    Document* document() const { return document_; }
+    ReportTextView* view() const { return view_; }
+    QTreeView* tree() const { return tree_; }
+    /// Beside the tree; the text is its first page.
+    QStackedWidget* pages() const { return pages_; }
+    QSplitter* splitter() const { return splitter_; }
+
+    /// Shows the report without private data, as soon as that is made.
+    void setShowsRedacted(bool showsRedacted);
+    /// What is shown; a null report while there is none.
+    const ShownReport& shown() const;
+    bool isShownRedacted() const { return isShownRedacted_; }
+
+    /// The section at the cursor; its lines are as many as `lineCount`. No lines without a section.
+    void sectionAtCursor(int& firstLine, int& lineCount) const;
+    /// The text of what is selected, or of lines.
+    /// @param isRedacted whether it is without private data; then document()->redacted() must be there
+    QString selectedText(bool isRedacted) const;
+    QString textOfLines(int firstLine, int lineCount, bool isRedacted) const;
+
+    /// Looks for a text from now on, also in what the tab shows later. An empty one ends that.
+    void setSought(const QString& sought, Qt::CaseSensitivity sensitivity);
+    /// Stops counting.
+    void stopSearch();
+    /// Null when nothing is sought.
+    const TextSearch* search() const { return search_; }
+    /// Goes to the next hit behind a place, at once or when it is counted. searchEnded() says that there is none.
+    void findFrom(int place, Direction direction);
+    void findNext(Direction direction);
+    /// The number of the hit that is selected, from 1; 0 for none.
+    int currentHit() const;
+
+signals:
+    /// The document changed, or what is shown of it.
+    void changed();
+    void searchAdvanced();
+    void searchEnded(Direction direction);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    QWidget* makeLoadingPage();
+    QWidget* makeErrorPage();
+    void update();
+    void showReport();
+    void showState();
+    void startSearch();
+    void goOnFinding();
+    void jumpTo(const QModelIndex& index);
+    void followText(int line);
+
+    Document* const document_;
+    QStackedWidget* const states_;
+    QStackedWidget* const pages_;
+    QSplitter* const splitter_;
+    QTreeView* const tree_;
+    OutlineModel* const outlineModel_;
+    ReportTextView* const view_;
+    QLabel* notice_;
+    QLabel* error_;
+    QProgressBar* progress_;
+    QPushButton* retry_;
+    ShownReport shown_;
+    bool showsRedacted_ = false;
+    bool isShownRedacted_ = false;
+    bool isJumping_ = false;
+    QString sought_;
+    Qt::CaseSensitivity sensitivity_ = Qt::CaseInsensitive;
+    TextSearch* search_ = nullptr;
+    bool isFinding_ = false; // a hit that is not counted yet
+    int findPlace_ = 0;
+    Direction findDirection_ = Direction::Forward;
+};
+
+/// The part of a text without private data that stands for a part of the original. Both have the same lines. What is
+/// replaced is taken whole, never as it was.
+QString redactedPart(const TextLines& original, const TextLines& redacted, int begin, int end);
+
+} // namespace Viewer
+} // namespace norvex

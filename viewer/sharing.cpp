@@ -1,0 +1,201 @@
+// What leaves the window: copies and files, without private data unless the user wants it.
+
+#include "viewer/mainWindow.h"
+
+#include "viewer/reportTextView.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QMessageBox>
+#include <QSaveFile>
+#include <QStandardPaths>
+#include <QStatusBar>
+
+namespace norvex {
+namespace Viewer {
+
+using SystemInfo::CReport;
+
+namespace {
+
+const int messageMs = 6000;
+/// Other programs get a longer selection when it is copied, not while it is made.
+const int longestOffer = 1 << 20;
+
+/// @return the reason of a failure; empty on success
+QString saveReport(const CReport& report, const QString& fileName)
+{
+    QString reason;
+    QByteArray bytes;
+    if (fileName.endsWith(QLatin1String(".json"), Qt::CaseInsensitive)) {
+        const QJsonDocument json = report.toJson(&reason);
+        if (json.isNull()) {
+            return reason;
+        }
+        bytes = json.toJson();
+    } else {
+        bytes = report.text().toUtf8();
+    }
+    // Unbuffered, because only then QSaveFile notices a write that a full disk cuts short.
+    QSaveFile file(fileName);
+    const bool isSaved = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+                         file.write(bytes) == bytes.size() && file.commit();
+    return isSaved ? QString() : file.errorString();
+}
+
+} // namespace
+
+bool MainWindow::sharesRedacted() const
+{
+    return sharesRedacted_->isChecked() || showsRedacted_->isChecked();
+}
+
+/// Calls back with the tab in front as soon as there is what may leave it.
+void MainWindow::withReport(const std::function<void(ReportTab& tab, bool isRedacted)>& act)
+{
+    ReportTab* const tab = currentTab();
+    if (tab == nullptr || tab->shown().isNull()) {
+        return;
+    }
+    if (!sharesRedacted()) {
+        act(*tab, false);
+        return;
+    }
+    sharing_ = tab->document();
+    tab->document()->makeRedacted(tab, [this, tab, act](bool isMade) {
+        sharing_.clear();
+        updateBusyness();
+        if (isMade) {
+            act(*tab, true);
+        } else {
+            statusBar()->showMessage(tr("There is not enough memory to replace private data."), messageMs);
+        }
+    });
+    updateBusyness();
+}
+
+void MainWindow::copy(const QString& text, bool isRedacted)
+{
+    if (text.isEmpty()) {
+        statusBar()->showMessage(tr("Nothing is selected."), messageMs);
+        return;
+    }
+    QApplication::clipboard()->setText(text);
+    statusBar()->showMessage(isRedacted ? tr("Copied, with placeholders for private data.")
+                                        : tr("Copied, private data included."),
+                             messageMs);
+}
+
+void MainWindow::copySelection()
+{
+    withReport([this](ReportTab& tab, bool isRedacted) { copy(tab.selectedText(isRedacted), isRedacted); });
+}
+
+/// Gives the selection to systems on which selecting is copying.
+void MainWindow::offerSelection()
+{
+    ReportTab* const tab = currentTab();
+    const bool isShort = tab != nullptr && tab->view()->hasSelection() &&
+                         tab->view()->selectionEnd() - tab->view()->selectionBegin() <= longestOffer;
+    const bool canOffer = isShort && (!sharesRedacted() || !tab->document()->redacted().isNull());
+    if (canOffer && QApplication::clipboard()->supportsSelection()) {
+        QApplication::clipboard()->setText(tab->selectedText(sharesRedacted()), QClipboard::Selection);
+    }
+}
+
+void MainWindow::copySection()
+{
+    withReport([this](ReportTab& tab, bool isRedacted) {
+        int firstLine = 0;
+        int lineCount = 0;
+        tab.sectionAtCursor(firstLine, lineCount);
+        copy(tab.textOfLines(firstLine, lineCount, isRedacted), isRedacted);
+    });
+}
+
+void MainWindow::copyAll()
+{
+    withReport([this](ReportTab& tab, bool isRedacted) {
+        copy((isRedacted ? tab.document()->redacted() : tab.document()->original()).lines->text(),
+             isRedacted);
+    });
+}
+
+void MainWindow::chooseSaveName()
+{
+    const ReportTab* const tab = currentTab();
+    if (tab == nullptr) {
+        return;
+    }
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString text = tr("Text (*.txt)");
+    const QString json = tr("JSON (*.json)");
+    QString filter = text;
+    QString name = QFileDialog::getSaveFileName(
+        this,
+        sharesRedacted() ? tr("Save With Placeholders for Private Data") : tr("Save, Private Data Included"),
+        folder + QStringLiteral("/system-information.txt"), text + QStringLiteral(";;") + json, &filter);
+    if (name.isEmpty()) {
+        return;
+    }
+    const QFileInfo info(name);
+    if (filter == json && info.suffix().compare(QLatin1String("json"), Qt::CaseInsensitive) != 0) {
+        name = info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral(".json");
+    }
+    save(name);
+}
+
+void MainWindow::save(const QString& fileName)
+{
+    withReport([this, fileName](ReportTab& tab, bool isRedacted) {
+        const ShownReport& report = isRedacted ? tab.document()->redacted() : tab.document()->original();
+        startSaving(report.report.isNull() ? CReport::fromText(report.lines->text()) : report.report,
+                    fileName);
+    });
+}
+
+void MainWindow::startSaving(const CReport& report, const QString& fileName)
+{
+    const auto reason = std::make_shared<QString>();
+    const auto work = [report, fileName, reason](const JobControl&) {
+        *reason = saveReport(report, fileName);
+    };
+    saving_ = new Job(this, work, [this, fileName, reason](bool isOutOfMemory) {
+        saving_.clear();
+        updateBusyness();
+        if (isOutOfMemory) {
+            *reason = tr("There is not enough memory.");
+        }
+        if (reason->isEmpty()) {
+            statusBar()->showMessage(tr("Saved as %1.").arg(QFileInfo(fileName).fileName()), messageMs);
+            return;
+        }
+        auto* const message = new QMessageBox(QMessageBox::Warning, tr("System Information"),
+                                              tr("The report is not saved."), QMessageBox::Ok, this);
+        message->setAttribute(Qt::WA_DeleteOnClose);
+        message->setTextFormat(Qt::PlainText);
+        message->setInformativeText(QDir::toNativeSeparators(fileName) + QStringLiteral(": ") + *reason);
+        message->open();
+    });
+    updateBusyness();
+}
+
+void MainWindow::cancelWork()
+{
+    if (sharing_ != nullptr) {
+        sharing_->stopWaitingForRedacted();
+        sharing_.clear();
+        statusBar()->showMessage(tr("Cancelled: nothing is copied or saved."), messageMs);
+    } else if (ReportTab* const tab = currentTab()) {
+        tab->document()->cancel();
+    }
+    updateBusyness();
+}
+
+} // namespace Viewer
+} // namespace norvex
