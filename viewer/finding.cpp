@@ -151,8 +151,7 @@ QString MainWindow::searchResult(int total, bool isCounting) const
         return isCounting ? tr("Searching…") : tr("No hit");
     }
     const int current = tab.currentHit();
-    const QString hits =
-        current > 0 ? tr("%1 of %n hit(s)", nullptr, here).arg(current) : tr("%n hit(s)", nullptr, here);
+    const QString hits = current > 0 ? tr("Hit %1 of %2").arg(current).arg(here) : tr("Hits: %1").arg(here);
     return tabs_->count() == 1 ? hits : tr("%1, %2 in all tabs").arg(hits).arg(total);
 }
 

@@ -60,6 +60,7 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
     area->setWidget(content);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
+    area->setAccessibleName(tr("Identification"));
 
     QLabel* const note = wrappedLabel(tr("Read from the original text, private data included."));
     auto* const layout = new QVBoxLayout(this);

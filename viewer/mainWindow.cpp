@@ -111,6 +111,7 @@ void MainWindow::makeCentre()
     tabs_->setMovable(true);
     tabs_->setTabsClosable(true);
     tabs_->setElideMode(Qt::ElideMiddle);
+    tabs_->setAccessibleName(tr("Reports"));
     tabs_->tabBar()->setAccessibleName(tr("Reports"));
     connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::currentTabChanged);
     connect(tabs_, &QTabWidget::tabCloseRequested, this, &MainWindow::closeTab);

@@ -48,6 +48,24 @@ QString withoutOrnaments(const QString& line)
     return line.mid(begin, end - begin);
 }
 
+/// The half that a banner begins; its own words if it is none of those known.
+QString halfName(const QString& banner)
+{
+    for (const char* name : {"Macintosh", "Windows", "Qt"}) {
+        if (banner.contains(QLatin1String(name))) {
+            return QLatin1String(name);
+        }
+    }
+    return shortened(withoutOrnaments(banner));
+}
+
+/// A heading without where the section comes from, which stands behind it in parentheses.
+QString withoutSource(const QString& heading)
+{
+    const int parenthesis = heading.indexOf(QLatin1String(" ("));
+    return parenthesis > 0 && heading.endsWith(QLatin1Char(')')) ? heading.left(parenthesis) : heading;
+}
+
 /// Sections without a heading have their subject in the table.
 QString subjectOf(const QString& section)
 {
@@ -67,7 +85,7 @@ QString titleOf(const CReportSection& section)
     if (heading.isEmpty()) {
         return section.isKnown() ? subjectOf(section.name()) : shortened(section.name());
     }
-    return shortened(heading);
+    return shortened(section.isKnown() ? withoutSource(heading) : heading);
 }
 
 /// What a person calls a device: its model, and what tells it from others of that model.
@@ -156,7 +174,7 @@ void OutlineBuilder::addHalf(const CReportItem& banner)
     marks_[lines_.lineAt(place_)] = bannerMark;
     Node node;
     node.type = Node::Half;
-    node.name = shortened(withoutOrnaments(banner.text()));
+    node.name = halfName(banner.text().left(2 * longestName));
     add(0, node);
     hasHalf_ = true;
 }
@@ -205,7 +223,12 @@ void OutlineBuilder::addBlock(const CReportBlock& block, int depth)
     add(depth, node);
     const int firstLine = levels_[depth].last().firstLine;
     const int end = place_ + block.text().size();
-    marks_[firstLine] = nameMark;
+    // The lines about a network interface begin with a line of underscores.
+    const bool isRuled = lines_.text().midRef(place_).startsWith(QLatin1String("____"));
+    marks_[firstLine] = isRuled ? separatorMark : nameMark;
+    if (isRuled && firstLine + 1 < lineOf(end)) {
+        marks_[firstLine + 1] = nameMark;
+    }
     addContent(block.content(), end, depths);
     levels_[depth].last().lineCount = lineOf(end) - firstLine;
 }

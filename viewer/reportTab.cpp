@@ -127,7 +127,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     tree_->setModel(outlineModel_);
     tree_->setHeaderHidden(true);
     tree_->setUniformRowHeights(true);
-    tree_->setTextElideMode(Qt::ElideMiddle);
+    tree_->setTextElideMode(Qt::ElideRight);
     tree_->setContextMenuPolicy(Qt::ActionsContextMenu);
     tree_->installEventFilter(this);
     view_->setObjectName(QStringLiteral("text"));
