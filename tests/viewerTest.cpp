@@ -136,7 +136,7 @@ private slots:
         row("JSON", json, text, "");
         row("JSON that breaks off", json.left(json.size() / 2), QString::fromUtf8(json.left(json.size() / 2)),
             "JSON");
-        row("JSON of something else", "{\"a\": 1}", "{\"a\": 1}", "no report");
+        row("JSON of something else", "{\"a\": 1}", "{\"a\": 1}", "as it is");
         if (canReadRecordings()) {
             row("recording", contentOf(recording), QString::fromUtf8(contentOf(recordingText)),
                 "recorded machine");
@@ -150,7 +150,7 @@ private slots:
             QString("\x7f"
                     "ELF%1%1\n\r\n%1")
                 .arg(QChar(0)),
-            "");
+            "hardly");
         row("empty", "", QString(), "empty");
     }
 
@@ -466,11 +466,12 @@ private slots:
         step([&] { QTest::keyClick(window_.get(), Qt::Key_F3, Qt::ShiftModifier); });
         std::sort(steps.begin(), steps.end());
         QVERIFY2(firstPage < 2000, qPrintable(QString::number(firstPage)));
-        QVERIFY2(steps.at(steps.size() * 9 / 10) <= 50,
-                 qPrintable(QString::number(steps.at(steps.size() * 9 / 10))));
+        // The machine does other things, too: a step in ten may be slower.
+        const qint64 slowest = steps.at(steps.size() * 9 / 10);
+        QVERIFY2(slowest <= 50, qPrintable(QString::number(slowest)));
         QVERIFY2(watch.longest() <= 200, qPrintable(QString::number(watch.longest())));
         if (isOptimised) {
-            QVERIFY2(mostMemory() < 8 * 2 * qint64(hugeSize), qPrintable(QString::number(mostMemory())));
+            QVERIFY2(mostMemory() < 16LL * hugeSize, qPrintable(QString::number(mostMemory())));
         }
     }
 

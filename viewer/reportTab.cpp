@@ -45,7 +45,8 @@ QWidget* centred(const QVector<QWidget*>& widgets)
 {
     auto* const column = new QWidget;
     column->setMaximumWidth(column->fontMetrics().averageCharWidth() * 70);
-    auto* const columnLayout = new QVBoxLayout(column);
+    auto* const columnLayout = new QVBoxLayout;
+    column->setLayout(columnLayout);
     for (QWidget* const widget : widgets) {
         const bool isButton = qobject_cast<QPushButton*>(widget) != nullptr;
         columnLayout->addWidget(widget, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
@@ -140,7 +141,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     splitter_->addWidget(pages_);
     splitter_->setStretchFactor(1, 1);
     splitter_->setChildrenCollapsible(false);
-    splitter_->setSizes({fontMetrics().averageCharWidth() * 38, fontMetrics().averageCharWidth() * 110});
+    splitter_->setSizes({fontMetrics().averageCharWidth() * 44, fontMetrics().averageCharWidth() * 110});
 
     notice_ = wrappedLabel();
     notice_->setObjectName(QStringLiteral("notice"));
@@ -179,7 +180,10 @@ QWidget* ReportTab::makeLoadingPage()
     auto* const page = new QStackedWidget;
     page->addWidget(new QWidget);
     page->addWidget(centred({label, progress_, cancel}));
-    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
+    auto* const patience = new QTimer(page);
+    patience->setSingleShot(true);
+    connect(patience, &QTimer::timeout, page, [page] { page->setCurrentIndex(1); });
+    patience->start(patienceMs);
     return page;
 }
 
@@ -291,7 +295,10 @@ void ReportTab::followText(int line)
     if (isJumping_ || shown_.outline == nullptr) {
         return;
     }
-    const QModelIndex index = outlineModel_->indexOf(shown_.outline->nodeAt(line));
+    // Under a separator begins what the reader sees.
+    const bool isSeparator =
+        shown_.outline->kind(line) == LineKind::Separator && line + 1 < shown_.lines->count();
+    const QModelIndex index = outlineModel_->indexOf(shown_.outline->nodeAt(isSeparator ? line + 1 : line));
     if (index != tree_->currentIndex()) {
         tree_->setCurrentIndex(index);
     }

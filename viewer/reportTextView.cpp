@@ -91,8 +91,8 @@ QColor readable(const QColor& color, const QPalette& palette)
 {
     const qreal wanted = 4.5;
     const qreal step = 0.1;
-    const QColor base = palette.color(QPalette::Base);
-    const QColor text = palette.color(QPalette::Text);
+    const QColor& base = palette.color(QPalette::Base);
+    const QColor& text = palette.color(QPalette::Text);
     QColor result = color;
     for (qreal part = 0; part < 1 && contrast(result, base) < wanted; part += step) {
         result = mixed(color, text, part);
