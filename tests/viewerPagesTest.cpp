@@ -1,11 +1,18 @@
 #include "viewer/comparisonPage.h"
+#include "viewer/mainWindow.h"
 #include "viewer/overviewItems.h"
 #include "viewer/overviewPage.h"
+#include "viewer/reportPrinting.h"
+#include "viewer/reportTextView.h"
 
 #include "tests/freezeWatch.h"
 
 #include <QtTest>
 #include <QtWidgets>
+
+#include <csignal>
+
+#include <sys/resource.h>
 
 using namespace norvex;
 using namespace norvex::Viewer;
@@ -71,6 +78,86 @@ QString rowsOf(const QTreeView& tree)
         rows += cells.join(QLatin1String(" | ")) + QLatin1Char('\n');
     }
     return rows;
+}
+
+/// Keeps the texts that are painted, a list for each page.
+class Paper : public QPdfWriter
+{
+public:
+    explicit Paper(int mostPages = 1000) : QPdfWriter(QString()), mostPages_(mostPages), pages(1) {}
+
+    bool newPage() override
+    {
+        pages.append(QStringList());
+        return pages.size() < mostPages_;
+    }
+    QPaintEngine* paintEngine() const override { return &engine_; }
+
+private:
+    const int mostPages_;
+
+public:
+    QVector<QStringList> pages;
+
+protected:
+    int metric(PaintDeviceMetric metric) const override
+    {
+        switch (metric) {
+        case PdmWidth: return 1000;
+        case PdmHeight: return 500;
+        case PdmDpiX:
+        case PdmDpiY:
+        case PdmPhysicalDpiX:
+        case PdmPhysicalDpiY: return 144;
+        default: return QPdfWriter::metric(metric);
+        }
+    }
+
+private:
+    class Engine : public QPaintEngine
+    {
+    public:
+        explicit Engine(Paper* paper) : QPaintEngine(AllFeatures), paper_(paper) {}
+        bool begin(QPaintDevice* /*device*/) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState& /*state*/) override {}
+        void drawPixmap(const QRectF& /*to*/, const QPixmap& /*map*/, const QRectF& /*from*/) override {}
+        void drawPath(const QPainterPath& /*path*/) override {}
+        void drawPolygon(const QPointF* /*points*/, int /*count*/, PolygonDrawMode /*mode*/) override {}
+        Type type() const override { return User; }
+        void drawTextItem(const QPointF& place, const QTextItem& item) override
+        {
+            Q_ASSERT(place.x() >= 0 && place.x() + item.width() <= 1001 && place.y() <= 500);
+            QStringList& texts = paper_->pages.last();
+            const bool goesOn = place.y() == y_ && !texts.isEmpty();
+            y_ = place.y();
+            if (goesOn) {
+                texts.last() += QLatin1Char('|') + item.text();
+            } else {
+                texts += item.text();
+            }
+        }
+
+    private:
+        Paper* const paper_;
+        qreal y_ = -1;
+    };
+
+    mutable Engine engine_{this};
+};
+
+/// Runs a job's work to its end.
+template <typename Work>
+QString run(const Work& work)
+{
+    QString result;
+    QEventLoop loop;
+    const auto shared = std::make_shared<QString>();
+    new Job(
+        &loop, [shared, work](const JobControl& control) { *shared = work(control); },
+        [&loop](bool) { loop.quit(); });
+    loop.exec();
+    return *shared;
 }
 
 } // namespace
@@ -342,6 +429,113 @@ private slots:
         QTest::mouseClick(cancel, Qt::LeftButton);
         QVERIFY(page.findChild<QLabel*>(QStringLiteral("messageText"))->isVisible());
         QVERIFY(!shown.wait(100));
+    }
+
+    /// Every character is printed once, in order, and long lines go on below with a sign.
+    void printed()
+    {
+        const QString wide = QString::fromUtf8("\u6f22\u5b57").repeated(200);
+        QString text = QStringLiteral("first\n\ttab\n") + QString(250, QLatin1Char('x')) + QLatin1Char('\n') +
+                       wide + QLatin1Char('\n');
+        for (int i = 0; i < 100; ++i) {
+            text += QStringLiteral("line %1\n").arg(i);
+        }
+        const TextLines lines(text);
+        Paper paper;
+        QCOMPARE(run([&](const JobControl& control) {
+                     return printText(lines, QStringLiteral("a title"), paper, control);
+                 }),
+                 QString());
+        QString all;
+        for (int i = 0; i < paper.pages.size(); ++i) {
+            QStringList page = paper.pages.at(i);
+            QVERIFY2(page.takeFirst().startsWith(QLatin1String("a title|")), qPrintable(QString::number(i)));
+            const QString number = QStringLiteral("Page %1 of %2").arg(i + 1).arg(paper.pages.size());
+            QVERIFY2(page.removeOne(number), qPrintable(number));
+            all += page.join(QLatin1Char('\n')) + QLatin1Char('\n');
+        }
+        QVERIFY(paper.pages.size() > 3);
+        const QString continuation = QLatin1Char('\n') + QString(QChar(0x21b3)) + QLatin1Char('|');
+        QCOMPARE(all.count(continuation), qMax(2, (250 - 90) / 90) + 800 / 90);
+        QCOMPARE(all.remove(continuation).remove(QLatin1Char('|')),
+                 text.replace(QLatin1Char('\t'), QString(8, QLatin1Char(' '))));
+
+        Paper little(2);
+        QCOMPARE(run([&](const JobControl& control) { return printText(lines, QString(), little, control); }),
+                 QStringLiteral("The printer did not begin page 2."));
+    }
+
+    void pdf()
+    {
+        QTemporaryDir folder;
+        const TextLines lines(contentOf(QStringLiteral("laptop.txt")));
+        const auto exportTo = [&](const QString& name) {
+            return run([&](const JobControl& control) {
+                return exportPdf(lines, QStringLiteral("laptop"), name, control);
+            });
+        };
+        const QString name = folder.filePath(QStringLiteral("a.pdf"));
+        QCOMPARE(exportTo(name), QString());
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(bytes.startsWith("%PDF-") && bytes.trimmed().endsWith("%%EOF"));
+        QVERIFY(bytes.count("/Type /Page\n") >= 3);
+        QVERIFY(!exportTo(folder.filePath(QStringLiteral("missing/a.pdf"))).isEmpty());
+
+        // As on a full disk.
+        signal(SIGXFSZ, SIG_IGN);
+        rlimit limit = {};
+        QCOMPARE(getrlimit(RLIMIT_FSIZE, &limit), 0);
+        const rlim_t most = limit.rlim_cur;
+        limit.rlim_cur = 10000;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        const QString reason = exportTo(name);
+        limit.rlim_cur = most;
+        QCOMPARE(setrlimit(RLIMIT_FSIZE, &limit), 0);
+        QVERIFY(!reason.isEmpty());
+        QCOMPARE(QFileInfo(name).size(), qint64(bytes.size()));
+    }
+
+    /// The window's own keys and menus lead to the pages, and from there to the lines.
+    void pagesInTheWindow()
+    {
+        QSettings().clear();
+        MainWindow window;
+        window.show();
+        window.openFile(QLatin1String(data) + QStringLiteral("laptop.txt"));
+        window.openFile(QLatin1String(data) + QStringLiteral("laptopLater.txt"));
+        ReportTab* const older = qobject_cast<ReportTab*>(window.tabs()->widget(0));
+        ReportTab* const newer = window.currentTab();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTRY_VERIFY(newer->shown().outline != nullptr);
+
+        QTest::keyClick(newer->view(), Qt::Key_2, Qt::ControlModifier);
+        QCOMPARE(newer->page(), ReportTab::OverviewPageNumber);
+        QTRY_VERIFY(newer->findChild<InterfaceItem*>() != nullptr);
+        newer->findChildren<InterfaceItem*>().at(1)->click();
+        QCOMPARE(newer->page(), ReportTab::TextPage);
+        const auto selected = [](ReportTab* tab) { return tab->selectedText(false); };
+        QCOMPARE(selected(newer), QString(55, QLatin1Char('_')));
+        QCOMPARE(newer->view()->lines().text().mid(newer->view()->selectionEnd() + 1, 4),
+                 QStringLiteral("en0\n"));
+
+        auto* const menu = window.findChild<QMenu*>(QStringLiteral("compareWith"));
+        emit menu->aboutToShow();
+        menu->actions().first()->trigger();
+        QTRY_COMPARE(newer->comparison()->tree()->currentIndex().data().toString(),
+                     QStringLiteral("MacOS version"));
+        QTest::keyClick(newer->tree(), Qt::Key_F7);
+        QTest::keyClick(newer->comparison()->tree(), Qt::Key_F7);
+        QTest::keyClick(newer->comparison()->tree(), Qt::Key_Return);
+        QCOMPARE(window.currentTab(), older);
+        QCOMPARE(selected(older), QStringLiteral("/Volumes/Transfer"));
+
+        QTemporaryDir folder;
+        const QString name = folder.filePath(QStringLiteral("a.pdf"));
+        window.exportPdf(name);
+        QTRY_VERIFY(QFileInfo(name).size() > 1000);
     }
 };
 

@@ -67,6 +67,7 @@ ComparisonPage::ComparisonPage(QWidget* parent)
     : QWidget(parent), states_(new QStackedWidget), tree_(new QTreeView), model_(new ComparisonModel(this))
 {
     setObjectName(QStringLiteral("comparison"));
+    setFocusProxy(tree_);
     makeActions();
     states_->insertWidget(Waiting, makeWaiting());
     states_->insertWidget(Message, makeMessage());
@@ -245,7 +246,12 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
             }
             emit shown();
         });
-    QTimer::singleShot(patienceMs, job_, [this] { states_->setCurrentIndex(Waiting); });
+    QTimer::singleShot(patienceMs, job_, [this] { showWaiting(); });
+}
+
+void ComparisonPage::showWaiting()
+{
+    states_->setCurrentIndex(Waiting);
 }
 
 void ComparisonPage::showMessage(const QString& title, const QString& text)

@@ -33,6 +33,11 @@ public:
     void compare(const SystemInfo::CReport& older, const QString& oldTitle, const SystemInfo::CReport& newer,
                  const QString& newTitle, bool isRedacted);
 
+    /// Shows that it waits for the reports.
+    void showWaiting();
+    /// Shows why there is nothing to compare.
+    void showMessage(const QString& title, const QString& text);
+
     QTreeView* tree() const { return tree_; }
     /// "Next difference" and "Previous difference", for menus.
     QAction* nextAction() const { return next_; }
@@ -59,7 +64,6 @@ private:
     QWidget* makeDetails();
     void makeActions();
     void showComparison(const std::shared_ptr<Comparison>& comparison);
-    void showMessage(const QString& title, const QString& text);
     void showTree();
     QString summary() const;
     QModelIndex neighbour(const QModelIndex& index, Direction direction) const;
