@@ -304,6 +304,16 @@ private slots:
         QCOMPARE(selected(), QString("pha b"));
     }
 
+    /// Where a long line is laid out in pieces, a character and its mark stay together.
+    void longLine()
+    {
+        openAndWait(write("long", QByteArray(511, 'x') + "e\xcc\x81"
+                                                         "y"));
+        tab()->view()->setCursorAt(511, false);
+        QTest::keyClick(tab()->view(), Qt::Key_Right, Qt::ShiftModifier);
+        QCOMPARE(tab()->selectedText(false), QString::fromUtf8("e\xcc\x81"));
+    }
+
     void find()
     {
         openAndWait(macintosh);
@@ -376,6 +386,23 @@ private slots:
         QCOMPARE(child<QLabel>("revision")->text(), QString("1633 = 0x0661"));
         openAndWait(write("none", "nothing"));
         QVERIFY(child<QLabel>("identificationMessage")->text().startsWith("No identification: "));
+    }
+
+    /// A report that is long enough to wait for: until its private data is replaced nothing of it leaves the window.
+    void waitsForReplacement()
+    {
+        openAndWait(write("long", contentOf(macintosh).repeated(600)));
+        QApplication::clipboard()->setText("old");
+        trigger("copyAll");
+        QVERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        trigger("hidePrivateData");
+        QVERIFY(child<QLabel>("hidden")->isVisible());
+        QVERIFY(!tab()->view()->isVisible() && tab()->shown().isNull());
+        QTRY_VERIFY_WITH_TIMEOUT(tab()->isShownRedacted(), 20000);
+        QVERIFY(tab()->view()->isVisible());
+        QVERIFY(!tab()->shown().lines->text().contains("C02XXXXXXXXX"));
+        QCOMPARE(QApplication::clipboard()->text(), QString("old"));
     }
 
     void accessibility()
@@ -464,6 +491,9 @@ private slots:
                                                (hugeSize / pattern.size()));
         step([&] { QTest::keyClick(window_.get(), Qt::Key_F3); });
         step([&] { QTest::keyClick(window_.get(), Qt::Key_F3, Qt::ShiftModifier); });
+        child<QLineEdit>("find")->setText("e");
+        child<QToolButton>("stopCounting")->click();
+        QCOMPARE(child<QLabel>("findResult")->text(), QString("Stopped."));
         std::sort(steps.begin(), steps.end());
         QVERIFY2(firstPage < 2000, qPrintable(QString::number(firstPage)));
         // The machine does other things, too: a step in ten may be slower.

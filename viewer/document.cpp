@@ -187,6 +187,7 @@ void Document::takeText(const std::shared_ptr<Analysis>& analysis)
     delete redacting_;
     original_ = analysis->shown;
     redacted_ = ShownReport();
+    isRedactionImpossible_ = false;
     notices_ = analysis->notices;
     errorMessage_.clear();
     state_ = State::Ready;
@@ -231,8 +232,8 @@ void Document::takeAnalysis(const std::shared_ptr<Analysis>& analysis)
 
 void Document::makeRedacted(QObject* context, const std::function<void(bool)>& done)
 {
-    if (!redacted_.isNull()) {
-        done(true);
+    if (!redacted_.isNull() || isRedactionImpossible_) {
+        done(!isRedactionImpossible_);
         return;
     }
     waiting_.append({context, done});
@@ -261,6 +262,7 @@ void Document::startRedaction()
 void Document::takeRedacted(const ShownReport& redacted)
 {
     redacted_ = redacted;
+    isRedactionImpossible_ = redacted.isNull();
     const QVector<Waiting> waiting = waiting_;
     waiting_.clear();
     for (const Waiting& each : waiting) {

@@ -134,9 +134,9 @@ void MainWindow::updateSearchResult()
             percent = std::min(percent, search->percent());
         }
     }
-    findBar_->setProgress(percent < 100 ? percent : -1);
     const bool isIdle = findBar_->sought().isEmpty() || currentTab() == nullptr;
-    findBar_->setResult(isIdle ? QString() : searchResult(total, percent < 100), total > 0 || isIdle);
+    findBar_->setResult(isIdle ? QString() : searchResult(total, percent < 100), total > 0 || isIdle,
+                        percent);
 }
 
 /// @param total hits in all tabs

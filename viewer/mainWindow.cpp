@@ -46,7 +46,6 @@ namespace {
 enum CentrePage { EmptyPage, TabsPage };
 
 const int mostRecentFiles = 10;
-const int messageMs = 6000;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
 const char openFilesKey[] = "openFiles";
@@ -57,6 +56,11 @@ const char stateKey[] = "state";
 QIcon icon(const char* name, QStyle::StandardPixmap substitute)
 {
     return QIcon::fromTheme(QLatin1String(name), QApplication::style()->standardIcon(substitute));
+}
+
+QKeySequence keys(int modifiers, Qt::Key key)
+{
+    return QKeySequence(modifiers + key);
 }
 
 } // namespace
@@ -85,12 +89,12 @@ MainWindow::~MainWindow()
     tabs_->disconnect(this);
 }
 
-QAction* MainWindow::add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& keys,
-                         const std::function<void()>& act)
+QAction* MainWindow::add(QMenu* menu, const QString& text, const char* name,
+                         const QList<QKeySequence>& shortcuts, const std::function<void()>& act)
 {
     auto* const action = new QAction(text, this);
     action->setObjectName(QLatin1String(name));
-    action->setShortcuts(keys);
+    action->setShortcuts(shortcuts);
     connect(action, &QAction::triggered, this, [act] { act(); });
     menu->addAction(action);
     return action;
@@ -168,7 +172,7 @@ void MainWindow::makeFileMenu()
     open_->setIcon(icon("document-open", QStyle::SP_DialogOpenButton));
     recentFiles_ = menu->addMenu(tr("Open &Recent"));
     connect(recentFiles_, &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
-    add(menu, tr("Show &This Machine"), "thisMachine", {QKeySequence(Qt::CTRL + Qt::Key_T)},
+    add(menu, tr("Show &This Machine"), "thisMachine", {keys(Qt::CTRL, Qt::Key_T)},
         [this] { openThisMachine(); });
     refresh_ = add(menu, tr("Re&fresh"), "refresh", QKeySequence::keyBindings(QKeySequence::Refresh), [this] {
         if (ReportTab* const tab = currentTab()) {
@@ -177,8 +181,7 @@ void MainWindow::makeFileMenu()
     });
     refresh_->setIcon(icon("view-refresh", QStyle::SP_BrowserReload));
     menu->addSeparator();
-    save_ = add(menu, tr("&Save As…"), "save",
-                {QKeySequence::Save, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S)},
+    save_ = add(menu, tr("&Save As…"), "save", {QKeySequence::Save, keys(Qt::CTRL + Qt::SHIFT, Qt::Key_S)},
                 [this] { chooseSaveName(); });
     save_->setIcon(icon("document-save-as", QStyle::SP_DialogSaveButton));
     compareMenu_ = menu->addMenu(tr("C&ompare With"));
@@ -204,11 +207,10 @@ void MainWindow::makeEditMenu()
     QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
     copy_ = add(menu, tr("&Copy"), "copy", {QKeySequence::Copy}, [this] { copySelection(); });
     copy_->setIcon(icon("edit-copy", QStyle::SP_FileIcon));
-    copySection_ = add(menu, tr("Copy S&ection"), "copySection",
-                       {QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_C)}, [this] { copySection(); });
-    QAction* const copyAll =
-        add(menu, tr("Copy Whole &Report"), "copyAll", {QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_A)},
-            [this] { this->copyAll(); });
+    copySection_ = add(menu, tr("Copy S&ection"), "copySection", {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_C)},
+                       [this] { copySection(); });
+    QAction* const copyAll = add(menu, tr("Copy Whole &Report"), "copyAll",
+                                 {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_A)}, [this] { this->copyAll(); });
     QAction* const selectAll = add(menu, tr("Select &All"), "selectAll", {QKeySequence::SelectAll}, [this] {
         if (ReportTab* const tab = currentTab()) {
             tab->view()->selectAll();
@@ -217,13 +219,12 @@ void MainWindow::makeEditMenu()
     menu->addSeparator();
     find_ = add(menu, tr("&Find…"), "find", {QKeySequence::Find}, [this] { openFindBar(); });
     find_->setIcon(icon("edit-find", QStyle::SP_FileDialogContentsView));
-    QAction* const next = add(menu, tr("Find &Next"), "findNext",
-                              {QKeySequence(Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::Key_G)},
-                              [this] { find(Direction::Forward); });
-    QAction* const previous =
-        add(menu, tr("Find &Previous"), "findPrevious",
-            {QKeySequence(Qt::SHIFT + Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_G)},
-            [this] { find(Direction::Backward); });
+    QAction* const next =
+        add(menu, tr("Find &Next"), "findNext", {QKeySequence(Qt::Key_F3), keys(Qt::CTRL, Qt::Key_G)},
+            [this] { find(Direction::Forward); });
+    QAction* const previous = add(menu, tr("Find &Previous"), "findPrevious",
+                                  {keys(Qt::SHIFT, Qt::Key_F3), keys(Qt::CTRL + Qt::SHIFT, Qt::Key_G)},
+                                  [this] { find(Direction::Backward); });
     reportActions_ << copy_ << copySection_ << copyAll << selectAll << find_ << next << previous;
 }
 
@@ -232,7 +233,7 @@ void MainWindow::makeViewMenu()
     QMenu* const menu = menuBar()->addMenu(tr("&View"));
     makePageActions(menu);
     showsRedacted_ = addSwitch(menu, tr("&Hide Private Data"), "hidePrivateData",
-                               QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_H), false);
+                               keys(Qt::CTRL + Qt::SHIFT, Qt::Key_H), false);
     showsRedacted_->setToolTip(tr("Show the report without private data"));
     connect(showsRedacted_, &QAction::toggled, this, &MainWindow::setShowsRedacted);
     sharesRedacted_ = addSwitch(menu, tr("Copy, Save and Print &Without Private Data"),
@@ -241,23 +242,23 @@ void MainWindow::makeViewMenu()
     menu->addSeparator();
     QAction* const panel = findChild<QDockWidget*>(QStringLiteral("identification"))->toggleViewAction();
     panel->setText(tr("&Identification"));
-    panel->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_I));
+    panel->setShortcut(keys(Qt::CTRL, Qt::Key_I));
     menu->addAction(panel);
     menu->addSeparator();
-    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL + Qt::Key_Equal)},
+    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
         [this] { zoom(zoom_ + 1); });
     add(menu, tr("Zoom &Out"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
-    add(menu, tr("&Normal Size"), "zoomNormal", {QKeySequence(Qt::CTRL + Qt::Key_0)}, [this] { zoom(0); });
+    add(menu, tr("&Normal Size"), "zoomNormal", {keys(Qt::CTRL, Qt::Key_0)}, [this] { zoom(0); });
     menu->addSeparator();
     const auto step = [this](int by) {
         if (tabs_->count() > 0) {
             tabs_->setCurrentIndex((tabs_->currentIndex() + by + tabs_->count()) % tabs_->count());
         }
     };
-    add(menu, tr("Ne&xt Tab"), "nextTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageDown), QKeySequence::NextChild}, [step] { step(1); });
+    add(menu, tr("Ne&xt Tab"), "nextTab", {keys(Qt::CTRL, Qt::Key_PageDown), QKeySequence::NextChild},
+        [step] { step(1); });
     add(menu, tr("&Previous Tab"), "previousTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
+        {keys(Qt::CTRL, Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
     add(menu, tr("Go to Sections or &Text"), "goToSections", {QKeySequence(Qt::Key_F6)}, [this] {
         if (ReportTab* const tab = currentTab()) {
             (tab->tree()->hasFocus() ? tab->pages()->currentWidget() : tab->tree())->setFocus();
@@ -408,7 +409,11 @@ void MainWindow::addTab(Document* document)
     });
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
-    connect(tab->document(), &Document::progressed, workProgress_, &QProgressBar::setValue);
+    connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
+        if (tab == currentTab()) {
+            workProgress_->setValue(percent);
+        }
+    });
     const int index = tabs_->addTab(tab, QString());
     tabs_->setCurrentIndex(index);
     if (findBar_->isVisible()) {

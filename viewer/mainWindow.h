@@ -55,7 +55,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    QAction* add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& keys,
+    QAction* add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& shortcuts,
                  const std::function<void()>& act);
     QAction* addSwitch(QMenu* menu, const QString& text, const char* name, const QKeySequence& key,
                        bool isOn);

@@ -26,7 +26,7 @@ namespace Viewer {
 
 namespace {
 
-enum StatePage { LoadingPage, ErrorPage, ReportPage };
+enum StatePage { LoadingPage, ErrorPage, HiddenPage, ReportPage };
 
 /// A shorter wait needs no picture of waiting.
 const int patienceMs = 250;
@@ -154,6 +154,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     notice_->hide();
     states_->insertWidget(LoadingPage, makeLoadingPage());
     states_->insertWidget(ErrorPage, makeErrorPage());
+    states_->insertWidget(HiddenPage, makeHiddenPage());
     states_->insertWidget(ReportPage, splitter_);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -175,7 +176,11 @@ QWidget* ReportTab::makeLoadingPage()
                        : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
     progress_ = new QProgressBar;
     progress_->setAccessibleName(tr("Progress"));
-    connect(document_, &Document::progressed, progress_, &QProgressBar::setValue);
+    connect(document_, &Document::progressed, this, [this](int percent) {
+        // What comes behind reading does not say how far it is.
+        progress_->setRange(0, percent < 100 ? 100 : 0);
+        progress_->setValue(percent);
+    });
     auto* const cancel = new QPushButton(tr("&Cancel"));
     cancel->setObjectName(QStringLiteral("cancelLoading"));
     connect(cancel, &QPushButton::clicked, document_, &Document::cancel);
@@ -212,28 +217,30 @@ QWidget* ReportTab::makeErrorPage()
     return centred(widgets);
 }
 
+QWidget* ReportTab::makeHiddenPage()
+{
+    hidden_ = wrappedLabel();
+    hidden_->setObjectName(QStringLiteral("hidden"));
+    hiddenProgress_ = new QProgressBar;
+    hiddenProgress_->setRange(0, 0);
+    hiddenProgress_->setAccessibleName(tr("Progress"));
+    return centred({hidden_, hiddenProgress_});
+}
+
 void ReportTab::setShowsRedacted(bool showsRedacted)
 {
     isComparisonOld_ = isComparisonOld_ || showsRedacted != showsRedacted_;
     showsRedacted_ = showsRedacted;
-    if (showsRedacted && document_->state() == Document::State::Ready) {
-        document_->makeRedacted(this, [this](bool) { update(); });
-    }
     update();
     updatePages();
 }
 
-const ShownReport& ReportTab::shown() const
-{
-    return shown_;
-}
-
 void ReportTab::update()
 {
-    showState();
     if (document_->state() == Document::State::Ready) {
         showReport();
     }
+    showState();
     emit changed();
 }
 
@@ -245,28 +252,39 @@ void ReportTab::showState()
         error_->setText(document_->errorMessage());
         states_->setCurrentIndex(ErrorPage);
         break;
-    case Document::State::Ready: states_->setCurrentIndex(ReportPage); break;
+    case Document::State::Ready: states_->setCurrentIndex(isHidden_ ? HiddenPage : ReportPage); break;
     }
+    hidden_->setText(document_->isRedactionImpossible()
+                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
+                         : tr("Replacing private data…"));
+    hiddenProgress_->setVisible(!document_->isRedactionImpossible());
     notice_->setText(document_->notices().join(QLatin1Char('\n')));
     notice_->setVisible(document_->state() == Document::State::Ready && !document_->notices().isEmpty());
 }
 
 void ReportTab::showReport()
 {
-    const bool canRedact = showsRedacted_ && !document_->redacted().isNull();
-    if (showsRedacted_ && !canRedact && document_->original().outline != nullptr) {
+    isShownRedacted_ = showsRedacted_ && !document_->redacted().isNull();
+    isHidden_ = showsRedacted_ && !isShownRedacted_;
+    if (!isHidden_) {
+        showText(isShownRedacted_ ? document_->redacted() : document_->original());
+        return;
+    }
+    stopSearch();
+    if (!document_->isRedactionImpossible()) {
         document_->makeRedacted(this, [](bool) {});
     }
-    const ShownReport& report = canRedact ? document_->redacted() : document_->original();
+}
+
+void ReportTab::showText(const ShownReport& report)
+{
     const bool hasOtherText = report.lines != shown_.lines;
     const bool hasOtherOutline = report.outline != shown_.outline;
     shown_ = report;
-    isShownRedacted_ = canRedact;
     if (hasOtherText) {
         const int first = view_->firstVisibleLine();
         const bool keepsPlace = view_->lines().count() == shown_.lines->count();
-        delete search_;
-        search_ = nullptr;
+        stopSearch();
         view_->setLines(shown_.lines);
         if (keepsPlace) {
             view_->setFirstVisibleLine(first);
@@ -280,7 +298,7 @@ void ReportTab::showReport()
         }
         followText(view_->firstVisibleLine());
     }
-    if (hasOtherText) {
+    if (search_ == nullptr) {
         startSearch();
     }
     if (hasOtherText || hasOtherOutline) {
@@ -327,20 +345,24 @@ bool ReportTab::eventFilter(QObject* object, QEvent* event)
     return QWidget::eventFilter(object, event);
 }
 
-void ReportTab::sectionAtCursor(int& firstLine, int& lineCount) const
+void ReportTab::currentSection(int& firstLine, int& lineCount) const
 {
     firstLine = 0;
     lineCount = 0;
-    if (shown_.outline == nullptr) {
+    if (shown().outline == nullptr) {
         return;
     }
-    int node = shown_.outline->nodeAt(shown_.lines->lineAt(view_->cursor()));
-    while (node != -1 && shown_.outline->nodes().at(node).type == Outline::Node::Block) {
-        node = shown_.outline->nodes().at(node).parent;
+    using Node = Outline::Node;
+    const QVector<Node>& nodes = shown_.outline->nodes();
+    const Node* const inTree = outlineModel_->node(tree_->currentIndex());
+    const int node = shown_.outline->nodeAt(shown_.lines->lineAt(view_->cursor()));
+    const Node* section = tree_->hasFocus() ? inTree : node == -1 ? nullptr : &nodes.at(node);
+    while (section != nullptr && section->type == Node::Block) {
+        section = &nodes.at(section->parent);
     }
-    if (node != -1) {
-        firstLine = shown_.outline->nodes().at(node).firstLine;
-        lineCount = shown_.outline->nodes().at(node).lineCount;
+    if (section != nullptr) {
+        firstLine = section->firstLine;
+        lineCount = section->lineCount;
     }
 }
 
@@ -373,7 +395,7 @@ void ReportTab::setSought(const QString& sought, Qt::CaseSensitivity sensitivity
 void ReportTab::startSearch()
 {
     stopSearch();
-    if (!sought_.isEmpty() && !shown_.isNull()) {
+    if (!sought_.isEmpty() && !shown().isNull()) {
         search_ = new TextSearch(this, shown_.lines->text(), sought_, sensitivity_);
         connect(search_, &TextSearch::advanced, this, &ReportTab::goOnFinding);
     }

@@ -53,11 +53,12 @@ public:
     /// Shows the report without private data, as soon as that is made.
     void setShowsRedacted(bool showsRedacted);
     /// What is shown; a null report while there is none.
-    const ShownReport& shown() const;
+    const ShownReport& shown() const { return isHidden_ ? nothing_ : shown_; }
     bool isShownRedacted() const { return isShownRedacted_; }
 
-    /// The section at the cursor; its lines are as many as `lineCount`. No lines without a section.
-    void sectionAtCursor(int& firstLine, int& lineCount) const;
+    /// The section that the user works on: the one at the cursor, or in the tree where that has the keyboard. No lines
+    /// without a section.
+    void currentSection(int& firstLine, int& lineCount) const;
     /// The text of what is selected, or of lines.
     /// @param isRedacted whether it is without private data; then document()->redacted() must be there
     QString selectedText(bool isRedacted) const;
@@ -90,8 +91,10 @@ protected:
 private:
     QWidget* makeLoadingPage();
     QWidget* makeErrorPage();
+    QWidget* makeHiddenPage();
     void update();
     void showReport();
+    void showText(const ShownReport& report);
     void showState();
     void startSearch();
     void goOnFinding();
@@ -112,7 +115,11 @@ private:
     QLabel* error_;
     QProgressBar* progress_;
     QPushButton* retry_;
+    QLabel* hidden_;
+    QProgressBar* hiddenProgress_;
     ShownReport shown_;
+    const ShownReport nothing_;
+    bool isHidden_ = false; // while private data is being replaced
     bool showsRedacted_ = false;
     bool isShownRedacted_ = false;
     bool isJumping_ = false;

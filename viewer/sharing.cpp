@@ -113,7 +113,7 @@ void MainWindow::copySection()
     withReport([this](ReportTab& tab, bool isRedacted) {
         int firstLine = 0;
         int lineCount = 0;
-        tab.sectionAtCursor(firstLine, lineCount);
+        tab.currentSection(firstLine, lineCount);
         copy(tab.textOfLines(firstLine, lineCount, isRedacted), isRedacted);
     });
 }
