@@ -78,7 +78,9 @@ if(TARGET norvex-systeminfo)
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/site-functions COMPONENT norvexToolUnpackaged)
   install(FILES ${PROJECT_SOURCE_DIR}/tools/completion.zsh RENAME _norvex-systeminfo
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/zsh/vendor-completions COMPONENT norvexTool EXCLUDE_FROM_ALL)
-  # The documents that the man page names.
-  install(FILES ${PROJECT_SOURCE_DIR}/docs/report-format.md ${PROJECT_SOURCE_DIR}/docs/recording-format.md
+  # The documents that the man page names, and what they refer to.
+  set(documents report-format.md recording-format.md privacy.md json.md report.schema.json differences.schema.json)
+  list(TRANSFORM documents PREPEND ${PROJECT_SOURCE_DIR}/docs/)
+  install(FILES ${documents}
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/norvex-systeminfo COMPONENT norvexTool)
 endif()

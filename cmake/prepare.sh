@@ -15,6 +15,7 @@ buildPackages=(
   libxcb1-dev
 )
 testPackages=(
+  qtbase5-private-dev python3
   xvfb xauth libgl1-mesa-dri
   clang-format file dpkg-dev
   umockdev libumockdev-dev
@@ -29,16 +30,17 @@ say() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
 }
 
-# Runs a command whose output matters only when it fails.
+# Runs a command whose output matters only when it fails. It is kept then.
 quietly() {
   local log status=0
   log=$(mktemp)
   "$@" >"$log" 2>&1 </dev/null || status=$?
   if [ $status != 0 ]; then
     cat "$log" >&2
-    say "failed: $*"
+    say "failed: $*; its output is in $log"
+  else
+    rm -f "$log"
   fi
-  rm -f "$log"
   return $status
 }
 
@@ -62,6 +64,19 @@ missingPackages() {
   done
 }
 
+# updatePackageLists LOG: waits up to 300 seconds for the lock of the lists, which DPkg::Lock::Timeout does not concern
+updatePackageLists() {
+  local seconds
+  for ((seconds = 0; ; seconds += 2)); do
+    asRoot env LC_ALL=C apt-get update >"$1" 2>&1 </dev/null && return 0
+    if ! grep -q 'Could not get lock' "$1" || [ $seconds = 300 ]; then
+      return 1
+    fi
+    [ $seconds != 0 ] || say 'waiting for another program that updates the package lists'
+    sleep 2
+  done
+}
+
 # installPackages WHY NAME...: installs what is missing; sets newPackages
 installPackages() {
   local why=$1
@@ -79,9 +94,17 @@ installPackages() {
     return 1
   fi
   say "installing the Debian packages that $why needs: ${newPackages[*]}"
-  quietly asRoot apt-get update &&
-    quietly asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
-      -o DPkg::Lock::Timeout=300 "${newPackages[@]}"
+  local log updated=yes
+  log=$(mktemp)
+  # The packages may be there although a lock or a broken source keeps the lists as they are.
+  updatePackageLists "$log" || updated=no
+  if quietly asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends --no-remove \
+    -o DPkg::Lock::Timeout=300 "${newPackages[@]}"; then
+    rm -f "$log"
+    return 0
+  fi
+  [ $updated = yes ] || say "before that, apt-get update failed; its output is in $log"
+  return 1
 }
 
 configureOptions=()

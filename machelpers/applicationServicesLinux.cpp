@@ -2,6 +2,7 @@
 #include "machelpers/errorStreamLinux.h"
 #include "machelpers/privilegedToolLinux.h"
 #include "systeminfo/mac/platform/live/desktopFiles.h"
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/machine.h"
@@ -76,12 +77,13 @@ public:
         for (const dirent* entry = nullptr; processes && (entry = readdir(processes.get())) != nullptr;) {
             const QByteArray name(entry->d_name);
             const QByteArray folder = "/proc/" + name;
+            const QByteArray file = folder + "/exe";
             const std::uint32_t number = name.toUInt(); // 0 for what is no process
             struct stat owner = {};
             struct stat executable = {};
             if (number != 0 && stat(folder.constData(), &owner) == 0 && owner.st_uid == geteuid() &&
-                stat((folder + "/exe").constData(), &executable) == 0 && executable.st_dev == self.st_dev &&
-                executable.st_ino == self.st_ino) {
+                fileSystemsAnswer({file}) && stat(file.constData(), &executable) == 0 &&
+                executable.st_dev == self.st_dev && executable.st_ino == self.st_ino) {
                 instances.push_back(RunningApplication(number));
             }
         }

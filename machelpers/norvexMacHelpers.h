@@ -12,7 +12,9 @@
 /// alone. On Linux libplist, behind getValueForKeyInPropertyList, ends the process when memory runs out.
 ///
 /// On Linux the functions use that system's counterparts of the macOS services. Each description says what
-/// differs. None leaves a thread behind.
+/// differs. None leaves a thread behind. A file system of a server or of a program (NFS, FUSE) that does not answer for
+/// 2 seconds counts as a failure there, but not to executeWithAuthorization, which waits as long as the file system
+/// does. On macOS nothing limits that time.
 
 /// @name App Nap
 /// Both variables are zero at load. disableAppNap and enableAppNap write them without a lock, so do not run

@@ -9,7 +9,8 @@ namespace {
 using Kind = Privacy::PrivateKind;
 
 const char blockLine[] = "\n"; ///< instead of a label: a block's own lines, among them its name
-const char others[] = "";      ///< instead of a label: every other label, value and line
+const char portSection[] = "ioKitGetRs232SerialDevices";
+const char others[] = ""; ///< instead of a label: every other label, value and line
 
 /// Where private values stand. A section that is not here is a text in which anything may stand: what its shape gives
 /// away and known values are replaced. Model says that no name can stand there, so that a user called "intel" changes
@@ -39,7 +40,7 @@ const struct
     {"ioKitEthernetDevices", others, Kind::Model},
     {"ioKitEthernetDevices", "802.11 SSID", Kind::Network},
     {"ioKitEthernetDevices", "802.11 BSSID", Kind::Address},
-    {"ioKitEthernetDevices", "Product name", Kind::None},
+    {"ioKitEthernetDevices", "Product name", Kind::Product},
     {"ioKitEthernetDevices", "MAC address", Kind::Address},
     {"ioKitPlatformInfos", others, Kind::Model},
     {"ioKitPlatformInfos", "Serial number", Kind::Serial},
@@ -47,11 +48,11 @@ const struct
     {"ioKitRootInfos", others, Kind::Model},
     {"ioKitGraphicsCards", others, Kind::Model},
     {"ioKitUsbDevices", others, Kind::Model},
-    {"ioKitUsbDevices", "Device name", Kind::None},
-    {"ioKitUsbDevices", "USB Product Name", Kind::None},
-    {"ioKitGetRs232SerialDevices", others, Kind::Model},
-    {"ioKitGetRs232SerialDevices", "Device Name", Kind::SerialPort},
-    {"ioKitGetRs232SerialDevices", "channel", Kind::None},
+    {"ioKitUsbDevices", "Device name", Kind::Product},
+    {"ioKitUsbDevices", "USB Product Name", Kind::Product},
+    {portSection, others, Kind::Model},
+    {portSection, "Device Name", Kind::SerialPort},
+    {portSection, "channel", Kind::None},
     {"checkFtdiDriver", others, Kind::Model},
     {"bonjourVersion", others, Kind::Model},
     {"defaultEmailApp", others, Kind::Model},
@@ -64,7 +65,7 @@ const struct
     {"qtCoreApplication", "Library Paths", Kind::Path},
     {"qtLocale", others, Kind::Model},
     {"qtScreens", others, Kind::Model},
-    {"qtScreens", "Name", Kind::None},
+    {"qtScreens", "Name", Kind::Product},
     {"qtDesktop", others, Kind::Model},
     {"qtDesktopServices", others, Kind::Path},
     {"qtPrinterInfo", others, Kind::Model},
@@ -74,7 +75,7 @@ const struct
     {"qtHostInfo", "Local domain name", Kind::Domain},
     {"network", others, Kind::Model},
     {"network", "Hardware address", Kind::Address},
-    {"network", "Addresses", Kind::None},
+    {"network", "Addresses", Kind::Addresses},
     {"qtSystemEnvironment", others, Kind::Token}, // but for harmless variables
     {"openGL", others, Kind::Model},
 };
@@ -98,6 +99,9 @@ bool isVersion(const QString& label)
 
 Kind kindByLabel(const QString& label)
 {
+    if (label.endsWith(QLatin1String("S/N"), Qt::CaseInsensitive)) {
+        return Kind::Serial;
+    }
     const Kind kind = Privacy::privateKindOf(label.toUtf8());
     if (kind == Kind::None) {
         return isVersion(label) ? Kind::Model : Kind::None;
@@ -137,14 +141,21 @@ const SectionPrivacy& SectionPrivacy::of(const SectionFormat* section)
                               : sections[static_cast<std::size_t>(section - sectionFormats().data())];
 }
 
-Kind SectionPrivacy::valueKind(const QString& text, const EntryPlace& entry) const
+Kind SectionPrivacy::valueKind(const QString& text, const EntryPlace& entry, bool isBluetooth) const
 {
     for (const Row& row : rows_) {
         if (isLabel(text, entry, row.label)) {
-            return row.kind;
+            return isBluetooth && row.kind == Kind::SerialPort ? Kind::BluetoothPort : row.kind;
         }
     }
     return isKnown_ ? otherKind_ : kindByLabel(labelOf(text, entry));
+}
+
+bool SectionPrivacy::isBluetooth(const QString& text, const Piece& block, const SectionFormat& format)
+{
+    return isSection(&format, portSection) &&
+           text.midRef(block.begin, block.end - block.begin)
+               .contains(QLatin1String("Parent driver class: 'IOBluetooth"));
 }
 
 } // namespace norvex::SystemInfo::Internal

@@ -17,6 +17,10 @@ public:
     Privacy::PrivateKind valueKind(const QString& text, const EntryPlace& entry) const;
     /// What labels and lines are.
     Privacy::PrivateKind otherKind() const { return otherKind_; }
+    /// The same in a block: a port that a Bluetooth device offers bears its name.
+    Privacy::PrivateKind valueKind(const QString& text, const EntryPlace& entry, bool isBluetooth) const;
+    /// Whether a Bluetooth device offers the serial port that the block is about.
+    static bool isBluetooth(const QString& text, const Piece& block, const SectionFormat& format);
     /// What a block's own lines are.
     Privacy::PrivateKind blockKind() const { return blockKind_; }
 

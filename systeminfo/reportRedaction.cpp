@@ -3,6 +3,8 @@
 #include "systeminfo/reportPrivacy.h"
 #include "systeminfo/reportPrivate.h"
 
+#include <vector>
+
 namespace norvex::SystemInfo {
 
 using namespace Internal;
@@ -24,7 +26,9 @@ public:
     virtual ~Stretches() = default;
 
     virtual void take(int begin, int end, PrivateKind kind) = 0;
-    /// A line of an unknown value behind its first one.
+    /// The same of a label that says what its value is. With a private value in it, it is hidden instead, and false.
+    virtual bool takeLabel(int begin, int end) = 0;
+    /// What shows nothing, not even its length.
     virtual void hide(int begin, int end) = 0;
 };
 
@@ -41,7 +45,7 @@ public:
 private:
     void takePart(const Part& part, int end);
     void takePieces(const Container& container, const SectionPrivacy& privacy);
-    void takeEntry(const Piece& piece, const SectionFormat* format, const SectionPrivacy& privacy);
+    void takeEntry(const Piece& piece, const Container& container, const SectionPrivacy& privacy);
     void takeVariable(const Piece& variable);
     void takeList(const Piece& piece, PrivateKind kind);
     void takeLines(int begin, int end, PrivateKind kind);
@@ -51,6 +55,7 @@ private:
 
     const QString& text_;
     Stretches& stretches_;
+    bool isBluetooth_ = false; ///< whether this block says so
 };
 
 void Walk::takePart(const Part& part, int end)
@@ -73,24 +78,35 @@ void Walk::takePieces(const Container& container, const SectionPrivacy& privacy)
     PieceReader reader(text_, container);
     for (Piece piece; reader.next(piece);) {
         if (piece.type == Piece::Block) {
+            isBluetooth_ = SectionPrivacy::isBluetooth(text_, piece, *container.format);
             takePieces(contentOf(piece, *container.format), privacy);
+            isBluetooth_ = false;
         } else if (piece.type == Piece::Entry) {
-            takeEntry(piece, container.format, privacy);
+            takeEntry(piece, container, privacy);
         } else {
             takeLines(piece.begin, piece.end, isBlock ? privacy.blockKind() : privacy.otherKind());
         }
     }
 }
 
-void Walk::takeEntry(const Piece& piece, const SectionFormat* format, const SectionPrivacy& privacy)
+void Walk::takeEntry(const Piece& piece, const Container& container, const SectionPrivacy& privacy)
 {
+    const SectionFormat* const format = container.format;
     if (format != nullptr && format == environmentFormat()) {
         takeVariable(piece);
         return;
     }
     const EntryPlace& entry = piece.entry;
-    take(piece.begin, entry.labelEnd, privacy.otherKind());
-    const PrivateKind kind = privacy.valueKind(text_, entry);
+    const PrivateKind kind = privacy.valueKind(text_, entry, isBluetooth_);
+    const bool isTelling = format == nullptr && kind != PrivateKind::None;
+    if (!isTelling) {
+        take(piece.begin, entry.labelEnd, privacy.otherKind());
+    } else if (!stretches_.takeLabel(entry.labelBegin, entry.labelEnd)) {
+        if (entry.valueBegin != entry.valueEnd) {
+            stretches_.hide(entry.valueBegin, entry.valueEnd);
+        }
+        return;
+    }
     if (isList(entry)) {
         takeList(piece, kind);
     } else {
@@ -174,6 +190,11 @@ public:
     {
         forms_.learn(text_.mid(begin, end - begin), kind);
     }
+    bool takeLabel(int begin, int end) override
+    {
+        take(begin, end, PrivateKind::Model);
+        return true;
+    }
     void hide(int, int) override {}
 
 private:
@@ -181,36 +202,121 @@ private:
     FixedForms& forms_;
 };
 
-class Replacing : public Stretches
+QString ellipsis()
+{
+    return QString(QChar(0x2026));
+}
+
+/// A text that is made of another one by replacing stretches.
+class Replacement
 {
 public:
-    Replacing(const QString& text, const FixedForms& forms) : text_(text), forms_(forms) {}
+    explicit Replacement(const QString& text) : text_(text) {}
 
-    void take(int begin, int end, PrivateKind kind) override
-    {
-        replace(begin, end, forms_.replaced(text_.mid(begin, end - begin), kind));
-    }
-    void hide(int begin, int end) override { replace(begin, end, QString(QChar(0x2026))); }
-
-    QString text()
-    {
-        result_ += text_.midRef(copied_);
-        return result_;
-    }
-
-private:
-    void replace(int begin, int end, const QString& replacement)
+    /// @return where the replacement begins in the new text
+    int replace(int begin, int end, const QString& replacement)
     {
         result_ += text_.midRef(copied_, begin - copied_);
         result_ += replacement;
         copied_ = end;
+        return result_.size() - replacement.size();
     }
 
+    QString text() { return result_ += text_.midRef(copied_); }
+
+private:
     const QString& text_;
-    const FixedForms& forms_;
     QString result_;
     int copied_ = 0;
 };
+
+/// Whether a line with this text would be a label and a value.
+bool isEntry(const QString& text)
+{
+    const int colon = text.indexOf(QLatin1Char(':'));
+    return colon != -1 && (colon + 1 == text.size() || text.at(colon + 1) == QLatin1Char(' '));
+}
+
+/// The text with its private values replaced. It stays what it is, or else its label could say more the next time.
+QString replacedLine(const FixedForms& forms, const QString& text, PrivateKind kind)
+{
+    QString replaced = forms.replaced(text, kind);
+    return isEntry(replaced) && !isEntry(text) ? ellipsis() : replaced;
+}
+
+/// A stretch in which something was replaced.
+struct Changed
+{
+    int begin;
+    int size;
+    PrivateKind kind;
+};
+
+class Replacing : public Stretches
+{
+public:
+    Replacing(const QString& text, const FixedForms& forms) : text_(text), forms_(forms), replacement_(text)
+    {}
+
+    void take(int begin, int end, PrivateKind kind) override
+    {
+        const QString original = text_.mid(begin, end - begin);
+        const QString replaced = replacedLine(forms_, original, kind);
+        if (replaced == original) {
+            return;
+        }
+        const int place = replacement_.replace(begin, end, replaced);
+        if (kind != PrivateKind::Token) {
+            changed_.push_back({place, replaced.size(), kind});
+        }
+    }
+    bool takeLabel(int begin, int end) override
+    {
+        const QString original = text_.mid(begin, end - begin);
+        const bool stays = forms_.replaced(original, PrivateKind::Model) == original;
+        if (!stays) {
+            hide(begin, end);
+        }
+        return stays;
+    }
+    void hide(int begin, int end) override { replacement_.replace(begin, end, ellipsis()); }
+
+    QString text() { return replacement_.text(); }
+    const std::vector<Changed>& changed() const { return changed_; }
+
+private:
+    const QString& text_;
+    const FixedForms& forms_;
+    Replacement replacement_;
+    std::vector<Changed> changed_;
+};
+
+/// What has been replaced may make its surroundings look private. So each stretch is looked at until it stays as it is,
+/// which is what makes a redacted report stay when it is redacted again. One that never does is hidden.
+QString settled(QString text, std::vector<Changed> changed, FixedForms& forms)
+{
+    constexpr int mostRounds = 8;
+    for (int round = 1; !changed.empty(); ++round) {
+        for (const Changed& stretch : changed) {
+            forms.learn(text.mid(stretch.begin, stretch.size), stretch.kind);
+        }
+        forms.settle();
+        Replacement replacement(text);
+        std::vector<Changed> again;
+        for (const Changed& stretch : changed) {
+            const QString original = text.mid(stretch.begin, stretch.size);
+            QString replaced = replacedLine(forms, original, stretch.kind);
+            if (replaced != original) {
+                replaced = round < mostRounds ? replaced : ellipsis();
+                const int place = replacement.replace(stretch.begin, stretch.begin + stretch.size, replaced);
+                again.push_back({place, replaced.size(), stretch.kind});
+            }
+        }
+        text = replacement.text();
+        changed = round < mostRounds ? again : std::vector<Changed>();
+    }
+    return text;
+}
 
 } // namespace
 
@@ -237,7 +343,7 @@ CReport CReport::redacted(CRedactor* redactor) const
     used.collect(*this);
     Replacing replacing(d->text, used.d->forms);
     Walk(*d, replacing);
-    return fromText(replacing.text());
+    return fromText(settled(replacing.text(), replacing.changed(), used.d->forms));
 }
 
 } // namespace norvex::SystemInfo

@@ -4,14 +4,18 @@
 #include "machelpers/norvexMacHelpers.h"
 #include "machelpers/privilegedToolLinux.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
+#include "tests/interruptions.h"
 #include "tests/propertyListCases.h"
 
 #include <QtTest>
 
 #include <climits>
+#include <cstdarg>
 #include <thread>
 
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -26,6 +30,7 @@ namespace {
 
 using namespace norvex;
 
+QString casefolded; ///< a folder that ioctl() says to fold letter case
 int endedChildren = 0;
 double scaleFactorBeforeApplication = -1;
 
@@ -105,7 +110,27 @@ private:
     std::vector<char*> pointers_;
 };
 
+int openDescriptors()
+{
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
+}
+
 } // namespace
+
+/// In place of the C library's: few file systems can fold letter case.
+extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept // NOLINT(cert-dcl50-cpp)
+{
+    va_list arguments;
+    va_start(arguments, request);
+    void* const argument = va_arg(arguments, void*);
+    va_end(arguments);
+    const QString name = QFile::symLinkTarget(QStringLiteral("/proc/self/fd/%1").arg(descriptor));
+    if (request == FS_IOC_GETFLAGS && name == casefolded) {
+        *static_cast<unsigned int*>(argument) = FS_CASEFOLD_FL;
+        return 0;
+    }
+    return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
+}
 
 class MacHelpersLinuxTest : public QObject
 {
@@ -230,6 +255,7 @@ private slots:
         const QByteArray launcher = path(name.constData());
         const Arguments arguments({"-c", script, path("out")});
         PrivilegedTool tool = {launcher.constData(), "/bin/sh", arguments.get(), ToolUse::Detached};
+        const int descriptors = openDescriptors();
         QTEST(startPrivilegedTool(tool), "detachedResult");
         QCOMPARE(waitpid(-1, nullptr, __WALL), -1);
         if (script.contains("ran")) {
@@ -245,6 +271,16 @@ private slots:
         QCOMPARE(startPrivilegedTool(tool), ENOENT);
         tool.use = ToolUse::Detached;
         QCOMPARE(startPrivilegedTool(tool), ENOENT);
+        QCOMPARE(openDescriptors(), descriptors);
+    }
+
+    void interruptedStart()
+    {
+        QFile::link(QCoreApplication::applicationFilePath(), folder_.filePath("launcher127"));
+        const Interruptions interruptions;
+        QCOMPARE(
+            startPrivilegedTool({path("launcher127"), "/bin/sh", Arguments({}).get(), ToolUse::Detached}),
+            EACCES);
     }
 
     void processes()
@@ -434,6 +470,18 @@ private slots:
         QCOMPARE(letters("msdos", "rw"), QByteArray("a"));
         QCOMPARE(letters("fuseblk", "rw"), QByteArray("a kept"));
         QCOMPARE(letters("iso9660", "ro,check=r,map=n"), QByteArray("a kept"));
+    }
+
+    void casefoldedFolder()
+    {
+        casefolded = QFileInfo(folder_.path()).canonicalFilePath();
+        write(path("file"), "");
+        const auto folder = letterCaseOf(QFile::encodeName(casefolded));
+        const auto file = letterCaseOf(path("file"));
+        casefolded.clear();
+        QVERIFY(folder && !folder->isSensitive && folder->isPreserving);
+        QVERIFY(file && !file->isSensitive && file->isPreserving);
+        QVERIFY(letterCaseOf("/proc")->isSensitive);
     }
 
     void executablesVolume()

@@ -2,6 +2,9 @@
 
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
+#include "systeminfo/mac/norvexSystemInfoMac.h"
+#include "tests/interruptions.h"
+#include "tests/scriptedServices.h"
 
 #include <QtTest>
 
@@ -17,97 +20,6 @@
 namespace {
 
 using namespace norvex;
-
-class ScriptedServices : public ApplicationServices
-{
-public:
-    QStringList calls;
-    std::int32_t version[3] = {10, 6, 0};
-    int failingVersion = -1;
-    std::vector<RunningApplication> instances;
-    bool canActivate = true;
-    std::int32_t runningProcess = 0;
-    int volumeValue = 1;
-    bool volumeKnown = true;
-    std::optional<std::string> string;
-    std::int32_t authorizationError = 0;
-    std::int32_t startError = 0;
-    std::function<int()> child; ///< what the tool does; its result is the exit code
-    bool offersBegin = true;
-    bool offersEnd = true;
-    quintptr nextActivity = 1;
-    int openPools = 0;
-
-    std::int16_t gestalt(SystemVersionPart part, std::int32_t& value) override
-    {
-        const int index = int(part) - int(SystemVersionPart::Major);
-        value = version[index];
-        return called("gestalt", index) && index == failingVersion ? -5551 : 0;
-    }
-    PlatformObject createPool() override { return ++openPools, this; }
-    void drainPool(PlatformObject) noexcept override { --openPools; }
-    std::vector<RunningApplication> runningInstances() override { return called("instances"), instances; }
-    std::int32_t processIdentifier(RunningApplication application) override { return int(application); }
-    std::int32_t currentProcessIdentifier() override { return called("current"), 7; }
-    bool activate(RunningApplication other) override { return called("activate", int(other)) && canActivate; }
-    bool isApplicationRunning(std::int32_t process) override
-    {
-        return called("running") && process == runningProcess;
-    }
-    bool executableVolumeCaseSensitivity(int& value) override
-    {
-        value = volumeValue;
-        return called("volume") && volumeKnown;
-    }
-    const char* applicationPath(const char* identifier) override
-    {
-        return called("path") && qstrcmp(identifier, "known") == 0 ? "/path" : nullptr;
-    }
-    bool fileExists(const char* path) override { return qstrcmp(path, "missing") != 0; }
-    bool propertyListString(const char*, const char*, std::string& text) override
-    {
-        text = string.value_or("");
-        return string.has_value();
-    }
-    std::int32_t createAuthorization(PlatformObject& authorization) override
-    {
-        authorization = authorizationError == 0 ? this : nullptr;
-        return authorizationError;
-    }
-    std::int32_t executeWithPrivileges(PlatformObject, const char*, char* const* arguments,
-                                       ToolUse use) override
-    {
-        struct sigaction action = {};
-        sigaction(SIGCHLD, nullptr, &action);
-        called(use == ToolUse::Awaited ? "start awaited" : "start detached", action.sa_handler == SIG_DFL);
-        if (startError == 0 && child && fork() == 0) {
-            _exit(child());
-        }
-        return *arguments ? -1 : startError;
-    }
-    void freeAuthorization(PlatformObject) noexcept override { called("free"); }
-    bool canBeginActivity() override { return offersBegin; }
-    bool canEndActivity() override { return offersEnd; }
-    PlatformObject beginActivity(const char* reason) override
-    {
-        called(reason);
-        return reinterpret_cast<PlatformObject>(nextActivity); // NOLINT(performance-no-int-to-ptr): a token
-    }
-    void endActivity(PlatformObject activity) noexcept override { called("end", int(quintptr(activity))); }
-    void retain(PlatformObject object) noexcept override { called("retain", int(quintptr(object))); }
-    void release(PlatformObject object) noexcept override { called("release", int(quintptr(object))); }
-    double mainScreenScaleFactor() override { return 2.0; }
-    void log(const char* message) override { called(message); }
-
-private:
-    /// Notes a call, its argument if there is one, and whether a pool is open.
-    bool called(const char* what, int argument = -1)
-    {
-        calls << QLatin1String(what) + (argument == -1 ? QString() : QStringLiteral(" %1").arg(argument)) +
-                     QLatin1String(openPools ? "" : " outside");
-        return true;
-    }
-};
 
 /// With a core dump, where the signal and the system have one; it goes away with the folder.
 int dieOf(int signalNumber)
@@ -264,6 +176,15 @@ private slots:
         QTEST(buffer, "buffer");
     }
 
+    void driverThatVanishes()
+    {
+        services_->string = "1.2";
+        services_->existing = 1;
+        QCOMPARE(
+            norvex::SystemInfo::MacSysInfo::checkFtdiDriver(),
+            QString("FTDI driver\nCFBundleVersion: 1.2\nUnexpected error code -1 for key CFBundleName\n"));
+    }
+
     void appNap()
     {
         services_->offersBegin = false;
@@ -337,8 +258,16 @@ private slots:
         QVERIFY(after.sa_sigaction == noteChild && sigismember(&after.sa_mask, SIGUSR2) == 1);
         QCOMPARE(after.sa_flags & (SA_SIGINFO | SA_RESTART | SA_NOCLDSTOP), own.sa_flags);
         const QString start = QLatin1String(waits ? "start awaited 1 outside" : "start detached 0 outside");
-        QCOMPARE(services_->calls, authorizationError ? QStringList() : QStringList({start, "free outside"}));
+        QCOMPARE(services_->calls,
+                 authorizationError ? QStringList("free outside") : QStringList({start, "free outside"}));
         QCOMPARE(waitpid(-1, nullptr, WNOHANG), -1);
+    }
+
+    void interruptedWait()
+    {
+        services_->child = [] { return usleep(100000); };
+        const Interruptions interruptions;
+        QVERIFY(executeWithAuthorization("/tool", nullptr, true));
     }
 };
 

@@ -1,5 +1,6 @@
 #include "tests/macTools.h"
 
+#include "tests/cases.h"
 #include "tests/referenceFormatting.h"
 
 #include <QHash>
@@ -121,116 +122,63 @@ enum Kind { Text, Quoted, YesNo, Number, Size, Bytes, Memory, FirstText, Hex2, H
 
 struct Row
 {
-    const char* label;
-    const char* key;
+    QString label;
+    QString key;
     Where where;
     Kind kind;
 };
 
-const Row diskRows[] = {
-    {"  Model:         ", "Model", Own, Text},
-    {"  BSD Name:      ", "BSD Name", Below, Text},
-    {"  Size:          ", "Size", Below, Size},
-    {"  Revision:      ", "Revision", Own, Text},
-    {"  Serial Number: ", "Serial Number", Own, Text},
-    {"  NCQ:           ", "NCQ", Own, YesNo},
-    {"  Queue Depth:   ", "Queue Depth", Own, Number},
-    {"  Medium Type:   ", "Medium Type", Characteristics, Text},
-    {"  AHCI Port Number:          ", "AHCI Port Number", ParentProtocol, Number},
-    {"  Physical interconnect:     ", "Physical Interconnect", ParentProtocol, Text},
-    {"  Physical interconnect Loc: ", "Physical Interconnect Location", ParentProtocol, Text},
-    {"  Port Speed:                ", "Port Speed", ParentProtocol, Text},
-};
-
-const Row atapiRows[] = {
-    {"  Model:                     ", "Model", Own, Text},
-    {"  Revision:                  ", "Revision", Own, Text},
-    {"  Serial Number:             ", "Serial Number", Own, Text},
-    {"  Physical Interconnect:     ", "Physical Interconnect", Own, Text},
-    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Own, Text},
-};
-
-const Row nvmeRows[] = {
-    {"  Model:                     ", "Model Number", Own, Text},
-    {"  Firmware Revision:         ", "Firmware Revision", Own, Text},
-    {"  Serial Number:             ", "Serial Number", Own, Text},
-    {"  Physical Interconnect:     ", "Physical Interconnect", Own, Text},
-    {"  Physical Interconnect Loc: ", "Physical Interconnect Location", Own, Text},
-    {"  BSD Name:                  ", "BSD Name", Below, Text},
-    {"  Size:                      ", "Size", Below, Size},
-    {"  Removable:                 ", "Removable", Below, YesNo},
-    {"  Ejectable:                 ", "Ejectable", Below, YesNo},
-};
-
-const Row ethernetRows[] = {
-    {"  BSD Name:         ", "BSD Name", Own, Text},
-    {"  Built-in:         ", "IOBuiltin", Own, YesNo},
-    {"  Enabled:          ", "IOControllerEnabled", Own, YesNo},
-    {"  Primary IF:       ", "IOPrimaryInterface", Own, YesNo},
-    {"  802.11 wireless:  ", "IO80211Interface", Own, YesNo},
-    {"  802.11 Band:           ", "IO80211Band", Own, Text},
-    {"  802.11 Country Code:   ", "IO80211CountryCode", Own, Text},
-    {"  802.11 Locale:         ", "IO80211Locale", Own, Text},
-    {"  802.11 Driver Version: ", "IO80211DriverVersion", Own, Text},
-    {"  802.11 SSID:           ", "IO80211SSID", Own, Text},
-    {"  802.11 Channel:        ", "IO80211Channel", Own, Number},
-    {"  802.11 BSSID:          ", "IO80211BSSID", Own, Bytes},
-    {"  AppleUSBEthernet: ", "AppleUSBEthernet", Parent, YesNo},
-    {"  Model:            ", "IOModel", Parent, Text},
-    {"  Vendor:           ", "IOVendor", Parent, Text},
-    {"  Product name:     ", "Product Name", Parent, Text},
-    {"  Chip:             ", "Chip", Parent, Text},
-    {"  MAC address:      ", "IOMACAddress", Parent, Bytes},
-};
-
-const Row platformRows[] = {
-    {"Serial number: ", "IOPlatformSerialNumber", Own, Quoted},
-    {"UUID: ", "IOPlatformUUID", Own, Quoted},
-};
-
-const Row graphicsRows[] = {
-    {"   Model:      ", "model", Own, FirstText},
-    {"   VRAM total: ", "VRAM,total", Below, Memory},
-};
-
-const Row usbRows[] = {
-    {"Device name: ", "IORegistryEntryName", Own, Quoted},
-    {"Vendor ID: 0x", "idVendor", Own, Hex4},
-    {"Product ID:  0x", "idProduct", Own, Hex4},
-    {"Location ID: 0x", "locationID", Own, Hex8},
-    {"USB Address: 0x", "USB Address", Own, Hex2},
-    {"Speed:       0x", "Device Speed", Own, Code},
-    {"USB Product Name: ", "USB Product Name", Own, Quoted},
-    {"USB Vendor Name: ", "USB Vendor Name", Own, Quoted},
-};
-
-const Row serialRows[] = {
-    {"Device Name: ", "IOCalloutDevice", Own, Quoted},
-    {"channel: ", "channel", Parent, Quoted},
-    {"Parent driver class: ", "IOObjectClass", Grandparent, Quoted},
-    {"Provider Class: ", "IOProviderClass", Grandparent, Quoted},
-};
-
 struct Devices
 {
-    const char* heading;
-    const char* className;
-    const Row* rows;
-    std::size_t count;
+    QString heading;
+    QString className;
+    QVector<Row> rows;
 };
 
-const Devices deviceGroups[] = {
-    {"AHCI disk (from IOKit)", "AppleAHCIDiskDriver", diskRows, sizeof diskRows / sizeof(Row)},
-    {"AHCI Serial ATAPI (from IOKit)", "IOAHCISerialATAPI", atapiRows, sizeof atapiRows / sizeof(Row)},
-    {"NVMEXpress devices (from IOKit)", "IONVMeController", nvmeRows, sizeof nvmeRows / sizeof(Row)},
-    {"Ethernet interfaces (from IOKit)", "IOEthernetInterface", ethernetRows,
-     sizeof ethernetRows / sizeof(Row)},
-    {"Platform info (from IOKit)", "IOPlatformExpertDevice", platformRows, sizeof platformRows / sizeof(Row)},
-    {"Graphics card info (from IOKit)", "IOPCIDevice", graphicsRows, sizeof graphicsRows / sizeof(Row)},
-    {"Attached USB devices (from IOKit):", "IOUSBDevice", usbRows, sizeof usbRows / sizeof(Row)},
-    {"RS232 Serial Devices Info (from IOKit)", "IOSerialBSDClient", serialRows,
-     sizeof serialRows / sizeof(Row)},
-};
+/// The lines of a data file's case, at their bars.
+QVector<QStringList> linesOf(const Case& each)
+{
+    QVector<QStringList> lines;
+    for (const QString& line : each.texts.value(0).split('\n')) {
+        lines += line.split('|');
+    }
+    return lines;
+}
+
+const QVector<Case>& lineCases()
+{
+    static const QVector<Case> cases = casesIn("macTools/lines.txt");
+    return cases;
+}
+
+QVector<Devices> readDeviceGroups()
+{
+    const QStringList places = {"Own",    "Below",      "DeviceCharacteristics", "ParentProtocol",
+                                "Parent", "Grandparent"};
+    const QStringList kinds = {"Text",   "Quoted",    "YesNo", "Number", "Size", "Bytes",
+                               "Memory", "FirstText", "Hex2",  "Hex4",   "Hex8", "Code"};
+    QVector<Devices> groups;
+    for (const Case& each : lineCases()) {
+        const QVector<QStringList> lines = linesOf(each);
+        Devices group = {each.name, lines.value(0).value(0), {}};
+        for (const QStringList& line : lines.mid(1)) {
+            if (line.size() == 4) {
+                group.rows +=
+                    {line[0], line[1], Where(places.indexOf(line[2])), Kind(kinds.indexOf(line[3]))};
+            }
+        }
+        if (!group.rows.isEmpty()) {
+            groups += group;
+        }
+    }
+    return groups;
+}
+
+const QVector<Devices>& deviceGroups()
+{
+    static const QVector<Devices> groups = readDeviceGroups();
+    return groups;
+}
 
 QString listCommand(const QString& className)
 {
@@ -342,7 +290,7 @@ public:
     }
 
 private:
-    bool isListed(const QVariantMap& device, const char* className) const
+    bool isListed(const QVariantMap& device, const QString& className) const
     {
         const QVariantList list = readPropertyList(outputs_.value(listCommand(className))).toList();
         return std::any_of(list.begin(), list.end(), [&](const QVariant& entry) {
@@ -352,7 +300,7 @@ private:
 
     static bool isReported(const Devices& group, const QVariantMap& device)
     {
-        if (qstrcmp(group.className, "IOPCIDevice") == 0) {
+        if (group.className == "IOPCIDevice") {
             return device.value("IOName").toString().compare("display", Qt::CaseInsensitive) == 0;
         }
         const QVariant type = Registry::search(device, "IOSerialBSDClientType");
@@ -362,8 +310,7 @@ private:
     Block deviceBlock(const Devices& group, const QVariantMap& device) const
     {
         Block block;
-        for (std::size_t index = 0; index < group.count; ++index) {
-            const Row& row = group.rows[index];
+        for (const Row& row : group.rows) {
             const QString text = valueText(deviceValue(device, row), row.kind);
             const bool isOpenEnd = row.kind == Hex4 || row.kind == Hex2 || row.kind == Code;
             block.push_back({"ioreg", row.label, text.isNull() ? QString() : row.label + text, isOpenEnd});
@@ -374,7 +321,7 @@ private:
     QVariant deviceValue(const QVariantMap& device, const Row& row) const
     {
         const QVariantMap parent = registry_.parent(device);
-        if (row.kind == YesNo && (row.where == Parent || qstrcmp(row.key, "IO80211Interface") == 0)) {
+        if (row.kind == YesNo && (row.where == Parent || row.key == "IO80211Interface")) {
             // A class, not a key: whether the entry is one of it.
             return isListed(row.where == Parent ? parent : device, row.key);
         }
@@ -397,7 +344,8 @@ private:
 
 // What is one of a kind
 
-void expect(Block& block, const char* tool, const char* label, const QString& value, bool isOpenEnd = false)
+void expect(Block& block, const char* tool, const QString& label, const QString& value,
+            bool isOpenEnd = false)
 {
     block.push_back({tool, label, value.isEmpty() ? QString() : label + value, isOpenEnd});
 }
@@ -418,34 +366,8 @@ Block systemFacts(const Tools& tools)
 Block processorFacts(const Tools& tools)
 {
     Block block;
-    static const struct
-    {
-        const char* label;
-        const char* name;
-        bool isOpenEnd;
-    } rows[] = {
-        {"Model: ", "hw.model", false},
-        {"Number of physical cores: ", "hw.physicalcpu_max", false},
-        {"Number of virtual cores: ", "hw.ncpu", false},
-        {"CPU type: ", "hw.cputype", true},
-        {"CPU sub type: ", "hw.cpusubtype", true},
-        {"CPU 64bit capable: ", "hw.cpu64bit_capable", false},
-        {"CPU vendor: ", "machdep.cpu.vendor", false},
-        {"CPU brand name: ", "machdep.cpu.brand_string", false},
-        {"CPU family: ", "machdep.cpu.family", false},
-        {"CPU model: ", "machdep.cpu.model", false},
-        {"CPU extmodel: ", "machdep.cpu.extmodel", false},
-        {"CPU extfamily: ", "machdep.cpu.extfamily", false},
-        {"CPU stepping: ", "machdep.cpu.stepping", false},
-        {"CPU signature: ", "machdep.cpu.signature", false},
-        {"CPU microcode version: ", "machdep.cpu.microcode_version", false},
-        {"CPU logical per package: ", "machdep.cpu.logical_per_package", false},
-        {"CPU cores per package: ", "machdep.cpu.cores_per_package", false},
-        {"CPU features: ", "machdep.cpu.features", false},
-        {"Byte order: ", "hw.byteorder", true},
-    };
-    for (const auto& row : rows) {
-        expect(block, "sysctl", row.label, tools.sysctl(row.name), row.isOpenEnd);
+    for (const QStringList& line : linesOf(lineCases().last())) {
+        expect(block, "sysctl", line.value(0), tools.sysctl(line.value(1)), line.size() > 2);
     }
     const QString family = tools.sysctl("hw.cpufamily");
     const uint number = family.startsWith('-') ? uint(family.toInt()) : family.toUInt();
@@ -633,9 +555,9 @@ void compareGroup(Comparison& result, const QStringList& lines, const Tools& too
 {
     const QString heading = lines.value(0);
     const QStringList values = lines.mid(1);
-    const auto group = std::find_if(std::begin(deviceGroups), std::end(deviceGroups),
+    const auto group = std::find_if(deviceGroups().begin(), deviceGroups().end(),
                                     [&](const Devices& other) { return heading == other.heading; });
-    if (group != std::end(deviceGroups)) {
+    if (group != deviceGroups().end()) {
         compareDevices(result, blocksOf(values), tools.devices(*group));
         if (heading.startsWith("Ethernet")) {
             compareAddresses(result, blocksOf(values), tools);
@@ -664,7 +586,7 @@ QStringList commands(const QString& report)
                         listCommand("IO80211Interface"),
                         listCommand("AppleUSBEthernet"),
                         "networksetup -listallhardwareports"};
-    for (const Devices& group : deviceGroups) {
+    for (const Devices& group : deviceGroups()) {
         list += listCommand(group.className);
     }
     const QString label = "  Mount to:         ";

@@ -6,10 +6,11 @@
 
 #include <QApplication>
 #include <QDateTime>
-#include <QScreen>
+#include <QHostInfo>
 #include <QtTest>
 
 #include <ctime>
+#include <unistd.h>
 
 using namespace norvex::SystemInfo;
 using namespace norvex::SystemInfo::Internal;
@@ -18,7 +19,63 @@ namespace {
 
 const char centralEurope[] = "CET-1CEST,M3.5.0,M10.5.0/3";
 
+/// Variables of the environment, with these values as long as this lives.
+class Variables
+{
+public:
+    explicit Variables(const QMap<QByteArray, QByteArray>& values) { exchange(values); }
+    Variables(const Variables&) = delete;
+    Variables& operator=(const Variables&) = delete;
+    ~Variables() { exchange(QMap<QByteArray, QByteArray>(previous_)); }
+
+private:
+    void exchange(const QMap<QByteArray, QByteArray>& values)
+    {
+        for (auto each = values.begin(); each != values.end(); ++each) {
+            previous_[each.key()] = qgetenv(each.key());
+            each.value().isNull() ? qunsetenv(each.key()) : qputenv(each.key(), each.value());
+        }
+    }
+
+    QMap<QByteArray, QByteArray> previous_;
+};
+
+QString interfaceBlocks()
+{
+    QString blocks;
+    for (const QNetworkInterface& iface : QNetworkInterface::allInterfaces()) {
+        blocks += interfaceBlock(
+            {iface.humanReadableName(), iface.hardwareAddress(), iface.flags(), iface.addressEntries()});
+    }
+    blocks.chop(1);
+    return blocks;
 }
+
+/// The lines of the frozen text, with what differs from one machine to another in place of "{name}".
+QStringList frozenLines()
+{
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QMap<QString, QString> values = {
+        {"built", QT_VERSION_STR},
+        {"runs", qVersion()},
+        {"order", Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? "Little Endian" : "Big Endian"},
+        {"bits", QString::number(8 * sizeof(void*))},
+        {"bytes", QString::number(sizeof(void*))},
+        {"folder", folder},
+        {"process", QString::number(getpid())},
+        {"host", QSysInfo::machineHostName()},
+        {"domain", QHostInfo::localDomainName()},
+        {"interfaces", interfaceBlocks()},
+    };
+    QFile file(NORVEX_TEST_DATA "/qtPart.txt");
+    QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString("<missing>");
+    for (auto each = values.begin(); each != values.end(); ++each) {
+        text.replace('{' + each.key() + '}', each.value());
+    }
+    return text.split('\n');
+}
+
+} // namespace
 
 class QtSectionsTest : public QObject
 {
@@ -74,78 +131,6 @@ private slots:
         QCOMPARE(measurementSystemName(QLocale("en_GB").measurementSystem()), QString("unknown"));
     }
 
-    void screenNumbers()
-    {
-        const ScreenFacts screen{"100%1 Monitor",
-                                 109.00732,
-                                 1e6,
-                                 72,
-                                 1e-5,
-                                 1.5,
-                                 60.000001,
-                                 QSizeF(597, 336),
-                                 QSize(2560, 1440),
-                                 24,
-                                 Qt::InvertedLandscapeOrientation,
-                                 Qt::PrimaryOrientation,
-                                 Qt::LandscapeOrientation};
-        QCOMPARE(screenLines(3, screen),
-                 QString("#3\n  Name: 100%1 Monitor\n  Physical DPI x: 109.007  y: 1e+06\n"
-                         "  Logical  DPI x: 72  y: 1e-05\n  devicePixelRatio: 1.5\n  RefreshRate: 60 Hz\n"
-                         "  PhysicalSize (width x height): 597mm x 336mm  23.5039inch x 13.2283inch\n"
-                         "                diagonal: 685.058mm 26.9708inch\n"
-                         "  Size (width x height): 2560 x 1440\n  Color depth: 24\n"
-                         "  Orientation: 8\n  Native Orientation: 0\n  Primary Orientation: 2\n"));
-        QVERIFY(screenLines(1, ScreenFacts())
-                    .contains("): 0mm x 0mm  0inch x 0inch\n                diagonal: 0mm 0inch\n"));
-    }
-
-    void desktops()
-    {
-        const QList<DesktopScreen> screens = {{QRect(0, 23, 800, 877), QRect(0, 0, 800, 900)},
-                                              {QRect(800, 0, 100000, 20), QRect(800, 0, 100000, 1080)}};
-        const DesktopFacts desktop{1, screens, screens.at(0), true, QRect(0, 0, 3360, 1080)};
-        QCOMPARE(
-            desktopLines(desktop),
-            QString(
-                "Number of screens:  2\nPrimary screen:     #1\n"
-                "Screen #0: available Geometry width:   800, height:   877   screen Geometry width:   800, "
-                "height:   900\n"
-                "Screen #1: available Geometry width: 100000, height:    20   screen Geometry width: 100000, "
-                "height:  1080\n"
-                "Screen -1: available Geometry width:   800, height:   877   screen Geometry width:   800, "
-                "height:   900\n"
-                "isVirtualDesktop:   1\nVirtual Desktop Geometry: width:  3360, height  1080\n"));
-    }
-
-    /// Runs on platforms with no screen, with one, and with two that are one desktop.
-    void screensOfThisPlatform()
-    {
-        const QList<QScreen*> screens = QGuiApplication::screens();
-        QString expected = "QScreen\n";
-        QString desktop =
-            QString("QDesktopWidget\nNumber of screens:  %1\nPrimary screen:     #0\n").arg(screens.size());
-        const auto line = [&](const QString& number, const QScreen* screen) {
-            const QSize available = screen ? screen->availableSize() : QSize(0, 0);
-            const QSize whole = screen ? screen->size() : QSize(0, 0);
-            return QString("Screen %1: available Geometry width: %2, height: %3   screen Geometry width: %4, "
-                           "height: %5\n")
-                .arg(number)
-                .arg(available.width(), 5)
-                .arg(available.height(), 5)
-                .arg(whole.width(), 5)
-                .arg(whole.height(), 5);
-        };
-        for (int i = 0; i < screens.size(); ++i) {
-            expected += screenLines(i + 1, screenFacts(*screens.at(i)));
-            desktop += line(QString("#%1").arg(i), screens.at(i));
-        }
-        desktop += line("-1", screens.value(0));
-        desktop += QString("isVirtualDesktop:   %1\n").arg(int(screens.size() > 1));
-        QCOMPARE(qtScreens(), expected);
-        QCOMPARE(qtDesktop().section("Virtual Desktop", 0, 0), desktop);
-    }
-
     void printers()
     {
         QCOMPARE(printerSection({}), QString("QPrinterInfo\nAvailable printers:\n    <None>\n"));
@@ -178,42 +163,46 @@ private slots:
                           "fe80::1 , ffff:ffff:ffff:ffff:: , \n");
     }
 
-    void labelledSections()
+    /// The whole Qt part of a report, as its readers have always known it.
+    void qtPart()
     {
-        QCoreApplication::setOrganizationName("Example Organisation");
-        QVERIFY(qtCoreApplication().contains(
-            QString("\nApplication PID:      %1\nOrganization Domain:  \nOrganization Name:    Example "
-                    "Organisation\nLibrary Paths:        ")
-                .arg(QCoreApplication::applicationPid())));
-        qputenv("NORVEX_TEST_VARIABLE", "50% of %1  = two ");
-        QVERIFY(qtSystemEnvironment().contains("\n  NORVEX_TEST_VARIABLE=50% of %1  = two \n"));
-        QCOMPARE(qtDesktopServices().count('\n'), 16);
-        QVERIFY(qtDesktopServices().contains("\nHome:                      " + QDir::homePath() +
-                                             "\nHome [displayName]         "));
-    }
-
-    void reportFrame()
-    {
-        const QString hyphens = QString(72, '-') + "\n";
-        const QString banner = "###### System informations retrieved using Qt #######\n";
+#ifndef Q_OS_LINUX
+        QTest::qSkip("the folders are those of Linux", __FILE__, __LINE__);
+        return;
+#endif
+        QCoreApplication::setApplicationName("a name");
+        QCoreApplication::setApplicationVersion("a version");
+        QCoreApplication::setOrganizationName("an organisation");
+        QCoreApplication::setOrganizationDomain("a domain");
+        QLocale::setDefault(QLocale("fr_CA"));
+        const QStringList libraryPaths = QCoreApplication::libraryPaths();
+        QCoreApplication::setLibraryPaths({"/nonexistent/a", "/nonexistent/b"});
+        const Variables variables({{"HOME", "/nonexistent/home"},
+                                   {"TMPDIR", "/usr"},
+                                   {"XDG_CONFIG_HOME", "/nonexistent/configuration"},
+                                   {"XDG_DATA_HOME", "/nonexistent/data"},
+                                   {"NORVEX_TEST_VARIABLE", "50% of %1  = two "}});
         const QString report = allInfos(true);
-        const int bannerAt = report.indexOf(hyphens + banner);
+        QCoreApplication::setLibraryPaths(libraryPaths);
         QVERIFY(report.startsWith("############ Macintosh specific section ###########\n"));
-        QVERIFY(bannerAt > 0);
-
-        const QString qtPart = report.mid(bannerAt + hyphens.size() + banner.size());
-        QString expected = hyphens;
-        for (const auto& section :
-             {qtGlobal(), qtCoreApplication(), qtLocale(), qtScreens(), qtDesktop(), qtDesktopServices(),
-              qtPrinterInfo(), qtHostInfo(), NetworkInfo::allInfos(), qtSystemEnvironment()}) {
-            expected += section + hyphens;
+        const QStringList lines = report.mid(report.indexOf("###### System informations")).split('\n');
+        int next = 0;
+        bool skips = false;
+        for (const QString& line : frozenLines()) {
+            if (line == "...") { // any lines
+                skips = true;
+                continue;
+            }
+            next = skips ? lines.indexOf(line, next) : next;
+            QVERIFY2(next >= 0, qPrintable(line));
+            QCOMPARE(lines.value(next++), line);
+            skips = false;
         }
-        QCOMPARE(qtPart.left(qtPart.indexOf(hyphens)).count('\n'), 3);
-        QCOMPARE(qtPart.mid(qtPart.indexOf(hyphens)), expected);
+        QCOMPARE(next, lines.size());
 
         QString openGL;
         CScanOpenGLInfo().getInfo(openGL);
-        QVERIFY(allInfos(false).endsWith(expected + openGL + hyphens));
+        QVERIFY(allInfos(false).endsWith('\n' + openGL + separator()));
     }
 
     void versions()
@@ -228,5 +217,12 @@ private slots:
     }
 };
 
-QTEST_MAIN(QtSectionsTest)
+int main(int argc, char** argv)
+{
+    qputenv("LC_ALL", "de_CH.UTF-8"); // Qt reads it once
+    QApplication application(argc, argv);
+    QtSectionsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "qtSectionsTest.moc"

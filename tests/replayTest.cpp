@@ -148,19 +148,23 @@ void ReplayTest::processorNames()
     QCOMPARE(cpuInfo(), expected);
 }
 
+/// The ends of the table, and some between. Their neighbours have no name.
 void ReplayTest::usbVendors()
 {
-    QMap<unsigned, QString> known;
-    for (const QStringList& row : tableOf("usbVendors.txt")) {
-        known[row.at(0).toUInt(nullptr, 16)] = row.at(1);
+    const auto rows = tableOf("usbVendors.txt");
+    QVERIFY(rows.size() > 5);
+    for (const QStringList& row : rows) {
+        const unsigned id = row[0].toUInt(nullptr, 16);
+        QCOMPARE(convertUsbVendorIdToName(id), row[1]);
+        for (const unsigned other : {id - 1, id + 1, id + 0x10000, id + 0x80000000}) {
+            QVERIFY2(convertUsbVendorIdToName(other).isNull(), qPrintable(row[0]));
+        }
     }
-    QCOMPARE(known.size(), 64);
+    int names = 0;
     for (unsigned id = 0; id < 0x30000; ++id) {
-        const QString name = convertUsbVendorIdToName(id);
-        QCOMPARE(name, known.value(id));
-        QCOMPARE(name.isNull(), !known.contains(id));
+        names += convertUsbVendorIdToName(id).isNull() ? 0 : 1;
     }
-    QVERIFY(convertUsbVendorIdToName(0x800005ac).isNull());
+    QCOMPARE(names, 64);
 }
 
 QTEST_GUILESS_MAIN(ReplayTest)

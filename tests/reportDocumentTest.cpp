@@ -1,3 +1,4 @@
+#include "cases.h"
 #include "recordingSupport.h"
 #include "reportGenerator.h"
 #include "systeminfo/norvexReport.h"
@@ -36,12 +37,6 @@ QStringList reportFiles()
         }
     }
     return files;
-}
-
-/// A row of a table under a name of one line.
-QTestData& row(QString name)
-{
-    return QTest::addRow("%s", qPrintable(name.replace('\n', ' ')));
 }
 
 QString joined(const QVector<CReportItem>& items)
@@ -124,6 +119,7 @@ private slots:
     void values();
     void numbers_data();
     void numbers();
+    void json_data();
     void json();
     void jsonText_data();
     void jsonText();
@@ -280,49 +276,7 @@ void ReportDocumentTest::longTexts()
 
 void ReportDocumentTest::sections_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char* name, const QString& text, const QString& expected) {
-        QTest::newRow(name) << text << expected;
-    };
-    row("nothing", "", "");
-    row("banners alone", macBanner + qtBanner, "");
-    row("two of a group", "MacOS version: \nKernel information:\n" + separatorLine,
-        "macintosh osVersion, macintosh kernelInfo");
-    row("the group's first is missing", separatorLine + "Byte order: 1\n" + separatorLine,
-        "macintosh cpuInfo");
-    row("a value like a heading", "FTDI driver\nVolumes\n" + separatorLine + "QLocale\n",
-        "macintosh checkFtdiDriver, qt qtLocale");
-    row("a value like a later heading", "Volumes\n/a\nFTDI driver\n" + separatorLine,
-        "macintosh listFileSystemVolumesInfo");
-    row("the same without a separator", "FTDI driver\nVolumes\n",
-        "macintosh checkFtdiDriver, macintosh listFileSystemVolumesInfo");
-    row("blanks at the ends lost", "#### QGLFormat ####\n" + separatorLine.trimmed() + "  \nQScreen \n",
-        "qt openGL, qt qtScreens");
-    row("unknown", macBanner + "New things:\na: 1\n" + separatorLine, "macintosh New things");
-    row("unknown without a heading", windowsBanner + "Windows version: 10\nFree: 1\n",
-        "windows Windows version");
-    row("no Macintosh sections on Windows",
-        windowsBanner + "Volumes\n" + separatorLine + qtBanner + "QLocale\n", "windows Volumes, qt qtLocale");
-    row("before all banners", "Hello,\nsee below\n\n" + macBanner, " Hello,");
-    row("environment to the last separator",
-        environment + "  A=1\n" + separatorLine + "QLocale\n  B=2\n" + separatorLine + "End\n",
-        "qt qtSystemEnvironment,  End");
-    row("environment to OpenGL",
-        environment + "  A=1\n" + separatorLine + openGL + "  B=2\n" + separatorLine + openGL + separatorLine,
-        "qt qtSystemEnvironment, qt openGL");
-    row("OpenGL in a variable",
-        environment + "  A=1\n" + separatorLine + "#### QGLFormat #### \nsecret\n" + separatorLine,
-        "qt qtSystemEnvironment");
-    row("variables behind OpenGL",
-        environment + "  A=1\n" + separatorLine + openGL + "  B=2\n" + separatorLine,
-        "qt qtSystemEnvironment");
-    row("a separator in an environment alone", environment + "  A=1\n" + separatorLine + "2\n  B=3\n",
-        "qt qtSystemEnvironment");
-    row("environment and OpenGL alone", environment + "  A=1\n" + openGL,
-        "qt qtSystemEnvironment, qt openGL");
-    row("cut behind OpenGL's heading", environment + "  A=1\n" + separatorLine + "#### QGLFormat #### \nhas",
-        "qt qtSystemEnvironment, qt openGL");
+    addCases("reportDocument/sections.txt", {"text", "expected"});
 }
 
 void ReportDocumentTest::sections()
@@ -338,58 +292,7 @@ void ReportDocumentTest::sections()
 
 void ReportDocumentTest::values_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const QString& text, const QString& path, const QString& expected) {
-        ::row(path) << text << path << expected;
-    };
-    const QString disks =
-        "AHCI disk (from IOKit)\n#1\n  Model: a\n#2\n  Serial Number: S1  \n  BSD Name: disk0\n#3\n"
-        "  Serial Number:   \n  BSD Name: disk1\n#4\n  Model: a\n#5\n  NCQ: Yes\n";
-    row("CPU type: 7 = x86 \n", "cpuInfo/CPU type", "7 = x86");
-    row("CPU family: 1\nCPU family: 6\n", "cpuInfo/CPU family#2", "6");
-    row("CPU type: 7\n", "cpuInfo", "");
-    row("CPU type: 7\n", "cpuInfo/CPU", "");
-    row("Kernel information:\na/b[c]\\d: 1\n", "kernelInfo/a\\/b\\[c\\]\\\\d", "1");
-    row("Kernel information:\na#2: 1\na: 2\na: 3\n", "kernelInfo/a#3", "3");
-    row("FTDI driver\nA: 1\nFTDI driver\nA: 2\n", "checkFtdiDriver#2/A", "2");
-    row(disks, "ioKitSataDiskDevices[a]/Model", "a");
-    row(disks, "ioKitSataDiskDevices[S1]/BSD Name", "disk0");
-    row(disks, "ioKitSataDiskDevices[disk1]/BSD Name", "disk1");
-    row(disks, "ioKitSataDiskDevices[a#2]/Model", "a");
-    row(disks, "ioKitSataDiskDevices[5]/NCQ", "Yes");
-    row("Volumes\n/Volumes/a\n  Free: 1\n/Volumes/b]: c\n  Free: 2\n",
-        "listFileSystemVolumesInfo[/Volumes/b\\]: c]/Free", "2");
-    row("Volumes\n/a\n  Free: 1\n", "listFileSystemVolumesInfo[\\/a]/Free", "1");
-    row("Ethernet interfaces (from IOKit)\n#1\n  Model: x\n  MAC address: 00:11\n",
-        "ioKitEthernetDevices[00:11]/Model", "x");
-    row("Graphics card info (from IOKit)\nCard #1\n   Model:      ???\n", "ioKitGraphicsCards[1]/Model",
-        "???");
-    row("Attached USB devices (from IOKit):\nDevice name: 'a'\nVendor ID: 0x05ac  = b\nProduct ID:  0x8290\n"
-        "Location ID: 0x14300000\n",
-        "ioKitUsbDevices[0x05ac:0x8290@0x14300000]/Device name", "a");
-    row("RS232 Serial Devices Info (from IOKit)\nlost\n" + QString(40, '_') +
-            "\nDevice Name: '/dev/a'\nchannel: ''0'\n",
-        "ioKitGetRs232SerialDevices[/dev/a]/channel", "'0");
-    row("QScreen\n#1\n  Name: a:b\n  Physical DPI x: 1  y: 2\n", "qtScreens[a:b]/Physical DPI", "x: 1  y: 2");
-    row("QCoreApplication:\nLibrary Paths:        a\n                      b c\n  d: e\n",
-        "qtCoreApplication/Library Paths", "a\nb c");
-    row("QPrinterInfo\nAvailable printers:\n   a: b\n   c    [default printer]\n",
-        "qtPrinterInfo/Available printers", "a: b\nc    [default printer]");
-    row("QPrinterInfo\nAvailable printers:\n    <None>\n", "qtPrinterInfo/Available printers", "");
-    row("Network Interfaces Info\n" + QString(55, '_') +
-            "\nen0: 1\nAddresses: IP , netmask , broadcast\n::1 , ff:: , \n1\n",
-        "network[en0: 1]/Addresses", "::1 , ff:: ,\n1");
-    row("Qt Global\nPointer size QSysInfo::Wordsize   64bits\n", "qtGlobal/Pointer size QSysInfo::Wordsize",
-        "64bits");
-    row("QDesktopServices\nHome [displayName]         a\n", "qtDesktopServices/Home \\[displayName\\]", "a");
-    row("#### QGLFormat #### \nglGetString(GL_VENDOR)   = a: b\n", "openGL/glGetString(GL_VENDOR)", "a: b");
-    row(environment + "  A= a \nB=2\n\n  c d=3\n  E==\n", "qtSystemEnvironment/A", " a \nB=2\n\n  c d=3");
-    row(environment + "  A=1\r\n  BASH_FUNC_f%%=() {\r\n}\r\n", "qtSystemEnvironment[BASH_FUNC_f%%]",
-        "() {\r\n}");
-    row(windowsBanner + "Processor information:\n  Number: 8\r\n12:30:00 no: label\n",
-        "Processor information/Number", "8");
+    addCases("reportDocument/values.txt", {"text", "path", "expected"});
 }
 
 void ReportDocumentTest::values()
@@ -402,34 +305,7 @@ void ReportDocumentTest::values()
 
 void ReportDocumentTest::numbers_data()
 {
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const QString& text, const QString& expected) { ::row(text) << text << expected; };
-    const QString disk = "AHCI disk (from IOKit)\n#1\n  Size: ";
-    row("L2 Cache size: 256.0 KByte", "262144 byte");
-    row("Physical RAM size: 1.9 GByte", "2040109465 byte");
-    row("Physical RAM size: 8388608.0 GByte", "9007199254740992 byte");
-    row("Physical RAM size: 8388608.1 GByte", "");
-    row("Physical RAM size: 99999999999999999999.9 GByte", "");
-    row("Physical RAM size: 3 Byte", "3 byte");
-    row("Physical RAM size: 3 Bytes", "");
-    row("Physical RAM size: -3 Byte", "");
-    row("Physical RAM size: about 3 Byte", "");
-    row("Physical RAM size: 1.5 KB", "");
-    row("MMU type: 3 Byte", "");
-    row("Bus clock speed: 100.0 MHz", "100000000 hertz");
-    row("Processor clock speed: 2.300 GHz", "2300000000 hertz");
-    row(disk + "0.9 KB", "921 byte");
-    row(disk + "1.5 MB", "1500000 byte");
-    row(disk + "500.2 GB", "500200000000 byte");
-    row("QScreen\n#1\n  RefreshRate: 59.94 Hz", "59 hertz");
-    row("QScreen\n#1\n  PhysicalSize (width x height): 488mm x 274.5mm  19.2126inch x 1e-05inch",
-        "488 millimetre, 274 millimetre, 19 inch, 0 inch");
-    row("QScreen\n#1\n                diagonal: 1.2345e+06mm 22.0339inch", "1234500 millimetre, 22 inch");
-    row("QScreen\n#1\n  diagonal: 1e+99mm 22.0339inch", "");
-    row("Attached USB devices (from IOKit):\nSpeed:       0x0 = low (up to 1.5Mbit/s)",
-        "1500000 bit a second");
-    row("Attached USB devices (from IOKit):\nSpeed:       0x9 = unknown", "");
+    addCases("reportDocument/numbers.txt", {"text", "expected"});
 }
 
 void ReportDocumentTest::numbers()
@@ -448,30 +324,16 @@ void ReportDocumentTest::numbers()
     QTEST(found.join(", "), "expected");
 }
 
+void ReportDocumentTest::json_data()
+{
+    addCases("reportDocument/json.txt", {"text", "expected"});
+}
+
 /// A document as a whole, member by member.
 void ReportDocumentTest::json()
 {
-    const QString text = macBanner + "\n\nMacOS version: \r\nKernel information:\r\n" + separatorLine +
-                         "L2 Cache size: 256.0 KByte\n" + separatorLine + "Volumes\n/a\n" + separatorLine +
-                         "QScreen\n#1\n" + "  diagonal: 254mm 10inch\n" + "  x\n  y\n  Name: a";
-    const QByteArray expected =
-        R"({"content":[{"banner":"macintosh","text":"############ Macintosh specific section ###########"},)"
-        R"({"line":"\n"},)"
-        R"({"content":[{"end":"\r\n","label":"MacOS version","text":"MacOS version: ","value":""}],)"
-        R"("half":"macintosh","section":"osVersion"},)"
-        R"({"content":[],"end":"\r\n","half":"macintosh","heading":"Kernel information:","section":"kernelInfo"},)"
-        R"({"separator":"------------------------------------------------------------------------"},)"
-        R"({"content":[{"label":"L2 Cache size","number":262144,"text":"L2 Cache size: 256.0 KByte","unit":"byte",)"
-        R"("value":"256.0 KByte"}],"half":"macintosh","section":"cpuInfo"},)"
-        R"({"separator":"------------------------------------------------------------------------"},)"
-        R"({"content":[{"block":"/a","content":[{"line":"/a"}]}],"half":"macintosh","heading":"Volumes",)"
-        R"("section":"listFileSystemVolumesInfo"},)"
-        R"({"separator":"------------------------------------------------------------------------"},)"
-        R"({"content":[{"block":"a","content":[{"line":"#1"},{"label":"diagonal","number":[254,10],)"
-        R"("text":"  diagonal: 254mm 10inch","unit":["millimetre","inch"],"value":"254mm 10inch"},)"
-        R"({"line":"  x\n  y"},{"end":"","label":"Name","text":"  Name: a","value":"a"}]}],)"
-        R"("half":"qt","heading":"QScreen","section":"qtScreens"}],"format":1})";
-    QCOMPARE(CReport::fromText(text).toJson().toJson(QJsonDocument::Compact), expected);
+    QFETCH(QString, text);
+    QTEST(QString::fromUtf8(CReport::fromText(text).toJson().toJson()), "expected");
 }
 
 void ReportDocumentTest::jsonText_data()
@@ -509,38 +371,14 @@ void ReportDocumentTest::jsonText()
 
 void ReportDocumentTest::jsonFailures_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const QByteArray& json, const QString& expected) {
-        ::row(json) << json << "This is no report: " + expected + ".";
-    };
-    const auto content = [](const QByteArray& items) { return R"({"format":1,"content":[)" + items + "]}"; };
-    row("", "document is no object");
-    row("[]", "document is no object");
-    row("{}", "document has another format than 1");
-    row(R"({"format":2,"content":[]})", "document has another format than 1");
-    row(R"({"format":"1","content":[]})", "document has another format than 1");
-    row(R"({"format":1})", "content is no list");
-    row(content("1"), "content[0] is no object");
-    row(content(R"({"line":"a"},{})"), "content[1] is no banner, section, separator or line");
-    row(content(R"({"line":1})"), "content[0].line is no text");
-    row(content(R"({"banner":"qt"})"), "content[0].text is no text");
-    row(content(R"({"section":"a"})"), "content[0].content is no list");
-    row(content(R"({"section":"a","content":[{"separator":"-"}]})"),
-        "content[0].content[0] is no entry, line, or block of a section");
-    row(content(R"({"section":"a","content":[{"block":"a","content":[{"block":"b","content":[]}]}]})"),
-        "content[0].content[0].content[0] is no entry, line, or block of a section");
-    row(content(R"({"line":"a","end":"x"})"), "content[0].end is no line end");
-    row(content(R"({"line":"a","end":1})"), "content[0].end is no line end");
-    row(content(R"({"line":"a","utf16":"0062"})"), "content[0].utf16 does not spell the text");
-    row(content(R"({"line":"a","utf16":"006"})"), "content[0].utf16 does not spell the text");
+    addCases("reportDocument/jsonFailures.txt", {"json", "expected"});
 }
 
 void ReportDocumentTest::jsonFailures()
 {
-    QFETCH(QByteArray, json);
+    QFETCH(QString, json);
     QString message;
-    QVERIFY(CReport::fromJson(QJsonDocument::fromJson(json), &message).isNull());
+    QVERIFY(CReport::fromJson(QJsonDocument::fromJson(json.toUtf8()), &message).isNull());
     QTEST(message, "expected");
 }
 
@@ -577,54 +415,7 @@ void ReportDocumentTest::limits()
 
 void ReportDocumentTest::compare_data()
 {
-    QTest::addColumn<QString>("older");
-    QTest::addColumn<QString>("newer");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const QString& older, const QString& newer, const QString& expected) {
-        ::row(expected) << older << newer << expected;
-    };
-    const auto usb = [](const QString& location, const QString& name) {
-        return "Device name: '" + name +
-               "'\nVendor ID: 0x05ac \nProduct ID:  0x8290\nLocation ID: " + location + "\n" +
-               QString(40, '_') + "\n";
-    };
-    const QString usbHeading = "Attached USB devices (from IOKit):\n";
-    const QString en0 = QString(55, '_') + "\nen0\nStatus: Up\n";
-    const QString en1 = QString(55, '_') + "\nen1\nStatus: Up\n";
-    row("Model: a\n", "Model: a  \r\n", "");
-    row("Model: a\n", macBanner + "Model: a\n" + separatorLine, "");
-    row("Model: a\n", "Model: b\n", "*macModel/Model a|b");
-    row("Model: a\n", "", "-macModel");
-    row("", "Model: a\nQLocale\n", "+macModel; +qtLocale");
-    row("MMU type: 1\nModel: a\n", "Model: a\nMMU type: 1\n", ">macModel");
-    row("Kernel information:\nBoottime: 1\n", "Kernel information:\nBoottime: 2\n",
-        "*kernelInfo/Boottime 1|2 ~");
-    row("QCoreApplication:\nApplication PID: 1\n", "QCoreApplication:\n",
-        "-qtCoreApplication/Application PID ~");
-    row("Local Date and Time: 1\nActiveBias: 0\n", "Local Date and Time: 2\nActiveBias: 60\n",
-        "*qtDateTime/Local Date and Time 1|2 ~; *qtDateTime/ActiveBias 0|60");
-    row("Volumes\n/a\n  Free: 1\n  Size: 1\n/b\n", "Volumes\n/a\n  Free: 2\n  Size: 2\n/c\n",
-        "-listFileSystemVolumesInfo[/b]; *listFileSystemVolumesInfo[/a]/Free 1|2 ~; "
-        "*listFileSystemVolumesInfo[/a]/Size 1|2; +listFileSystemVolumesInfo[/c]");
-    row("CPU family: 1\nCPU family: 6\n", "CPU family: 1\nCPU family: 7\n", "*cpuInfo/CPU family#2 6|7");
-    row(environment + "  A=1\n  B=2\n  C=3\n", environment + "  C=3\n  A=1\n  B=4\n",
-        ">qtSystemEnvironment/C ~; *qtSystemEnvironment/B 2|4");
-    row(environment + "  A=1\n2\n", environment + "  A=1\n3\n", "*qtSystemEnvironment/A 1\n2|1\n3");
-    row("FTDI driver\nNo driver installed.\n", "FTDI driver\nCFBundleVersion: 1\n",
-        "+checkFtdiDriver/CFBundleVersion; *checkFtdiDriver No driver installed.|");
-    row("QPrinterInfo\nAvailable printers:\n   a\n", "QPrinterInfo\nAvailable printers:\n   a\n   b\n",
-        "*qtPrinterInfo/Available printers a|a\nb");
-    row("AHCI disk (from IOKit)\n#1\n  Model: a\n",
-        "AHCI disk (from IOKit)\n#1\n  Model: b\n#2\n  Model: a\n", "+ioKitSataDiskDevices[b]");
-    row("Network Interfaces Info\n" + en0 + en1, "Network Interfaces Info\n" + en1 + en0, ">network[en1]");
-    row(usbHeading + usb("0x1", "a"), usbHeading + usb("0x2", "b"),
-        ">ioKitUsbDevices[0x05ac:0x8290@0x2] from ioKitUsbDevices[0x05ac:0x8290@0x1]; "
-        "*ioKitUsbDevices[0x05ac:0x8290@0x2]/Device name a|b");
-    row(usbHeading + usb("0x1", "a") + usb("0x2", "a"), usbHeading + usb("0x2", "a") + usb("0x3", "a"),
-        ">ioKitUsbDevices[0x05ac:0x8290@0x3] from ioKitUsbDevices[0x05ac:0x8290@0x1]");
-    row(usbHeading + usb("0x1", "a") + usb("0x2", "a"), usbHeading + usb("0x3", "a"),
-        "-ioKitUsbDevices[0x05ac:0x8290@0x2]; >ioKitUsbDevices[0x05ac:0x8290@0x3] from "
-        "ioKitUsbDevices[0x05ac:0x8290@0x1]");
+    addCases("reportDocument/compare.txt", {"older", "newer", "expected"});
 }
 
 void ReportDocumentTest::compare()

@@ -9,7 +9,8 @@
 class ReportGenerator
 {
 public:
-    ReportGenerator()
+    /// @param pieces further lines, and what lines are glued together from
+    explicit ReportGenerator(const QStringList& pieces = {}) : pieces_(pieces)
     {
         for (const char* file :
              {"/reports/macintosh.txt", "/reports/windows.txt", "/recordings/report-complete.txt"}) {
@@ -31,6 +32,9 @@ public:
         QString text;
         for (int count = number(60); count > 0; --count) {
             QString line = lines_.at(number(lines_.size()));
+            for (int glued = pieces_.isEmpty() ? 0 : number(8); glued > 0; --glued) {
+                line += pieces_.at(number(pieces_.size()));
+            }
             if (number(20) == 0) {
                 line = line.left(number(line.size() + 1));
             }
@@ -49,5 +53,6 @@ private:
     int number(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random_); }
 
     QStringList lines_;
+    QStringList pieces_;
     std::mt19937 random_{14};
 };

@@ -7,6 +7,7 @@
 #include "tools/printers.h"
 #include "tools/reading.h"
 #include "tools/recordings.h"
+#include "tools/redaction.h"
 #include "tools/reportForms.h"
 #include "tools/sections.h"
 #include "tools/selection.h"
@@ -40,17 +41,20 @@ private:
     bool readReport(const std::optional<QByteArray>& fileName);
     bool findSelected();
     bool startMachine();
+    QVector<SectionInfo> askedSections() const;
     QString machineReport() const;
     QString machineText() const;
     bool makeOutput(QByteArray& bytes);
     bool makeIdentification(QByteArray& bytes);
-    int writeDifferences(const Output& output) const;
+    CReport redactedSelection(const CReport& report);
+    int writeDifferences(const Output& output);
     int fail() const;
 
     const Options& options_;
     char* const programName_;
     Selection selection_;
     QVector<CReport> reports_; // to compare: the old one first
+    SystemInfo::CRedactor redactor_;
     std::unique_ptr<Application> application_;
     QString errorMessage_;
 };
@@ -85,6 +89,12 @@ int ReportWork::run(const Output& output)
     if (options_.asksMachine()) {
         reports_.append(CReport::fromText(machineReport()));
     }
+    if (options_.redact) {
+        // From whole reports: what is left out may say what is private in the rest.
+        for (const CReport& report : reports_) {
+            redactor_.collect(report);
+        }
+    }
     if (options_.action == Action::Compare) {
         return writeDifferences(output);
     }
@@ -95,13 +105,14 @@ int ReportWork::run(const Output& output)
 bool ReportWork::isFileAsItIs() const
 {
     return options_.action == Action::PrintReport && options_.reportFile && options_.form == Form::Text &&
-           options_.sections.empty() && options_.without.empty();
+           options_.sections.empty() && options_.without.empty() && !options_.redact;
 }
 
 /// Whether what is printed is just what the sections say, which then need not be found in a text.
 bool ReportWork::isMachineTextAsItIs() const
 {
-    return options_.action == Action::PrintReport && options_.asksMachine() && options_.form == Form::Text;
+    return options_.action == Action::PrintReport && options_.asksMachine() && options_.form == Form::Text &&
+           !options_.redact;
 }
 
 bool ReportWork::readReport(const std::optional<QByteArray>& fileName)
@@ -136,7 +147,7 @@ bool ReportWork::findSelected()
 bool ReportWork::startMachine()
 {
     const bool asksSections = options_.asksMachine() && options_.action != Action::Identify;
-    const QVector<SectionInfo> sections = asksSections ? selection_.wantedSections() : QVector<SectionInfo>();
+    const QVector<SectionInfo> sections = asksSections ? askedSections() : QVector<SectionInfo>();
     if (!chooseMachine(options_, errorMessage_)) {
         return false;
     }
@@ -148,14 +159,27 @@ bool ReportWork::startMachine()
     return true;
 }
 
+QVector<SectionInfo> ReportWork::askedSections() const
+{
+    QVector<SectionInfo> sections = selection_.wantedSections();
+    if (options_.form == Form::Summary) {
+        sections.erase(std::remove_if(sections.begin(), sections.end(),
+                                      [](const SectionInfo& section) {
+                                          return !summarySections().contains(QLatin1String(section.name));
+                                      }),
+                       sections.end());
+    }
+    return sections;
+}
+
 QString ReportWork::machineReport() const
 {
-    return options_.action == Action::Identify ? identifyingReport() : reportOf(selection_.wantedSections());
+    return options_.action == Action::Identify ? identifyingReport() : reportOf(askedSections());
 }
 
 QString ReportWork::machineText() const
 {
-    const QVector<SectionInfo> sections = selection_.wantedSections();
+    const QVector<SectionInfo> sections = askedSections();
     if (!selection_.isOrdered()) {
         return reportOf(sections);
     }
@@ -179,14 +203,29 @@ bool ReportWork::makeOutput(QByteArray& bytes)
     if (options_.action == Action::Identify) {
         return makeIdentification(bytes);
     }
-    switch (options_.form) {
-    case Form::Text: bytes = toBytes(textOf(selectedSections(report, selection_))); break;
-    case Form::Json: return jsonOf(selectedSections(report, selection_), bytes, errorMessage_);
-    case Form::Summary:
-        bytes = toBytes(summaryOf(selectedReport(report, selection_), options_.recording.has_value()));
-        break;
+    if (options_.form == Form::Summary) {
+        bytes = toBytes(summaryOf(redactedSelection(report), options_.recording.has_value()));
+        return true;
     }
+    SelectedReport selected = selectedSections(report, selection_);
+    if (options_.redact) {
+        if (!redact(selected, redactor_, errorMessage_)) {
+            return false;
+        }
+        printUnjudged(selected);
+    }
+    if (options_.form == Form::Json) {
+        return jsonOf(selected, bytes, errorMessage_);
+    }
+    bytes = toBytes(textOf(selected));
     return true;
+}
+
+/// The selected sections as a report, without private values if that is wanted.
+CReport ReportWork::redactedSelection(const CReport& report)
+{
+    const CReport selected = selectedReport(report, selection_);
+    return options_.redact ? selected.redacted(&redactor_) : selected;
 }
 
 bool ReportWork::makeIdentification(QByteArray& bytes)
@@ -201,11 +240,14 @@ bool ReportWork::makeIdentification(QByteArray& bytes)
     return false;
 }
 
-int ReportWork::writeDifferences(const Output& output) const
+int ReportWork::writeDifferences(const Output& output)
 {
-    const Differences differences =
-        differencesBetween(selectedReport(reports_.first(), selection_),
-                           selectedReport(reports_.last(), selection_), options_.withVolatile);
+    const CReport older = redactedSelection(reports_.first());
+    const CReport newer = redactedSelection(reports_.last());
+    const Differences differences = differencesBetween(older, newer, options_.withVolatile);
+    if (options_.redact) {
+        printUnjudged({older, newer}, differences);
+    }
     const QByteArray bytes = options_.form == Form::Json
                                  ? differencesJson(differences)
                                  : toBytes(differencesText(differences, Painter(output.isTerminal())));

@@ -4,7 +4,6 @@
 #include "systeminfo/norvexReport.h"
 
 #include <QHash>
-#include <QStringList>
 
 #include <algorithm>
 
@@ -23,14 +22,73 @@ QString fact(const QString& value)
     return Internal::boundedText(value.simplified(), longestFact);
 }
 
-QString fact(const CReport& report, const char* path)
-{
-    return fact(report.value(QLatin1String(path)));
-}
-
 QString fact(const CReportBlock& block, const char* label)
 {
     return fact(block.entry(QLatin1String(label)).value());
+}
+
+/// What a report tells. It looks for the sections once, since each look at all of them makes a list.
+class Facts
+{
+public:
+    explicit Facts(const CReport& report);
+
+    bool isOfWindows() const { return isOfWindows_; }
+    bool hasSection(const char* section) const { return sections_.contains(QLatin1String(section)); }
+    QString value(const char* section, const char* label) const;
+    QVector<CReportBlock> blocks(const char* section) const;
+    /// The first value in the Windows half whose label has this in it.
+    QString windowsValue(const char* partOfLabel) const;
+
+private:
+    QHash<QString, CReportSection> sections_; // the first ones of their names
+    QVector<CReportSection> windowsSections_;
+    bool isOfWindows_ = false;
+};
+
+Facts::Facts(const CReport& report)
+{
+    const QVector<CReportItem> items = report.content();
+    for (const CReportItem& item : items) {
+        if (item.type() == CReportItem::Banner) {
+            isOfWindows_ = isOfWindows_ || item.text().contains(QLatin1String("Windows"));
+        }
+        const CReportSection section = item.toSection();
+        if (section.isNull()) {
+            continue;
+        }
+        const QString name = section.name();
+        if (!sections_.contains(name)) {
+            sections_.insert(name, section);
+        }
+        if (section.half() == QLatin1String("windows")) {
+            windowsSections_ += section;
+        }
+    }
+}
+
+QString Facts::value(const char* section, const char* label) const
+{
+    return fact(sections_.value(QLatin1String(section)).entry(QLatin1String(label)).value());
+}
+
+QVector<CReportBlock> Facts::blocks(const char* section) const
+{
+    return sections_.value(QLatin1String(section)).blocks();
+}
+
+QString Facts::windowsValue(const char* partOfLabel) const
+{
+    for (const CReportSection& section : windowsSections_) {
+        const QVector<CReportItem> items = section.content();
+        for (const CReportItem& item : items) {
+            const CReportEntry entry = item.toEntry();
+            if (entry.label().contains(QLatin1String(partOfLabel), Qt::CaseInsensitive)) {
+                return fact(entry.value());
+            }
+        }
+    }
+    return QString();
 }
 
 QString joined(QStringList facts)
@@ -74,47 +132,25 @@ QString numbered(const QString& number, const char* one, const char* several)
     return number + QLatin1Char(' ') + QLatin1String(number == QLatin1String("1") ? one : several);
 }
 
-/// What the Windows counterpart says of its system; its labels are its own.
-QString windowsSystem(const CReport& report)
+/// The labels of the Windows counterpart are its own.
+QString windowsSystem(const Facts& facts)
 {
     const QLatin1String name("Windows");
-    QString version;
-    const QVector<CReportSection> sections = report.sections();
-    for (const CReportSection& section : sections) {
-        if (section.half() != QLatin1String("windows")) {
-            continue;
-        }
-        const QVector<CReportItem> items = section.content();
-        for (const CReportItem& item : items) {
-            const CReportEntry entry = item.toEntry();
-            if (version.isEmpty() && entry.label().contains(QLatin1String("version"), Qt::CaseInsensitive)) {
-                version = fact(entry.value());
-            }
-        }
-    }
+    const QString version = facts.windowsValue("version");
     return version.startsWith(name) ? version : (name + QLatin1Char(' ') + version).trimmed();
 }
 
-bool hasBanner(const CReport& report, const char* half)
-{
-    const QVector<CReportItem> items = report.content();
-    return std::any_of(items.begin(), items.end(), [half](const CReportItem& item) {
-        return item.type() == CReportItem::Banner && item.text().contains(QLatin1String(half));
-    });
-}
-
 /// On Linux the build says nothing that a reader wants, and the kernel's version names who built it.
-QString system(const CReport& report)
+QString system(const Facts& facts)
 {
-    if (hasBanner(report, "Windows")) {
-        return windowsSystem(report);
+    if (facts.isOfWindows()) {
+        return windowsSystem(facts);
     }
-    const bool isLinux =
-        report.value(QStringLiteral("kernelInfo/Version")).startsWith(QLatin1String("Linux"));
-    const QString version = fact(report, "osVersion/MacOS version");
-    const QString build = fact(report, "kernelInfo/Build");
+    const bool isLinux = facts.value("kernelInfo", "Version").startsWith(QLatin1String("Linux"));
+    const QString version = facts.value("osVersion", "MacOS version");
+    const QString build = facts.value("kernelInfo", "Build");
     const QString details = joined({isLinux || build.isEmpty() ? QString() : QStringLiteral("build ") + build,
-                                    fact(report, "kernelInfo/Kernel Arch.")});
+                                    facts.value("kernelInfo", "Kernel Arch.")});
     if (version.isEmpty() && details.isEmpty()) {
         return QString();
     }
@@ -122,28 +158,28 @@ QString system(const CReport& report)
     return joined({(name + version).trimmed(), details});
 }
 
-QString model(const CReport& report)
+QString model(const Facts& facts)
 {
-    return fact(report, "macModel/Model");
+    return facts.value("macModel", "Model");
 }
 
-QString processor(const CReport& report)
+QString processor(const Facts& facts)
 {
-    QString name = fact(report, "cpuInfo/CPU brand name");
+    QString name = facts.value("cpuInfo", "CPU brand name");
     if (name.isEmpty()) {
-        name = fact(report, "architecture/Mac System Architecture");
+        name = facts.value("architecture", "Mac System Architecture");
     }
     if (name.isEmpty()) {
-        name = fact(report, "Processor information/Processor architecture");
+        name = facts.value("Processor information", "Processor architecture");
     }
     const QString speed =
-        name.contains(QLatin1String("Hz")) ? QString() : fact(report, "cpuInfo/Processor clock speed");
-    const QString cores = fact(report, "cpuInfo/Number of physical cores");
-    const QString threads = fact(report, "cpuInfo/Number of virtual cores");
+        name.contains(QLatin1String("Hz")) ? QString() : facts.value("cpuInfo", "Processor clock speed");
+    const QString cores = facts.value("cpuInfo", "Number of physical cores");
+    const QString threads = facts.value("cpuInfo", "Number of virtual cores");
     return joined(
         {name, speed, numbered(cores, "core", "cores"),
          cores == threads ? QString() : numbered(threads, "thread", "threads"),
-         numbered(fact(report, "Processor information/Number of processors"), "processor", "processors")});
+         numbered(facts.value("Processor information", "Number of processors"), "processor", "processors")});
 }
 
 QString sizeUnlessUnknown(const QString& size)
@@ -151,15 +187,15 @@ QString sizeUnlessUnknown(const QString& size)
     return size == QLatin1String("0 Byte") ? QString() : size;
 }
 
-QString memory(const CReport& report)
+QString memory(const Facts& facts)
 {
-    return sizeUnlessUnknown(fact(report, "memoryInfo/Physical RAM size"));
+    return sizeUnlessUnknown(facts.value("memoryInfo", "Physical RAM size"));
 }
 
-QString graphics(const CReport& report)
+QString graphics(const Facts& facts)
 {
     QStringList cards;
-    const QVector<CReportBlock> blocks = report.section(QStringLiteral("ioKitGraphicsCards")).blocks();
+    const QVector<CReportBlock> blocks = facts.blocks("ioKitGraphicsCards");
     for (const CReportBlock& card : blocks) {
         QString name = fact(card, "Model");
         if (name == QLatin1String("???")) {
@@ -179,24 +215,24 @@ QString mediumType(const CReportBlock& disk)
     return type == QLatin1String("Rotational") ? QStringLiteral("HDD") : type;
 }
 
-QString disks(const CReport& report)
+QString disks(const Facts& facts)
 {
     QStringList disks;
-    const QVector<CReportBlock> ahciDisks = report.section(QStringLiteral("ioKitSataDiskDevices")).blocks();
+    const QVector<CReportBlock> ahciDisks = facts.blocks("ioKitSataDiskDevices");
     for (const CReportBlock& disk : ahciDisks) {
         disks += described(fact(disk, "Model"), "unnamed disk", {fact(disk, "Size"), mediumType(disk)});
     }
-    const QVector<CReportBlock> nvmeDisks = report.section(QStringLiteral("ioKitNVMExpressDevices")).blocks();
+    const QVector<CReportBlock> nvmeDisks = facts.blocks("ioKitNVMExpressDevices");
     for (const CReportBlock& disk : nvmeDisks) {
         disks += described(fact(disk, "Model"), "unnamed disk", {fact(disk, "Size"), QStringLiteral("NVMe")});
     }
     return counted(disks);
 }
 
-QString screens(const CReport& report)
+QString screens(const Facts& facts)
 {
     QStringList screens;
-    const QVector<CReportBlock> blocks = report.section(QStringLiteral("qtScreens")).blocks();
+    const QVector<CReportBlock> blocks = facts.blocks("qtScreens");
     for (const CReportBlock& screen : blocks) {
         QString size = fact(screen, "Size (width x height)");
         const QString ratio = fact(screen, "devicePixelRatio");
@@ -213,29 +249,29 @@ QString screens(const CReport& report)
     return counted(screens);
 }
 
-QString qt(const CReport& report)
+QString qt(const Facts& facts)
 {
-    const QString runs = fact(report, "qtGlobal/Qt version currently used for execution");
-    const QString linked = fact(report, "qtGlobal/Qt version this object was linked against");
+    const QString runs = facts.value("qtGlobal", "Qt version currently used for execution");
+    const QString linked = facts.value("qtGlobal", "Qt version this object was linked against");
     return described(
         runs, "unknown version",
         {linked == runs || linked.isEmpty() ? QString() : QStringLiteral("built with ") + linked});
 }
 
-QString openGL(const CReport& report)
+QString openGL(const Facts& facts)
 {
-    if (report.section(QStringLiteral("openGL")).isNull()) {
+    if (!facts.hasSection("openGL")) {
         return QString();
     }
-    const QString driver = joined(
-        {fact(report, "openGL/glGetString(GL_VERSION)"), fact(report, "openGL/glGetString(GL_RENDERER)")});
+    const QString driver = joined({facts.value("openGL", "glGetString(GL_VERSION)"),
+                                   facts.value("openGL", "glGetString(GL_RENDERER)")});
     return driver.isEmpty() ? QStringLiteral("not available") : driver;
 }
 
 const struct
 {
     const char* label;
-    QString (*value)(const CReport& report);
+    QString (*value)(const Facts& facts);
     bool isOfMacintoshHalf;
 } rows[] = {
     {"System", system, true},       {"Model", model, true},
@@ -247,13 +283,24 @@ const struct
 
 } // namespace
 
+const QStringList& summarySections()
+{
+    static const QStringList names =
+        QStringLiteral("osVersion kernelInfo macModel architecture cpuInfo memoryInfo "
+                       "ioKitSataDiskDevices ioKitNVMExpressDevices "
+                       "ioKitGraphicsCards qtGlobal qtScreens openGL")
+            .split(QLatin1Char(' '));
+    return names;
+}
+
 QString summaryOf(const CReport& report, bool hasOtherMachine)
 {
+    const Facts facts(report);
     QStringList labels;
     QStringList values;
     int width = 0;
     for (const auto& row : rows) {
-        const QString value = row.value(report);
+        const QString value = row.value(facts);
         if (value.isEmpty()) {
             continue;
         }

@@ -31,6 +31,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -183,12 +184,21 @@ void MainWindow::makeFileMenu()
     save_ = add(menu, tr("&Save As…"), "save", {QKeySequence::Save, keys(Qt::CTRL + Qt::SHIFT, Qt::Key_S)},
                 [this] { chooseSaveName(); });
     save_->setIcon(icon("document-save-as", QStyle::SP_DialogSaveButton));
+    compareMenu_ = menu->addMenu(tr("C&ompare With"));
+    compareMenu_->setObjectName(QStringLiteral("compareWith"));
+    connect(compareMenu_, &QMenu::aboutToShow, this, &MainWindow::fillCompareMenu);
+    menu->addSeparator();
+    QAction* const pdf = add(menu, tr("&Export as PDF…"), "exportPdf", {QKeySequence(Qt::CTRL + Qt::Key_E)},
+                             [this] { choosePdfName(); });
+    QAction* const print =
+        add(menu, tr("&Print…"), "print", {QKeySequence::Print}, [this] { this->print(); });
+    print->setIcon(QIcon::fromTheme(QStringLiteral("document-print")));
     menu->addSeparator();
     closeTab_ = add(menu, tr("&Close Tab"), "closeTab", {QKeySequence::Close},
                     [this] { closeTab(tabs_->currentIndex()); });
     QAction* const quit = add(menu, tr("&Quit"), "quit", {QKeySequence::Quit}, [this] { close(); });
     quit->setMenuRole(QAction::QuitRole);
-    reportActions_ << save_;
+    reportActions_ << save_ << pdf << print << compareMenu_->menuAction();
 }
 
 void MainWindow::makeEditMenu()
@@ -221,12 +231,13 @@ void MainWindow::makeEditMenu()
 void MainWindow::makeViewMenu()
 {
     QMenu* const menu = menuBar()->addMenu(tr("&View"));
+    makePageActions(menu);
     showsRedacted_ = addSwitch(menu, tr("&Hide Private Data"), "hidePrivateData",
                                keys(Qt::CTRL + Qt::SHIFT, Qt::Key_H), false);
     showsRedacted_->setToolTip(tr("Show the report without private data"));
     connect(showsRedacted_, &QAction::toggled, this, &MainWindow::setShowsRedacted);
-    sharesRedacted_ = addSwitch(menu, tr("Copy and Save &Without Private Data"), "shareWithoutPrivateData",
-                                QKeySequence(), true);
+    sharesRedacted_ = addSwitch(menu, tr("Copy, Save and Print &Without Private Data"),
+                                "shareWithoutPrivateData", QKeySequence(), true);
     connect(sharesRedacted_, &QAction::toggled, this, &MainWindow::updatePrivacyNote);
     menu->addSeparator();
     QAction* const panel = findChild<QDockWidget*>(QStringLiteral("identification"))->toggleViewAction();
@@ -250,7 +261,7 @@ void MainWindow::makeViewMenu()
         {keys(Qt::CTRL, Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
     add(menu, tr("Go to Sections or &Text"), "goToSections", {QKeySequence(Qt::Key_F6)}, [this] {
         if (ReportTab* const tab = currentTab()) {
-            (tab->tree()->hasFocus() ? static_cast<QWidget*>(tab->view()) : tab->tree())->setFocus();
+            (tab->tree()->hasFocus() ? tab->pages()->currentWidget() : tab->tree())->setFocus();
         }
     });
 }
@@ -279,6 +290,13 @@ void MainWindow::makeToolBar()
     addAction(find_, tr("Find"));
     bar->addSeparator();
     addAction(showsRedacted_, tr("Hide Private Data"));
+    bar->addSeparator();
+    addAction(pageActions_[ReportTab::TextPage], tr("Text"));
+    addAction(pageActions_[ReportTab::OverviewPageNumber], tr("Overview"));
+    addAction(compareMenu_->menuAction(), tr("Compare"));
+    if (auto* const button = qobject_cast<QToolButton*>(bar->widgetForAction(compareMenu_->menuAction()))) {
+        button->setPopupMode(QToolButton::InstantPopup);
+    }
 }
 
 void MainWindow::makeStatusBar()
@@ -384,6 +402,11 @@ void MainWindow::addTab(Document* document)
     connect(tab, &ReportTab::searchAdvanced, this, &MainWindow::updateSearchResult);
     connect(tab, &ReportTab::searchEnded, this,
             [this, tab](ReportTab::Direction direction) { searchEnded(tab, direction); });
+    connect(tab, &ReportTab::pageChanged, this, &MainWindow::updatePageActions);
+    connect(tab, &ReportTab::otherItemWanted, this, [this](ReportTab* other, const QString& path) {
+        tabs_->setCurrentWidget(other);
+        other->showItem(path);
+    });
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
     connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
@@ -417,7 +440,7 @@ void MainWindow::currentTabChanged()
     identification_->setDocument(tab == nullptr ? nullptr : tab->document());
     update();
     if (tab != nullptr && !findBar_->isAncestorOf(QApplication::focusWidget())) {
-        tab->view()->setFocus();
+        tab->pages()->currentWidget()->setFocus();
     }
 }
 
@@ -435,6 +458,7 @@ void MainWindow::update()
                                   : tr("%1 – System Information").arg(tab->document()->title()));
     updateTabs();
     updateBusyness();
+    updatePageActions();
     updateSearchResult();
 }
 
@@ -455,25 +479,27 @@ void MainWindow::updateBusyness()
     const ReportTab* const tab = currentTab();
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
-    const bool isWorking = isRefreshing || isReplacing || saving_ != nullptr;
+    const bool isPrinting = printing_ != nullptr;
+    const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
-    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing));
+    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing || isPrinting));
     if (!isWorking) {
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
+                       : isPrinting   ? printingNote_
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, isRefreshing && !isReplacing ? 100 : 0);
+    workProgress_->setRange(0, (isRefreshing || isPrinting) && !isReplacing ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()
 {
     const bool isRedacted = sharesRedacted();
-    privacyNote_->setText(isRedacted ? tr("Copied and saved text has placeholders for private data.")
-                                     : tr("Copied and saved text contains private data."));
+    privacyNote_->setText(isRedacted ? tr("Copied, saved and printed text has placeholders for private data.")
+                                     : tr("Copied, saved and printed text contains private data."));
     privacyNote_->setToolTip(
         tr("Serial numbers, addresses, and the names of people, hosts and networks are private. "
            "The View menu decides."));

@@ -1,6 +1,6 @@
 #include "viewer/outline.h"
 
-#include "systeminfo/norvexSystemInfo.h"
+#include "viewer/itemTitles.h"
 
 #include <algorithm>
 
@@ -12,7 +12,6 @@ namespace {
 
 /// No person reads more, and a tree of more takes more memory than the text.
 const int mostNodes = 1000000;
-const int longestName = 100;
 /// A longer section is not looked into.
 const int longestSection = 4 << 20;
 /// Longer ones are not kept: the path of a line of millions of characters has as many.
@@ -26,86 +25,6 @@ const quint16 bannerMark = 0xff01;
 const quint16 headingMark = 0xff02;
 const quint16 nameMark = 0xff03;
 const quint16 separatorMark = 0xff04;
-
-QString shortened(const QString& name)
-{
-    const QString line = name.left(2 * longestName).simplified();
-    return line.size() <= longestName ? line : line.left(longestName - 1) + QChar(0x2026);
-}
-
-/// A heading or banner without what only sets it off.
-QString withoutOrnaments(const QString& line)
-{
-    const auto isOrnament = [](QChar character) {
-        return character.isSpace() || character == QLatin1Char('#') || character == QLatin1Char(':');
-    };
-    int begin = 0;
-    int end = line.size();
-    while (begin < end && isOrnament(line.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && isOrnament(line.at(end - 1))) {
-        --end;
-    }
-    return line.mid(begin, end - begin);
-}
-
-/// The half that a banner begins; its own words if it is none of those known.
-QString halfName(const QString& banner)
-{
-    for (const char* name : {"Macintosh", "Windows", "Qt"}) {
-        if (banner.contains(QLatin1String(name))) {
-            return QLatin1String(name);
-        }
-    }
-    return shortened(withoutOrnaments(banner));
-}
-
-/// A heading without where the section comes from, which stands behind it in parentheses.
-QString withoutSource(const QString& heading)
-{
-    const int parenthesis = heading.indexOf(QLatin1String(" ("));
-    return parenthesis > 0 && heading.endsWith(QLatin1Char(')')) ? heading.left(parenthesis) : heading;
-}
-
-/// Sections without a heading have their subject in the table.
-QString subjectOf(const QString& section)
-{
-    for (const SectionInfo& info : sections()) {
-        if (section == QLatin1String(info.name)) {
-            QString subject = QString::fromLatin1(info.description).section(QLatin1Char(':'), 0, 0);
-            subject[0] = subject.at(0).toUpper();
-            return subject;
-        }
-    }
-    return section;
-}
-
-QString titleOf(const CReportSection& section)
-{
-    const QString heading = withoutOrnaments(section.heading().left(2 * longestName));
-    if (heading.isEmpty()) {
-        return section.isKnown() ? subjectOf(section.name()) : shortened(section.name());
-    }
-    return shortened(section.isKnown() ? withoutSource(heading) : heading);
-}
-
-/// What a person calls a device: its model, and what tells it from others of that model.
-QString titleOf(const CReportBlock& block)
-{
-    const QString name = block.name();
-    for (const char* label : {"Model", "Device name"}) {
-        const QString model = block.entry(QLatin1String(label)).value();
-        if (model.isEmpty()) {
-            continue;
-        }
-        const QString bsdName = block.entry(QStringLiteral("BSD Name")).value();
-        return shortened(bsdName.isEmpty() ? model : QStringLiteral("%1 (%2)").arg(model, bsdName));
-    }
-    bool isNumber = false;
-    name.toInt(&isNumber);
-    return isNumber ? QLatin1Char('#') + name : shortened(name);
-}
 
 QString pathOf(const CReportItem& item)
 {
@@ -177,7 +96,7 @@ void OutlineBuilder::addHalf(const CReportItem& banner)
     marks_[lines_.lineAt(place_)] = bannerMark;
     Node node;
     node.type = Node::Half;
-    node.name = halfName(banner.text().left(2 * longestName));
+    node.name = titleOfHalf(banner);
     add(0, node);
     hasHalf_ = true;
 }

@@ -1,6 +1,8 @@
 #include "viewer/reportTab.h"
 
+#include "viewer/comparisonPage.h"
 #include "viewer/outlineModel.h"
+#include "viewer/overviewPage.h"
 #include "viewer/reportTextView.h"
 #include "viewer/textSearch.h"
 
@@ -120,7 +122,7 @@ QString redactedPart(const TextLines& original, const TextLines& redacted, int b
 ReportTab::ReportTab(Document* document, QWidget* parent)
     : QWidget(parent), document_(document), states_(new QStackedWidget), pages_(new QStackedWidget),
       splitter_(new QSplitter), tree_(new QTreeView), outlineModel_(new OutlineModel(this)),
-      view_(new ReportTextView)
+      view_(new ReportTextView), overview_(new OverviewPage), comparison_(new ComparisonPage)
 {
     document_->setParent(this);
     tree_->setObjectName(QStringLiteral("outline"));
@@ -136,7 +138,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     for (QFrame* const frame : {static_cast<QFrame*>(tree_), static_cast<QFrame*>(view_)}) {
         frame->setFrameShape(QFrame::NoFrame);
     }
-    pages_->addWidget(view_);
+    makePages();
     splitter_->addWidget(tree_);
     splitter_->addWidget(pages_);
     splitter_->setStretchFactor(1, 1);
@@ -227,8 +229,10 @@ QWidget* ReportTab::makeHiddenPage()
 
 void ReportTab::setShowsRedacted(bool showsRedacted)
 {
+    isComparisonOld_ = isComparisonOld_ || showsRedacted != showsRedacted_;
     showsRedacted_ = showsRedacted;
     update();
+    updatePages();
 }
 
 void ReportTab::update()
@@ -297,11 +301,17 @@ void ReportTab::showText(const ShownReport& report)
     if (search_ == nullptr) {
         startSearch();
     }
+    if (hasOtherText || hasOtherOutline) {
+        isOverviewOld_ = true;
+        isComparisonOld_ = true;
+        updatePages();
+    }
 }
 
 void ReportTab::jumpTo(const QModelIndex& index)
 {
     if (const Outline::Node* const node = outlineModel_->node(index)) {
+        showPage(TextPage);
         isJumping_ = true;
         view_->showLine(node->firstLine);
         isJumping_ = false;
@@ -422,6 +432,7 @@ void ReportTab::findFrom(int place, Direction direction)
     findPlace_ = place;
     findDirection_ = direction;
     if (found == TextSearch::Found::Yes) {
+        showPage(TextPage);
         view_->select(hit, hit + search_->length());
         emit searchAdvanced();
     } else if (found == TextSearch::Found::No) {

@@ -23,34 +23,6 @@ const int pieceLength = 512;
 const int cachedLayouts = 1024;
 const int textMargin = 8;
 
-/// The symbol of a character that does not print or that changes how its neighbours are shown.
-QChar shown(QChar character)
-{
-    const ushort code = character.unicode();
-    const ushort controlPictures = 0x2400;
-    if (code < 0x20) {
-        return code == '\t' ? character : QChar(ushort(controlPictures + code));
-    }
-    if (code == 0x7f) {
-        return QChar(0x2421);
-    }
-    const bool isLineEnd = code == QChar::LineSeparator || code == QChar::ParagraphSeparator;
-    const bool turnsText = (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
-    return isLineEnd || turnsText || (code >= 0x80 && code < 0xa0) ? QChar(0xb7) : character;
-}
-
-QString shownText(const QString& text, int begin, int end)
-{
-    QString result = text.mid(begin, end - begin);
-    for (QChar& character : result) {
-        const ushort code = character.unicode();
-        if (code < 0x20 || (code >= 0x7f && code < 0xa0) || (code >= 0x2028 && code <= 0x2069)) {
-            character = shown(character);
-        }
-    }
-    return result;
-}
-
 /// How light a colour looks, from 0 to 1.
 qreal luminance(const QColor& color)
 {

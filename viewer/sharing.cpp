@@ -191,6 +191,9 @@ void MainWindow::cancelWork()
         sharing_->stopWaitingForRedacted();
         sharing_.clear();
         statusBar()->showMessage(tr("Cancelled: nothing is copied or saved."), messageMs);
+    } else if (printing_ != nullptr) {
+        delete printing_;
+        statusBar()->showMessage(tr("Cancelled: nothing is printed."), messageMs);
     } else if (ReportTab* const tab = currentTab()) {
         tab->document()->cancel();
     }

@@ -215,13 +215,19 @@ NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iter
 /// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type, letter case,
 /// block and file-node counts, and sizes. When `statfs` fails, only the path stands. A count of all ones prints as "-"
 /// or has no size line. On Linux the volumes are the mounted file systems that hold user data, each under its mount
-/// point.
+/// point. A file system that does not answer counts as a failure there, see getFileSystemInfo(); all that do not answer
+/// take 2 seconds together.
 NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 
 /// Asks `statfs` about the file system that holds a path.
 /// @param path in any form that the file system takes; passed in UTF-8
-/// @param info filled on success, undefined otherwise
+/// @param info filled on success, undefined otherwise; null fails
 /// @return whether `statfs` succeeded
+///
+/// On Linux it fails after 2 seconds when the path leads to a file system of a server or of a program (NFS, FUSE) that does
+/// not answer, and then fails at once as long as the same thread lives and the file system is silent. A process of its own
+/// asks such file systems; where none can be started, it fails. That process is no child that `wait` or `SIGCHLD` tell
+/// about. On macOS nothing limits the time.
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
 /// How the file system that holds a path treats letter case.
@@ -229,7 +235,8 @@ NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemR
 /// @return 1 case sensitive (also if the file system does not know the query), 2 case preserving but not sensitive,
 ///        0 neither, -1 on failure
 ///
-/// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path.
+/// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING) on the UTF-8 form of the path. Takes as long as
+/// getFileSystemInfo().
 NORVEX_SYSTEMINFO_EXPORT int getFileSystemCaseSensitivity(const QString& path);
 
 /// @}

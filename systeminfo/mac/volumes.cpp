@@ -62,7 +62,7 @@ void appendVolume(SectionText& section, const QString& path, const FileSystemRec
 
 bool getFileSystemInfo(const QString& path, FileSystemRecord* info)
 {
-    return statfs(path.toUtf8().constData(), info) == 0;
+    return info != nullptr && statfs(path.toUtf8().constData(), info) == 0;
 }
 
 int getFileSystemCaseSensitivity(const QString& path)

@@ -19,6 +19,52 @@ using Letters = Replacements::Letters;
 
 const QChar ellipsis(0x2026);
 
+constexpr int shortestName = 3; ///< that is searched for
+
+bool isPlain(QChar c)
+{
+    return c.unicode() < 0x80 && c.isLetterOrNumber();
+}
+
+/// Whether the values are names that people give.
+bool isName(Family family)
+{
+    switch (family) {
+    case Family::Person:
+    case Family::Host:
+    case Family::Domain:
+    case Family::Label:
+    case Family::Network:
+    case Family::Device:
+    case Family::Printer: return true;
+    default: return false;
+    }
+}
+
+/// Where no name can stand.
+bool isNameless(PrivateKind kind)
+{
+    return kind == PrivateKind::Model || kind == PrivateKind::Addresses;
+}
+
+/// Where a value of the environment can stand. What it has in common with models and paths are models and paths.
+bool mayHoldToken(PrivateKind kind)
+{
+    switch (kind) {
+    case PrivateKind::Path:
+    case PrivateKind::HomeFolder:
+    case PrivateKind::MountPoint:
+    case PrivateKind::MountSource: return false;
+    default: return !isNameless(kind);
+    }
+}
+
+/// Whether a known value of the family can stand in a text of the kind.
+bool mayStandIn(Family family, PrivateKind kind)
+{
+    return family == Family::Token ? mayHoldToken(kind) : !isName(family) || !isNameless(kind);
+}
+
 /// The forms of families whose values are names.
 const struct
 {
@@ -30,11 +76,12 @@ const struct
     {Family::Device, "Device "}, {Family::Printer, "Printer "}, {Family::Token, "VALUE-"},
 };
 
+/// Empty for the families that have forms of another kind.
 QString nameForm(Family family, std::uint32_t number)
 {
     const auto prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
                                      [family](const auto& each) { return each.family == family; });
-    return QLatin1String(prefix->form) + QString::number(number);
+    return prefix == std::end(prefixes) ? QString() : QLatin1String(prefix->form) + QString::number(number);
 }
 
 /// A form that a text has already.
@@ -49,6 +96,10 @@ GivenForm givenNameForm(const QString& text)
 {
     constexpr int longestForm = 60; // percent-encoded, too
     if (text.size() > longestForm || text.isEmpty() || !text.at(text.size() - 1).isDigit()) {
+        return {};
+    }
+    const ushort first = text.at(0).toLower().unicode();
+    if (first >= 0x80 || std::strchr("sudhvnp", static_cast<char>(first)) == nullptr) {
         return {};
     }
     static const QStringList spellings = [] {
@@ -122,6 +173,11 @@ AddressText::AddressText(const QString& addressText) : text(addressText)
         bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
         i = isEnd ? end : end + (isSeparated ? 1 : 0);
     }
+    const bool isWhole = text.size() == 2 * addressSize || text.size() == 2 * extendedAddressSize;
+    if (!isSeparated && !isWhole) {
+        places.clear(); // a number of another kind
+        return;
+    }
     constexpr int deviceHalf = 3;
     constexpr int extendedDevice = 5;
     const bool holdsOther = bytes.mid(3, 2) == "\xff\xfe" || bytes.mid(3, 2) == "\xff\xff";
@@ -191,12 +247,12 @@ QString versionSixForm(std::uint32_t number)
 
 GivenForm givenVersionSix(const Q_IPV6ADDR& bytes)
 {
-    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8", 4) != 0) {
+    if (std::memcmp(bytes.c, "\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0", 12) != 0) {
         return {};
     }
     std::uint32_t number = 0;
-    for (int i = 4; i < 16; ++i) {
-        number = i < 12 && bytes[i] != 0 ? 0 : number << 8 | bytes[i];
+    for (int i = 12; i < 16; ++i) {
+        number = number << 8 | bytes[i];
     }
     return {Family::IpV6, number};
 }
@@ -257,10 +313,13 @@ protected:
     virtual QString form(Family family, const QString& key, const QString& value) = 0;
     virtual void alsoKnownAs(Family, const QString& /*key*/, const QString& /*other*/) {}
     virtual void isGiven(const GivenForm&) {}
+    /// How many forms of a family there are.
+    virtual std::uint32_t formCount(Family family) const = 0;
     /// A text between private values.
     virtual QString other(const QString& text, PrivateKind kind) = 0;
 
 private:
+    /// The form of a value that is private as a whole; any other value stays.
     QString formOf(const QString& value, PrivateKind kind);
     QString formOfName(const QString& value, Family family);
     QString formOfPerson(const QString& value);
@@ -272,19 +331,9 @@ private:
 
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
-    switch (kind) {
-    case PrivateKind::Serial:
-    case PrivateKind::Address:
-    case PrivateKind::Uuid:
-    case PrivateKind::Name:
-    case PrivateKind::Network:
-    case PrivateKind::Printer:
-    case PrivateKind::Person:
-    case PrivateKind::Host:
-    case PrivateKind::Domain:
-    case PrivateKind::Label:
-    case PrivateKind::Token: return formOf(text, kind);
-    default: break;
+    QString form = formOf(text, kind);
+    if (form != text || kind == PrivateKind::Token) {
+        return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
     if (kind == PrivateKind::HomeFolder && parts.empty()) {
@@ -295,8 +344,8 @@ QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
     int copied = 0;
     for (const PrivatePart& part : parts) {
         result += other(text.mid(copied, part.start - copied), kind);
-        const QString form = formOf(text.mid(part.start, part.length), part.kind);
-        result += isPort ? spelled(form, 3) : form;
+        const QString partForm = formOf(text.mid(part.start, part.length), part.kind);
+        result += isPort ? spelled(partForm, 3) : partForm;
         copied = part.start + part.length;
     }
     return result + other(text.mid(copied), kind);
@@ -318,7 +367,7 @@ QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
     case PrivateKind::Network: return formOfName(value, Family::Network);
     case PrivateKind::Printer:
         return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
-    case PrivateKind::Folder: return QString(ellipsis);
+    case PrivateKind::Folder: return givenNameForm(value).family == Family::Count ? QString(ellipsis) : value;
     default: return value;
     }
 }
@@ -385,15 +434,17 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 {
     const AddressText address(value);
     if (!address.isAddress()) {
-        return formOf(value, PrivateKind::Serial);
+        return formOfUuid(value);
     }
     const QByteArray device = address.device();
-    const bool isSmall = std::all_of(device.begin(), device.end() - 1, [](char each) { return each == 0; });
-    if (isSmall || address.isEach('\xff')) {
-        isGiven({Family::Address, static_cast<std::uint8_t>(device.at(device.size() - 1))});
+    const QString key = QString::fromLatin1(device.toHex());
+    // Only the forms that end in one byte can be told from addresses; further ones are known to those who made them.
+    constexpr qulonglong mostShown = 0xff;
+    const qulonglong shown = key.toULongLong(nullptr, 16);
+    if (shown <= std::max<qulonglong>(mostShown, formCount(Family::Address)) || address.isEach('\xff')) {
+        isGiven({shown <= mostShown ? Family::Address : Family::Count, static_cast<std::uint32_t>(shown)});
         return value;
     }
-    const QString key = QString::fromLatin1(device.toHex());
     const QString number = form(Family::Address, key, QString());
     if (address.bytes.size() == addressSize) {
         alsoKnownAs(Family::Address, key, QString::fromLatin1(address.bytes.toHex()));
@@ -403,7 +454,8 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 
 QString FixedForms::Reader::formOfUuid(const QString& value)
 {
-    const QByteArray bytes = hexBytesOf(value.toLatin1());
+    const bool isBraced = value.startsWith(QLatin1Char('{')) && value.endsWith(QLatin1Char('}'));
+    const QByteArray bytes = hexBytesOf((isBraced ? value.mid(1, value.size() - 2) : value).toLatin1());
     if (bytes.size() != uuidSize) {
         return formOf(value, PrivateKind::Serial);
     }
@@ -414,7 +466,8 @@ QString FixedForms::Reader::formOfUuid(const QString& value)
         return value;
     }
     const QString digits = QString::fromLatin1(bytes.toHex());
-    return form(Family::Uuid, digits, digits);
+    const QString result = form(Family::Uuid, digits, digits);
+    return isBraced ? QLatin1Char('{') + result + QLatin1Char('}') : result;
 }
 
 QString FixedForms::Reader::formOfIpAddress(const QString& value)
@@ -444,8 +497,8 @@ protected:
         const ByteHash hash = keyHash(family, key);
         if (!forms_.indices_.contains(hash)) {
             const auto index = static_cast<std::uint32_t>(forms_.numbers_.size());
-            forms_.learned_.push_back({family, index, value});
             forms_.numbers_.push_back(0);
+            forms_.addLearned(family, index, value);
             forms_.indices_.insert(hash, index);
         }
         return QString();
@@ -462,7 +515,7 @@ protected:
         const ByteHash own = keyHash(family, keyOf(family, other));
         if (!forms_.indices_.contains(hash) && !forms_.indices_.contains(own)) {
             const std::uint32_t index = *known;
-            forms_.learned_.push_back({family, index, other});
+            forms_.addLearned(family, index, other);
             forms_.indices_.insert(family == Family::Address ? hash : own, index);
         }
     }
@@ -473,6 +526,8 @@ protected:
             forms_.taken_.at(std::size_t(form.family)).insert(form.number);
         }
     }
+
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
 
     QString other(const QString&, PrivateKind) override { return QString(); }
 
@@ -507,9 +562,21 @@ protected:
         }
     }
 
+    std::uint32_t formCount(Family family) const override { return forms_.last_.at(std::size_t(family)); }
+
     QString other(const QString& text, PrivateKind kind) override
     {
-        return (kind == PrivateKind::Model ? forms_.models_ : forms_.texts_).replacedInText(text);
+        QString result = forms_.models_.replacedInText(text);
+        if (mayHoldToken(kind)) {
+            result = forms_.tokens_.replacedInText(result);
+        }
+        if (!isNameless(kind)) {
+            result = forms_.names_.replacedInText(result);
+        }
+        if (!isNameless(kind) && kind != PrivateKind::Product) {
+            result = forms_.labels_.replacedInText(result);
+        }
+        return forms_.withoutWords(result, kind);
     }
 
 private:
@@ -551,81 +618,134 @@ void FixedForms::settle()
     learned_.clear();
 }
 
+/// Of either letter case.
+ByteHash FixedForms::wordHash(const QString& word)
+{
+    const QByteArray lower = word.toLatin1().toLower();
+    return Privacy::hashOf(lower.constData(), lower.size());
+}
+
+namespace {
+
 /// Values that are ordinary words or small numbers are not searched for: most of what is found would be something else.
-void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
+bool isSearchedFor(Family family, const QString& text)
 {
     constexpr int longestSearched = 255;
-    const QString& text = learned.text;
-    if (text.isEmpty() || text.size() > longestSearched) {
-        return;
-    }
     const auto hasOne = [&text](bool (*is)(QChar)) { return std::any_of(text.begin(), text.end(), is); };
     const bool hasDigit = hasOne([](QChar c) { return c.isDigit(); });
     const bool hasLetter = hasOne([](QChar c) { return c.isLetter(); });
-    const bool isWord = !hasOne([](QChar c) { return !c.isLetter(); });
-    const auto isLong = [&text](int least) { return text.size() >= least; };
-    switch (learned.family) {
-    case Family::Address: {
-        const QString digits = QString::number(number, 16).rightJustified(6, QLatin1Char('0'));
-        searchForDigits(text, text.left(6) + digits.right(6));
-        break;
+    if (text.size() > longestSearched || text.size() < shortestName) {
+        return false;
     }
-    case Family::Uuid: searchForDigits(text, uuidForm(number).remove(QLatin1Char('-'))); break;
-    case Family::Serial:
-        if (hasDigit && isLong(hasLetter ? 4 : 7)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
-        }
-        break;
+    switch (family) {
+    case Family::Address:
+    case Family::Uuid: return true;
+    case Family::Serial: return hasDigit && text.size() >= (hasLetter ? 4 : 7);
     case Family::Token:
-        if (hasDigit && hasLetter && isLong(8) && !hasOne([](QChar c) { return c.isSpace(); })) {
-            searchForDigits(text, nameForm(learned.family, number));
-        }
-        break;
-    case Family::Label:
-        if (isLong(3) && !isTechnicalWord(text)) {
-            const bool isUnmistakable = isLong(6) && !isWord && hasLetter;
-            searchForName(text, nameForm(learned.family, number),
-                          isUnmistakable ? Where::Word : Where::Folder);
-        }
-        break;
+        return hasDigit && hasLetter && text.size() >= 8 && !hasOne([](QChar c) { return c.isSpace(); });
     case Family::IpV4:
-    case Family::IpV6: break;
-    default:
-        if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
-            searchForName(text, nameForm(learned.family, number), Where::Word);
-        }
+    case Family::IpV6: return false;
+    default: return hasLetter && !isTechnicalWord(text);
     }
 }
 
-void FixedForms::searchForName(const QString& name, const QString& form, Where where)
+} // namespace
+
+void FixedForms::addLearned(Family family, std::uint32_t index, const QString& text)
+{
+    const bool isSearched = isSearchedFor(family, text);
+    const bool isWord =
+        isSearched && family != Family::Label && std::all_of(text.begin(), text.end(), isPlain);
+    learned_.push_back(
+        {family, index, isSearched && !isWord ? text : QString(), isWord ? wordHash(text) : 0, false});
+    if (isWord && family == Family::Person && !text.at(text.size() - 1).isDigit()) {
+        learned_.push_back(
+            {family, index, QString(), wordHash(text + QLatin1Char('s')), true}); // "Alices iPhone"
+    }
+}
+
+void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
+{
+    const QString& text = learned.text;
+    const QString form = nameForm(learned.family, number);
+    if (learned.word != 0 && !words_.contains(learned.word)) {
+        words_.insert(learned.word, {learned.family, learned.isPlural, number});
+    }
+    if (text.isEmpty()) {
+        return;
+    }
+    switch (learned.family) {
+    case Family::Serial: searchForName(models_, text, form, Where::Word, Letters::Either); break;
+    case Family::Token: tokens_.add(text.toUtf8(), form.toUtf8(), Where::Word, Letters::Either); break;
+    case Family::Label: {
+        const bool isWord = std::all_of(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
+        constexpr int unmistakable = 5;
+        searchForName(labels_, text, form, text.size() < unmistakable ? Where::Folder : Where::Word,
+                      isWord ? Letters::Exact : Letters::Either);
+        break;
+    }
+    default: searchForName(names_, text, form, Where::Word, Letters::Either);
+    }
+}
+
+void FixedForms::searchForName(Replacements& replacements, const QString& name, const QString& form,
+                               Where where, Letters letters)
 {
     constexpr int mostSpelled = 10000; // bounds the memory: each has dozens of spellings
-    const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
     const bool isSpelled = !std::all_of(name.begin(), name.end(), isPlain) && spelledNames_++ < mostSpelled;
-    for (int way = 0; way < (isSpelled ? waysToSpell : 1); ++way) {
-        for (const QString& letters : {name, name.toLower(), name.toUpper()}) {
+    if (!isSpelled) {
+        replacements.add(name.toUtf8(), form.toUtf8(), where, letters);
+        return;
+    }
+    for (int way = 0; way < waysToSpell; ++way) {
+        const QByteArray replacement = spelled(form, way).toUtf8();
+        for (const QString& text : {name, name.toLower(), name.toUpper()}) {
             for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
-                const QByteArray text = spelled(letters.normalized(normalized), way).toUtf8();
-                const QByteArray replacement = spelled(form, way).toUtf8();
-                texts_.add(text, replacement, where, Letters::Either);
-                if (form.startsWith(QLatin1String("SERIAL-"))) {
-                    models_.add(text, replacement, where, Letters::Either);
+                const QString spelling = spelled(text.normalized(normalized), way);
+                if (spelling.size() >= shortestName && !isTechnicalWord(spelling)) {
+                    replacements.add(spelling.toUtf8(), replacement, where, letters);
                 }
             }
         }
     }
-    const bool isPerson = form.startsWith(QLatin1String("user"));
-    if (isPerson && !name.endsWith(QLatin1Char('s'))) { // "Alices iPhone"
-        texts_.add((name + QLatin1Char('s')).toUtf8(), (form + QLatin1Char('s')).toUtf8(), where,
-                   Letters::Either);
-    }
 }
 
-/// Values in which nothing is spelled in another way.
-void FixedForms::searchForDigits(const QString& digits, const QString& form)
+/// The text with forms for known words, which stand between characters of other kinds.
+QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
 {
-    for (Replacements* replacements : {&models_, &texts_}) {
-        replacements->add(digits.toUtf8(), form.toUtf8(), Where::Word, Letters::Either);
+    constexpr int longestWord = 255;
+    const auto isInWord = [](QChar c) {
+        return isPlain(c) || (c.unicode() >= 0x80 && !c.isPunct() && !c.isSpace() && !c.isSymbol() &&
+                              !c.isSurrogate() && c != QChar(QChar::ByteOrderMark));
+    };
+    QString result;
+    int copied = 0;
+    for (int begin = 0; begin < text.size() && !words_.isEmpty();) {
+        int end = begin;
+        bool isOfKind = true;
+        for (; end < text.size() && isInWord(text.at(end)); ++end) {
+            isOfKind = isOfKind && isPlain(text.at(end));
+        }
+        if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
+            const QString word = text.mid(begin, end - begin);
+            const auto known = words_.constFind(wordHash(word));
+            if (known != words_.constEnd() && mayStandIn(known->family, kind)) {
+                result += text.midRef(copied, begin - copied);
+                result += formOfWord(word, *known);
+                copied = end;
+            }
+        }
+        begin = end + 1;
+    }
+    return copied == 0 ? text : result + text.midRef(copied);
+}
+
+QString FixedForms::formOfWord(const QString& word, const Word& known)
+{
+    switch (known.family) {
+    case Family::Uuid: return uuidForm(known.number).remove(QLatin1Char('-'));
+    case Family::Address: return AddressText(word).withNumber(known.number);
+    default: return nameForm(known.family, known.number) + QLatin1String(known.isPlural ? "s" : "");
     }
 }
 

@@ -25,6 +25,7 @@ enum class PrivateKind {
     Host,    ///< the name or address of a machine
     Domain,  ///< the name of a network's domain
     IpAddress,
+    Addresses,   ///< a list of IP addresses, where no name that people give can stand
     Label,       ///< the name of a volume, a shared folder or a group of volumes
     Display,     ///< a display's identification data
     MountSource, ///< what a volume is mounted from
@@ -35,6 +36,7 @@ enum class PrivateKind {
     DisplayServer, ///< "host:0"
     SerialPort,    ///< the device file of a serial port, or its name
     BluetoothPort, ///< the same of a port that a Bluetooth device offers
+    Product,       ///< the name of a device by its maker, in which its owner's may stand, but no volume's
     Token,         ///< anything: the value of a variable that nobody knows
     Model,         ///< a model, a maker or a class, where no name that people give can stand
     Constant       ///< looks like an identifier, but is the same on all machines

@@ -19,10 +19,15 @@ bool isBluetoothDevice(const RecordedValue& dictionary)
            dictionary.find("BD_ADDR") != nullptr || dictionary.find("BluetoothDeviceAddress") != nullptr;
 }
 
-PrivateKind privateKindIn(const RecordedValue& dictionary, const QByteArray& key)
+/// @param isBluetooth whether a Bluetooth device offers the service whose properties these are
+PrivateKind privateKindIn(const RecordedValue& dictionary, const QByteArray& key, bool isBluetooth)
 {
+    const PrivateKind kind = privateKindOf(key);
+    if (isBluetooth && kind == PrivateKind::SerialPort) {
+        return PrivateKind::BluetoothPort;
+    }
     const bool isName = key == "Product" || key == "Name" || key == "DeviceName" || key == "Device Name";
-    return isName && isBluetoothDevice(dictionary) ? PrivateKind::Name : privateKindOf(key);
+    return isName && isBluetoothDevice(dictionary) ? PrivateKind::Name : kind;
 }
 
 /// Volumes and partitions have users' names; a whole disk has its model's.
@@ -39,18 +44,19 @@ bool isNamedByUser(const RecordedValue& entry)
 }
 
 /// Arrays share the kind of their key.
-void visitValue(RecordedValue& value, PrivateKind privateKind, RecordingVisitor& visitor)
+void visitValue(RecordedValue& value, PrivateKind privateKind, RecordingVisitor& visitor,
+                bool isBluetooth = false)
 {
     if (value.kind == Kind::Dictionary) {
         std::vector<PrivateKind> kinds;
         for (const RecordedValue::Item& item : value.items) {
-            kinds.push_back(privateKindIn(value, item.key));
+            kinds.push_back(privateKindIn(value, item.key, isBluetooth));
         }
         bool isSorted = true;
         for (std::size_t i = 0; i < kinds.size(); ++i) {
             const QByteArray key = value.items[i].key;
             visitor.visitKey(value.items[i].key);
-            visitValue(value.items[i].value, kinds[i], visitor);
+            visitValue(value.items[i].value, kinds[i], visitor, isBluetooth);
             isSorted = isSorted && value.items[i].key == key;
         }
         if (!isSorted) {
@@ -58,23 +64,33 @@ void visitValue(RecordedValue& value, PrivateKind privateKind, RecordingVisitor&
         }
     } else if (value.kind == Kind::Array) {
         for (RecordedValue::Item& item : value.items) {
-            visitValue(item.value, privateKind, visitor);
+            visitValue(item.value, privateKind, visitor, isBluetooth);
         }
     } else {
         visitor.visit(value, privateKind);
     }
 }
 
-void visitEntry(RecordedValue& entry, RecordingVisitor& visitor)
+bool isBluetoothService(const RecordedValue& entry)
 {
+    const RecordedValue* classes = entry.find("classes");
+    return classes != nullptr &&
+           std::any_of(classes->items.begin(), classes->items.end(),
+                       [](const auto& item) { return item.value.bytes.startsWith("IOBluetooth"); });
+}
+
+/// @param isBluetooth whether the entry above is a service of a Bluetooth device
+void visitEntry(RecordedValue& entry, RecordingVisitor& visitor, bool isBluetooth = false)
+{
+    const bool isService = isBluetoothService(entry);
     const PrivateKind nameKind = isNamedByUser(entry) ? PrivateKind::Label : PrivateKind::None;
     for (RecordedValue::Item& item : entry.items) {
         if (item.key == "children") {
             for (RecordedValue::Item& child : item.value.items) {
-                visitEntry(child.value, visitor);
+                visitEntry(child.value, visitor, isService);
             }
         } else if (item.key != "classes") {
-            visitValue(item.value, nameKind, visitor);
+            visitValue(item.value, nameKind, visitor, isBluetooth);
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/regularFile.h"
 
@@ -60,9 +61,32 @@ Names namesOfLists()
     return names << "mimeapps.list";
 }
 
+/// Whether all lists of applications can be read. One may be a symbolic link out of its folder.
+bool listsAnswer()
+{
+    const Names lists = namesOfLists() << "mimeinfo.cache";
+    QList<QByteArray> files;
+    for (const QByteArray& folder :
+         foldersOf(QStandardPaths::GenericConfigLocation) + foldersOf(QStandardPaths::ApplicationsLocation)) {
+        for (const QByteArray& list : lists) {
+            files.append(folder + list);
+        }
+    }
+    return fileSystemsAnswer(files);
+}
+
+/// @param program a name, or a path
 bool isThere(const QString& program)
 {
-    return !QStandardPaths::findExecutable(program).isEmpty();
+    const QByteArray name = QFile::encodeName(program);
+    QList<QByteArray> files{name};
+    if (!name.contains('/')) {
+        files = qgetenv("PATH").split(':');
+        for (QByteArray& file : files) {
+            file += '/' + name;
+        }
+    }
+    return fileSystemsAnswer(files) && !QStandardPaths::findExecutable(program).isEmpty();
 }
 
 /// Whether a desktop file stands for an application that can be started.
@@ -116,19 +140,14 @@ Names defaultNames(const QByteArray& type)
     return names;
 }
 
-std::optional<QByteArray> firstDesktopFile(const Names& names)
+/// The text of a desktop file; empty when its file system does not answer.
+std::optional<QByteArray> desktopFileText(const QByteArray& path)
 {
-    for (const QByteArray& name : names) {
-        if (auto path = desktopFilePath(name)) {
-            return path;
-        }
-    }
-    return std::nullopt;
+    return fileSystemsAnswer({path}) ? regularFileContents(path) : std::make_optional(QByteArray());
 }
 
-} // namespace
-
-std::optional<QByteArray> desktopFilePath(const QByteArray& name)
+/// desktopFilePath() where the lists answer.
+std::optional<QByteArray> usableFile(const QByteArray& name)
 {
     if (name.contains('/')) {
         return std::nullopt;
@@ -141,7 +160,7 @@ std::optional<QByteArray> desktopFilePath(const QByteArray& name)
             if (hyphen >= 0) {
                 path[hyphen] = '/';
             }
-            if (const auto desktopFile = regularFileContents(folder + path)) {
+            if (const auto desktopFile = desktopFileText(folder + path)) {
                 // A file in a user's folder stands in front of one of the same name in the system's, which it hides.
                 return isUsable(*desktopFile) ? std::make_optional(folder + path) : std::nullopt;
             }
@@ -151,9 +170,26 @@ std::optional<QByteArray> desktopFilePath(const QByteArray& name)
     return std::nullopt;
 }
 
+std::optional<QByteArray> firstDesktopFile(const Names& names)
+{
+    for (const QByteArray& name : names) {
+        if (auto path = usableFile(name)) {
+            return path;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<QByteArray> desktopFilePath(const QByteArray& name)
+{
+    return listsAnswer() ? usableFile(name) : std::nullopt;
+}
+
 std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
 {
-    if (scheme.isEmpty()) {
+    if (scheme.isEmpty() || !listsAnswer()) {
         return std::nullopt;
     }
     const QByteArray type = "x-scheme-handler/" + scheme.toLower();

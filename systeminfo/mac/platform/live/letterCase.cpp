@@ -1,66 +1,22 @@
 #include "systeminfo/mac/platform/live/letterCase.h"
 
-#include "systeminfo/mac/platform/live/fileDescriptor.h"
-#include "systeminfo/mac/platform/live/mountTable.h"
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 
 #include <QList>
 
-#include <cstdlib>
-#include <fcntl.h>
-#include <linux/fs.h>
 #include <map>
-#include <memory>
-#include <sys/ioctl.h>
-#include <sys/stat.h>
 
 namespace norvex {
 
-namespace {
-
-/// The folder that a path leads to, or the folder of the file that it leads to; empty when it leads nowhere.
-QByteArray folderOf(const QByteArray& path)
-{
-    struct stat status = {};
-    if (stat(path.constData(), &status) != 0) {
-        return QByteArray();
-    }
-    if (S_ISDIR(status.st_mode)) {
-        return path;
-    }
-    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.constData(), nullptr),
-                                                               &std::free);
-    const QByteArray file(resolved.get());
-    return file.left(file.lastIndexOf('/') + 1);
-}
-
-/// The letter case of the mount that an open file is on.
-std::optional<LetterCase> letterCaseOfMount(int descriptor)
-{
-    const auto mount = mountOf(descriptor);
-    return mount ? std::make_optional(letterCaseOfFileSystem(mount->type, mount->options)) : std::nullopt;
-}
-
-bool foldsCase(const QByteArray& folder)
-{
-    const FileDescriptor descriptor(
-        open(folder.constData(), O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
-    unsigned int flags[2] = {}; // with room for the long that some file systems write
-    return descriptor && ioctl(descriptor.get(), FS_IOC_GETFLAGS, flags) == 0 &&
-           (flags[0] & FS_CASEFOLD_FL) != 0;
-}
-
-} // namespace
-
 std::optional<LetterCase> letterCaseOf(const QByteArray& path)
 {
-    const QByteArray folder = folderOf(path);
-    const FileDescriptor descriptor(open(folder.constData(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor) {
+    const auto answer = askFileSystem(path, Subject::Folder);
+    if (!answer || !answer->mount) {
         return std::nullopt;
     }
-    std::optional<LetterCase> letterCase = letterCaseOfMount(descriptor.get());
-    if (letterCase && foldsCase(folder)) {
-        letterCase->isSensitive = false;
+    LetterCase letterCase = letterCaseOfFileSystem(answer->mount->type, answer->mount->options);
+    if (answer->foldsCase) {
+        letterCase.isSensitive = false;
     }
     return letterCase;
 }

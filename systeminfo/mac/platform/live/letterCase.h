@@ -18,7 +18,7 @@ struct LetterCase
 /// The letter case of the folder @p path, or of the folder of the file @p path. It depends on the type of the file
 /// system, on its mount options, and on the folder itself: ext4, f2fs, tmpfs and others can ignore case in single
 /// folders.
-/// @return absent when the path cannot be read
+/// @return absent when the path cannot be read, or its file system does not answer in time (askFileSystem())
 std::optional<LetterCase> letterCaseOf(const QByteArray& path);
 
 /// The letter case of a mounted file system.

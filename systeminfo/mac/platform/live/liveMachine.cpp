@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/deviceRegistry.h"
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernel.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 #include "systeminfo/mac/platform/live/letterCase.h"
@@ -56,13 +57,13 @@ public:
     bool fileExists(const QByteArray& path) const override
     {
         struct stat64 status = {};
-        return ::stat64(path.constData(), &status) == 0;
+        return fileSystemsAnswer({path}) && ::stat64(path.constData(), &status) == 0;
     }
 
     std::optional<QByteArray> propertyListString(const QByteArray& path,
                                                  const QByteArray& keyPath) const override
     {
-        return propertyListFileString(path, keyPath);
+        return fileSystemsAnswer({path}) ? propertyListFileString(path, keyPath) : std::nullopt;
     }
 
     DaemonAnswer daemonVersion() const override { return avahiVersion(); }

@@ -2,12 +2,22 @@
 
 #include "systeminfo/mac/platform/live/kernelFiles.h"
 
-#include <QList>
 #include <QSet>
 
 namespace norvex {
 
 namespace {
+
+/// File systems of servers.
+constexpr const char* networkTypes[] = {
+    "afs",   "beegfs", "ceph", "cifs",  "coda",  "gpfs", "lustre",
+    "ncpfs", "nfs",    "nfs4", "panfs", "pvfs2", "smb3", "smbfs",
+};
+
+/// Folders that the host of a virtual machine shares.
+constexpr const char* sharedFolderTypes[] = {
+    "9p", "drvfs", "fakeowner", "hostfs", "prl_fs", "vboxsf", "virtiofs", "vmhgfs",
+};
 
 /// A name without escapes: blanks, tabs, line feeds and backslashes are written as a backslash and three octal digits.
 QByteArray unescaped(const QByteArray& text)
@@ -49,11 +59,6 @@ std::optional<Mount> parseMount(const QByteArray& line)
     return hasId && hasParent && mount.point.startsWith('/') ? std::make_optional(mount) : std::nullopt;
 }
 
-QByteArray mountInfo()
-{
-    return KernelFiles().contents("/proc/self/mountinfo").value_or(QByteArray());
-}
-
 /// Stands for the mount outside of what the process sees.
 constexpr int outside = -1;
 
@@ -70,25 +75,55 @@ std::vector<Mount> parseMounts(const QByteArray& mountInfo)
     return mounts;
 }
 
-std::vector<Mount> currentMounts()
+QByteArray mountInfo()
 {
-    return parseMounts(mountInfo());
+    return KernelFiles().contents("/proc/self/mountinfo").value_or(QByteArray());
 }
 
-std::optional<Mount> mountOf(int descriptor)
+std::optional<Mount> mountWithId(const QByteArray& mountInfo, const QByteArray& id)
 {
-    const auto info = KernelFiles().contents("/proc/self/fdinfo/" + QByteArray::number(descriptor));
-    const auto id = info ? valueOfKey(*info, "mnt_id", ':') : std::nullopt;
-    if (!id) {
-        return std::nullopt;
-    }
-    const QByteArray lines = "\n" + mountInfo();
-    const int start = lines.indexOf("\n" + *id + " ");
+    const QByteArray lines = "\n" + mountInfo;
+    const int start = lines.indexOf("\n" + id + " ");
     if (start < 0) {
         return std::nullopt;
     }
     const int end = lines.indexOf('\n', start + 1);
     return parseMount(lines.mid(start + 1, end < 0 ? -1 : end - start - 1));
+}
+
+bool isNetworkType(const QByteArray& type)
+{
+    return isOneOf(networkTypes, type);
+}
+
+bool isSharedFolderType(const QByteArray& type)
+{
+    return isOneOf(sharedFolderTypes, type);
+}
+
+bool isServedType(const QByteArray& type)
+{
+    // The program's own type may follow.
+    return type == "fuse" || type == "fuseblk" || type.startsWith("fuse.") || type.startsWith("fuseblk.") ||
+           isNetworkType(type) || isSharedFolderType(type) || type == "autofs";
+}
+
+QList<QByteArray> servedPoints(const QByteArray& mountInfo)
+{
+    static const QByteArray separator = " - ";
+    QList<QByteArray> points;
+    for (const QByteArray& line : mountInfo.split('\n')) {
+        // The table may be long, and only few of its mounts are served.
+        const int type = line.indexOf(separator) + separator.size();
+        if (!isServedType(line.mid(type, line.indexOf(' ', type) - type))) {
+            continue;
+        }
+        const auto mount = parseMount(line);
+        if (mount && mount->point != "/") {
+            points.append(mount->point);
+        }
+    }
+    return points;
 }
 
 MountTable::MountTable(const std::vector<Mount>& mounts)

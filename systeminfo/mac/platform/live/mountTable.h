@@ -5,12 +5,22 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
 #include <vector>
 
 namespace norvex {
+
+/// Whether a list of names holds a name.
+template <std::size_t Count>
+bool isOneOf(const char* const (&names)[Count], const QByteArray& name)
+{
+    return std::any_of(std::begin(names), std::end(names), [&name](const char* one) { return name == one; });
+}
 
 /// A line of /proc/self/mountinfo.
 struct Mount
@@ -33,11 +43,25 @@ struct Mount
 /// The mounts of a mountinfo text, in its order, with their names unescaped. Malformed lines are left out.
 std::vector<Mount> parseMounts(const QByteArray& mountInfo);
 
-/// The mounts at this moment.
-std::vector<Mount> currentMounts();
+/// The mountinfo text at this moment.
+QByteArray mountInfo();
 
-/// The mount through which an open file was reached; absent when /proc does not tell.
-std::optional<Mount> mountOf(int descriptor);
+/// The mount with a number in a mountinfo text; absent when there is none.
+std::optional<Mount> mountWithId(const QByteArray& mountInfo, const QByteArray& id);
+
+/// Whether a file system of this type is one of a server's.
+bool isNetworkType(const QByteArray& type);
+
+/// Whether a file system of this type is a folder that the host of a virtual machine shares.
+bool isSharedFolderType(const QByteArray& type);
+
+/// Whether a server, a program or the host of a virtual machine answers for file systems of this type, so that they may
+/// not answer at all. What mounts something when it is used counts, too.
+bool isServedType(const QByteArray& type);
+
+/// Where served file systems are mounted, by a mountinfo text. The root folder is not among them: where it does not
+/// answer, nothing runs.
+QList<QByteArray> servedPoints(const QByteArray& mountInfo);
 
 /// Finds out which mount a path leads to.
 class MountTable

@@ -1,44 +1,24 @@
 #include "systeminfo/mac/platform/live/volumes.h"
 
-#include "systeminfo/mac/platform/live/fileDescriptor.h"
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
 
 #include <QHash>
 #include <QString>
 
 #include <algorithm>
 #include <cstring>
-#include <fcntl.h>
-#include <iterator>
 #include <limits>
-#include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <utility>
 
 namespace norvex {
 
 namespace {
 
-template <std::size_t Count>
-bool isOneOf(const char* const (&names)[Count], const QByteArray& name)
-{
-    return std::any_of(std::begin(names), std::end(names), [&name](const char* one) { return name == one; });
-}
-
 /// Read-only images, in which packaged software comes.
 constexpr const char* imageTypes[] = {"squashfs", "erofs", "cramfs", "romfs"};
 
-/// File systems of servers.
-constexpr const char* networkTypes[] = {
-    "afs",   "beegfs", "ceph", "cifs",  "coda",  "gpfs", "lustre",
-    "ncpfs", "nfs",    "nfs4", "panfs", "pvfs2", "smb3", "smbfs",
-};
-
-/// Other file systems that hold user data and have no block device of their own: on disks of this host, or of the
-/// host of a virtual machine.
-constexpr const char* storageTypes[] = {
-    "bcachefs", "btrfs",     "ecryptfs", "jffs2",  "ubifs",  "zfs",      "9p",
-    "drvfs",    "fakeowner", "hostfs",   "prl_fs", "vboxsf", "virtiofs", "vmhgfs",
-};
+/// Other file systems that hold user data on disks of this host and have no block device of their own.
+constexpr const char* storageTypes[] = {"bcachefs", "btrfs", "ecryptfs", "jffs2", "ubifs", "zfs"};
 
 /// File systems of programs that show what is stored elsewhere, or parts of software.
 constexpr const char* auxiliaryPrograms[] = {
@@ -57,8 +37,8 @@ bool holdsUserData(const Mount& mount)
         return false;
     }
     // The kernel numbers file systems without a block device under the major number 0.
-    return !mount.device.startsWith("0:") || mount.type == "fuse" || mount.type.startsWith("fuse.") ||
-           isOneOf(networkTypes, mount.type) || isOneOf(storageTypes, mount.type);
+    return !mount.device.startsWith("0:") || (isServedType(mount.type) && mount.type != "autofs") ||
+           isOneOf(storageTypes, mount.type);
 }
 
 /// Whether a mount of a file system represents it better than another mount of it.
@@ -72,8 +52,8 @@ bool isBetter(const Mount& mount, const Mount& other)
 
 bool isFolder(const QByteArray& path)
 {
-    struct stat64 status = {};
-    return ::stat64(path.constData(), &status) != 0 || S_ISDIR(status.st_mode);
+    const auto answer = askFileSystem(path, Subject::Path);
+    return !answer || answer->isFolder;
 }
 
 template <std::size_t Size>
@@ -93,13 +73,14 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
         if (!holdsUserData(mount) || !table.isVisible(mount)) {
             continue;
         }
-        // The root of a file system is a folder. A server that is gone would not answer.
-        if (mount.root != "/" && !isOneOf(networkTypes, mount.type) && !isFolder(mount.point)) {
+        const Mount* const best = chosen.value(mount.device);
+        if (best != nullptr && !isBetter(mount, *best)) {
             continue;
         }
-        const Mount*& best = chosen[mount.device];
-        if (best == nullptr || isBetter(mount, *best)) {
-            best = &mount;
+        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a file
+        // system is a folder. A server that is gone would not answer.
+        if (mount.root == "/" || isNetworkType(mount.type) || isFolder(mount.point)) {
+            chosen.insert(mount.device, &mount);
         }
     }
     QList<std::pair<QString, QByteArray>> volumes;
@@ -120,17 +101,16 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
 
 QList<QByteArray> hostVolumes()
 {
-    return volumesAmong(currentMounts(), isFolder);
+    return volumesAmong(parseMounts(mountInfo()), isFolder);
 }
 
 std::optional<MacStatfs> hostStatfs(const QByteArray& path)
 {
-    // This names the file without opening what it holds.
-    const FileDescriptor file(::open(path.constData(), O_PATH | O_CLOEXEC));
-    struct statvfs64 figures = {};
-    if (!file || ::fstatvfs64(file.get(), &figures) != 0) {
+    const auto answer = askFileSystem(path, Subject::Path);
+    if (!answer) {
         return std::nullopt;
     }
+    const auto& figures = answer->figures;
     constexpr std::uint64_t unknown = std::numeric_limits<std::uint64_t>::max();
     MacStatfs record;
     record.f_bsize = std::uint32_t(figures.f_frsize);
@@ -140,10 +120,10 @@ std::optional<MacStatfs> hostStatfs(const QByteArray& path)
     // A file system that makes its nodes when it needs them does not count them.
     record.f_files = figures.f_files == 0 ? unknown : figures.f_files;
     record.f_ffree = figures.f_files == 0 ? unknown : figures.f_ffree;
-    if (const auto mount = mountOf(file.get())) {
-        copyText(record.f_fstypename, mount->type);
-        copyText(record.f_mntonname, mount->point);
-        copyText(record.f_mntfromname, mount->source);
+    if (answer->mount) {
+        copyText(record.f_fstypename, answer->mount->type);
+        copyText(record.f_mntonname, answer->mount->point);
+        copyText(record.f_mntfromname, answer->mount->source);
     }
     return record;
 }

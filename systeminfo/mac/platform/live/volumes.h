@@ -25,11 +25,11 @@ namespace norvex {
 QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
                                const std::function<bool(const QByteArray&)>& isFolder);
 
-/// The mount points of this host's volumes. It does not wait for the servers of network file systems.
+/// The mount points of this host's volumes. It asks no server of a network file system.
 QList<QByteArray> hostVolumes();
 
-/// The size and names of the file system that holds a path; absent when the system does not tell them. Waits as long
-/// as the file system does: a network file system whose server is gone may not answer for a long time.
+/// The size and names of the file system that holds a path; absent when the system does not tell them, or not in time
+/// (askFileSystem()).
 std::optional<MacStatfs> hostStatfs(const QByteArray& path);
 
 } // namespace norvex

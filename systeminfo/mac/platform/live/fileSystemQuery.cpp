@@ -1,0 +1,393 @@
+#include "systeminfo/mac/platform/live/fileSystemQuery.h"
+
+#include "systeminfo/mac/platform/live/fileDescriptor.h"
+#include "systeminfo/mac/platform/live/kernelFiles.h"
+
+#include <algorithm>
+#include <charconv>
+#include <chrono>
+#include <climits>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <list>
+#include <mutex>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <utility>
+
+namespace norvex {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How long file systems that do not answer are waited for, all together.
+constexpr std::chrono::milliseconds patience(2000);
+/// When an answer counts as late.
+constexpr std::chrono::milliseconds usualTime(100);
+
+/// What comes through a pipe, smaller than what a pipe takes whole.
+struct Reply
+{
+    bool isFound = false;
+    bool isFolder = false;
+    bool foldsCase = false;
+    struct statvfs64 figures = {};
+    char descriptorInfo[256] = {}; ///< the file's text in /proc/self/fdinfo
+};
+static_assert(sizeof(Reply) <= PIPE_BUF);
+
+using DescriptorPath = char[64];
+
+void writeDescriptorPath(DescriptorPath& path, const char* folder, int descriptor)
+{
+    const std::size_t length = std::strlen(folder);
+    std::memcpy(path, folder, length);
+    *std::to_chars(path + length, path + sizeof path - 1, descriptor).ptr = '\0';
+}
+
+bool isFolder(int descriptor)
+{
+    struct stat64 status = {};
+    return ::fstat64(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// The folder of an open file.
+FileDescriptor folderOf(int descriptor)
+{
+    DescriptorPath link;
+    writeDescriptorPath(link, "/proc/self/fd/", descriptor);
+    char path[PATH_MAX];
+    const ssize_t length = ::readlink(link, path, sizeof path);
+    ssize_t end = std::max<ssize_t>(length, 0);
+    while (end > 0 && path[end - 1] != '/') {
+        --end;
+    }
+    path[std::min<ssize_t>(end, sizeof path - 1)] = '\0';
+    return FileDescriptor(::open(path, O_PATH | O_DIRECTORY | O_CLOEXEC));
+}
+
+bool foldsCase(int folder)
+{
+    const FileDescriptor readable(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_NONBLOCK | O_CLOEXEC));
+    unsigned int flags[2] = {}; // with room for the long that some file systems write
+    return readable && ::ioctl(readable.get(), FS_IOC_GETFLAGS, flags) == 0 &&
+           (flags[0] & FS_CASEFOLD_FL) != 0;
+}
+
+/// Looks at a path, however long that takes. It may run in a copy of a process that had threads, where whatever takes a
+/// lock could wait for ever. So it calls nothing but the system, and closes all that it opens.
+Reply lookAt(const char* path, Subject subject)
+{
+    Reply reply;
+    // This names the file without opening what it holds.
+    FileDescriptor file(::open(path, O_PATH | O_CLOEXEC));
+    reply.isFolder = file && isFolder(file.get());
+    if (file && subject == Subject::Folder) {
+        if (!reply.isFolder) {
+            file = folderOf(file.get());
+        }
+        reply.foldsCase = file && foldsCase(file.get());
+    }
+    if (!file || ::fstatvfs64(file.get(), &reply.figures) != 0) {
+        return reply;
+    }
+    reply.isFound = true;
+    DescriptorPath info;
+    writeDescriptorPath(info, "/proc/self/fdinfo/", file.get());
+    const FileDescriptor text(::open(info, O_RDONLY | O_CLOEXEC));
+    if (!text || ::read(text.get(), reply.descriptorInfo, sizeof reply.descriptorInfo - 1) < 0) {
+        reply.descriptorInfo[0] = '\0';
+    }
+    return reply;
+}
+
+/// Leaves a process only one descriptor. Others could keep somebody waiting for the end of a pipe.
+void closeAllBut(int kept)
+{
+    const auto closeRange = [](unsigned first, unsigned last) {
+        return first > last || ::syscall(SYS_close_range, first, last, 0) == 0;
+    };
+    const auto number = static_cast<unsigned>(kept);
+    if (closeRange(0, number - 1) && closeRange(number + 1, ~0U)) {
+        return;
+    }
+    // Linux before 5.9.
+    for (int descriptor = 0; descriptor < ::sysconf(_SC_OPEN_MAX); ++descriptor) {
+        if (descriptor != kept) {
+            ::close(descriptor);
+        }
+    }
+}
+
+[[noreturn]] void answerAndEnd(const char* path, Subject subject, int answerTo)
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    closeAllBut(answerTo);
+    const Reply reply = lookAt(path, subject);
+    _exit(::write(answerTo, &reply, sizeof reply) == ssize_t(sizeof reply) ? 0 : 1);
+}
+
+/// A process that was started for a question.
+struct AskedProcess
+{
+    QByteArray point;
+    pid_t number = -1;
+    bool isGivenUp = false;
+};
+
+bool hasEnded(const AskedProcess& process)
+{
+    return ::waitpid(process.number, nullptr, __WCLONE | WNOHANG) != 0;
+}
+
+/// All processes that were started and are not known to have ended.
+class AskedProcesses
+{
+public:
+    using Place = std::list<AskedProcess>::iterator;
+
+    static AskedProcesses& instance()
+    {
+        // Never destroyed: another thread may ask while the process ends.
+        static auto& processes = *new AskedProcesses;
+        return processes;
+    }
+
+    Place add(const QByteArray& point)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        return processes_.insert(processes_.end(), {point});
+    }
+
+    void remove(Place process)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        processes_.erase(process);
+    }
+
+    void giveUp(Place process)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        process->isGivenUp = true;
+    }
+
+    /// Whether a process that was given up still asks the file system that is mounted at a point.
+    bool isSilent(const QByteArray& point)
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        processes_.remove_if(
+            [](const AskedProcess& process) { return process.isGivenUp && hasEnded(process); });
+        return std::any_of(processes_.begin(), processes_.end(), [&point](const AskedProcess& process) {
+            return process.isGivenUp && process.point == point;
+        });
+    }
+
+private:
+    std::mutex mutex_;
+    std::list<AskedProcess> processes_;
+};
+
+/// A question to the file system that is mounted at a point. Another process asks it.
+class Question
+{
+public:
+    Question(const QByteArray& path, Subject subject, const QByteArray& point)
+        : process_(AskedProcesses::instance().add(point))
+    {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) != 0) {
+            return;
+        }
+        answerFrom_ = FileDescriptor(ends[0]);
+        const FileDescriptor answerTo(ends[1]);
+        const char* const name = path.constData();
+        // No handler of the caller's may run in the other process.
+        sigset_t all;
+        sigset_t before;
+        sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before);
+        // Unlike fork() this calls no handlers, and the caller receives no signal and no wait status of an unknown child.
+        process_->number = pid_t(::syscall(SYS_clone, 0, nullptr, nullptr, nullptr, nullptr));
+        if (process_->number == 0) {
+            answerAndEnd(name, subject, answerTo.get());
+        }
+        ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    }
+
+    Question(const Question&) = delete;
+    Question& operator=(const Question&) = delete;
+
+    ~Question()
+    {
+        if (isRunning() && !isOver_) {
+            AskedProcesses::instance().giveUp(process_);
+            return;
+        }
+        if (isRunning()) {
+            ::waitpid(process_->number, nullptr, __WCLONE); // It has only to end.
+        }
+        AskedProcesses::instance().remove(process_);
+    }
+
+    /// Waits until then. Without a process there is no reply.
+    std::optional<Reply> wait(Clock::time_point end)
+    {
+        while (isRunning() && !isOver_) {
+            const auto left =
+                std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+            pollfd news = {answerFrom_.get(), POLLIN, 0};
+            const int ready = ::poll(&news, 1, int(std::max<decltype(left)>(left, 0)));
+            if (ready == 0) {
+                return std::nullopt;
+            }
+            if (ready > 0) {
+                Reply reply;
+                isOver_ = true;
+                return ::read(answerFrom_.get(), &reply, sizeof reply) == ssize_t(sizeof reply)
+                           ? std::make_optional(reply)
+                           : std::nullopt;
+            }
+        }
+        return std::nullopt;
+    }
+
+    /// Whether the process may still answer.
+    bool isOpen() const { return isRunning() && !isOver_; }
+
+private:
+    bool isRunning() const { return process_->number > 0; }
+
+    AskedProcesses::Place process_;
+    FileDescriptor answerFrom_;
+    bool isOver_ = false;
+};
+
+/// Asks the file system that is mounted at a point about a path on it.
+/// @param points those of all served file systems
+std::optional<Reply> askServed(const QByteArray& path, Subject subject, const QByteArray& point,
+                               const QList<QByteArray>& points)
+{
+    AskedProcesses& processes = AskedProcesses::instance();
+    if (processes.isSilent(point)) {
+        return std::nullopt;
+    }
+    const auto start = Clock::now();
+    Question question(path, subject, point);
+    std::optional<Reply> reply = question.wait(start + usualTime);
+    if (!question.isOpen()) {
+        return reply;
+    }
+    // Others may be silent, too. When the time is over, all of them are known.
+    std::list<Question> others;
+    for (const QByteArray& other : points) {
+        if (other != point && !processes.isSilent(other)) {
+            others.emplace_back(other, Subject::Path, other);
+        }
+    }
+    reply = question.wait(start + patience);
+    for (Question& other : others) {
+        other.wait(start + patience);
+    }
+    return reply;
+}
+
+QByteArray linkTarget(const QByteArray& path)
+{
+    char target[PATH_MAX];
+    const ssize_t length = ::readlink(path.constData(), target, sizeof target);
+    return QByteArray(target, int(std::max<ssize_t>(length, 0)));
+}
+
+QByteArray workingFolder()
+{
+    char folder[PATH_MAX];
+    return ::getcwd(folder, sizeof folder) != nullptr ? QByteArray(folder) : QByteArray();
+}
+
+/// Which of the points a path lies below, the innermost; empty for none.
+QByteArray pointAbove(const QByteArray& path, const QList<QByteArray>& points)
+{
+    QByteArray innermost;
+    for (const QByteArray& point : points) {
+        if (point.size() > innermost.size() && (path + '/').startsWith(point + '/')) {
+            innermost = point;
+        }
+    }
+    return innermost;
+}
+
+/// Where the served file system is mounted that a path leads to or through; empty when it stays on local ones. It
+/// follows symbolic links as far as these reach, and asks no served file system.
+QByteArray servedPoint(const QByteArray& path, const QList<QByteArray>& points)
+{
+    constexpr int mostLinks = 40; // the kernel's own limit
+    QByteArray reached;
+    QList<QByteArray> names = (path.startsWith('/') ? path : workingFolder() + '/' + path).split('/');
+    for (int links = 0; !names.isEmpty() && links <= mostLinks;) {
+        const QByteArray name = names.takeFirst();
+        if (name.isEmpty() || name == ".") {
+            continue;
+        }
+        if (name == "..") {
+            reached.truncate(std::max(reached.lastIndexOf('/'), 0));
+            continue;
+        }
+        const QByteArray next = reached + '/' + name;
+        if (points.contains(next)) {
+            return pointAbove(next + '/' + names.join('/'), points);
+        }
+        const QByteArray target = linkTarget(next);
+        if (target.isEmpty()) {
+            reached = next;
+            continue;
+        }
+        ++links;
+        names = target.split('/') + names;
+        reached = target.startsWith('/') ? QByteArray() : reached;
+    }
+    return QByteArray();
+}
+
+std::optional<Reply> ask(const QByteArray& path, Subject subject, const QByteArray& mounts)
+{
+    const QList<QByteArray> points = servedPoints(mounts);
+    const QByteArray point = points.isEmpty() ? QByteArray() : servedPoint(path, points);
+    return point.isEmpty() ? lookAt(path.constData(), subject) : askServed(path, subject, point, points);
+}
+
+} // namespace
+
+std::optional<FileSystemAnswer> askFileSystem(const QByteArray& path, Subject subject)
+{
+    const QByteArray mounts = mountInfo();
+    const std::optional<Reply> reply = ask(path, subject, mounts);
+    if (!reply || !reply->isFound) {
+        return std::nullopt;
+    }
+    FileSystemAnswer answer{reply->isFolder, reply->foldsCase, reply->figures, std::nullopt};
+    if (const auto id = valueOfKey(reply->descriptorInfo, "mnt_id", ':')) {
+        answer.mount = mountWithId(mounts, *id);
+        if (!answer.mount) { // The look has mounted it.
+            answer.mount = mountWithId(mountInfo(), *id);
+        }
+    }
+    return answer;
+}
+
+bool fileSystemsAnswer(const QList<QByteArray>& paths)
+{
+    const QList<QByteArray> points = servedPoints(mountInfo());
+    return std::all_of(paths.begin(), paths.end(), [&points](const QByteArray& path) {
+        const QByteArray point = points.isEmpty() ? QByteArray() : servedPoint(path, points);
+        return point.isEmpty() || askServed(path, Subject::Path, point, points).has_value();
+    });
+}
+
+} // namespace norvex
