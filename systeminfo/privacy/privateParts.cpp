@@ -601,7 +601,7 @@ private:
 
     void addDisplayServer()
     {
-        static const QRegularExpression server(QStringLiteral("^([^/:]+):[0-9]"));
+        static const QRegularExpression server(QStringLiteral("^(?:[a-z0-9]+/)?([^/:]+):[0-9]"));
         add(PrivateKind::Host, find(server, text_), 1);
     }
 
