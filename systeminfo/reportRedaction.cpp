@@ -28,7 +28,7 @@ public:
     virtual void take(int begin, int end, PrivateKind kind) = 0;
     /// The same of a label that says what its value is. With a private value in it, it is hidden instead, and false.
     virtual bool takeLabel(int begin, int end) = 0;
-    /// A line of an unknown value behind its first one.
+    /// What shows nothing, not even its length.
     virtual void hide(int begin, int end) = 0;
 };
 

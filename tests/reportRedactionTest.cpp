@@ -93,7 +93,7 @@ void ReportRedactionTest::nothingLeft()
     const QString clean = redacted(text);
     sameLines(clean, fileText(folder + name + ".redacted.txt"));
     int planted = 0;
-    for (const QString& secret : fileText(folder + "secrets.txt").split('\n', Qt::SkipEmptyParts)) {
+    for (const QString& secret : fileText(folder + "secrets.txt").trimmed().split('\n')) {
         planted += text.contains(secret) ? 1 : 0;
         QVERIFY2(!clean.contains(secret, Qt::CaseInsensitive), qPrintable(secret));
     }

@@ -187,6 +187,7 @@ void Document::takeText(const std::shared_ptr<Analysis>& analysis)
     delete redacting_;
     original_ = analysis->shown;
     redacted_ = ShownReport();
+    isRedactionImpossible_ = false;
     notices_ = analysis->notices;
     errorMessage_.clear();
     state_ = State::Ready;
@@ -221,6 +222,9 @@ void Document::analyse()
 void Document::takeAnalysis(const std::shared_ptr<Analysis>& analysis)
 {
     original_ = analysis->shown;
+    if (!original_.outline->isComplete()) {
+        notices_ += tr("Not everything is set off: the text is too long.");
+    }
     identifications_[0] = analysis->identifications[0];
     identifications_[1] = analysis->identifications[1];
     if (original_.lines->text().size() <= shortText || !waiting_.isEmpty()) {
@@ -231,8 +235,8 @@ void Document::takeAnalysis(const std::shared_ptr<Analysis>& analysis)
 
 void Document::makeRedacted(QObject* context, const std::function<void(bool)>& done)
 {
-    if (!redacted_.isNull()) {
-        done(true);
+    if (!redacted_.isNull() || isRedactionImpossible_) {
+        done(!isRedactionImpossible_);
         return;
     }
     waiting_.append({context, done});
@@ -261,6 +265,7 @@ void Document::startRedaction()
 void Document::takeRedacted(const ShownReport& redacted)
 {
     redacted_ = redacted;
+    isRedactionImpossible_ = redacted.isNull();
     const QVector<Waiting> waiting = waiting_;
     waiting_.clear();
     for (const Waiting& each : waiting) {

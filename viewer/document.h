@@ -72,10 +72,11 @@ public:
 
     /// Calls back when redacted() is there, at once if it is now.
     /// @param context without it there is no call
-    /// @param done its argument says whether there was enough memory
+    /// @param done its argument says whether there was enough memory. Without it, there will not be later, either.
     void makeRedacted(QObject* context, const std::function<void(bool isMade)>& done);
     /// Forgets who waits for redacted().
     void stopWaitingForRedacted();
+    bool isRedactionImpossible() const { return isRedactionImpossible_; }
 
     /// What the original says, whatever is shown.
     /// @param skipsBraced whether interfaces with a name in braces do not count
@@ -115,6 +116,7 @@ private:
     QString errorMessage_;
     QStringList notices_;
     bool busy_ = false;
+    bool isRedactionImpossible_ = false;
     ShownReport original_;
     ShownReport redacted_;
     Identification identifications_[2];

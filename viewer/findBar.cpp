@@ -16,6 +16,8 @@ namespace {
 
 /// A longer text is no search.
 const int longestSought = 1000;
+/// A shorter wait needs no picture of waiting.
+const int patienceMs = 250;
 
 QToolButton* button(const QString& text, const QString& name)
 {
@@ -43,6 +45,7 @@ FindBar::FindBar(QWidget* parent)
     edit_->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
     result_->setObjectName(QStringLiteral("findResult"));
     result_->setTextFormat(Qt::PlainText);
+    stop_->setObjectName(QStringLiteral("stopCounting"));
     progress_->setMaximumWidth(fontMetrics().averageCharWidth() * 16);
     progress_->setAccessibleName(tr("Progress of counting"));
     QToolButton* const previous = button(tr("Previous"), tr("Previous hit (Shift+F3)"));
@@ -63,7 +66,9 @@ FindBar::FindBar(QWidget* parent)
     layout->addWidget(stop_);
     layout->addStretch(1);
     layout->addWidget(close);
-    setProgress(-1);
+    showResult();
+    patience_.setSingleShot(true);
+    connect(&patience_, &QTimer::timeout, this, &FindBar::showResult);
 
     connect(edit_, &QLineEdit::textChanged, this, &FindBar::soughtChanged);
     connect(matchCase_, &QCheckBox::toggled, this, &FindBar::soughtChanged);
@@ -93,19 +98,28 @@ void FindBar::open(const QString& sought)
     edit_->setFocus(Qt::ShortcutFocusReason);
 }
 
-void FindBar::setResult(const QString& result, bool isHit)
+void FindBar::setResult(const QString& result, bool isHit, int percent)
 {
-    result_->setText(result);
-    QFont font = result_->font();
-    font.setBold(!isHit);
-    result_->setFont(font);
+    text_ = result;
+    isHit_ = isHit;
+    percent_ = percent;
+    if (percent == 100 || progress_->isVisible()) {
+        showResult();
+    } else if (!patience_.isActive()) {
+        patience_.start(patienceMs);
+    }
 }
 
-void FindBar::setProgress(int percent)
+void FindBar::showResult()
 {
-    progress_->setVisible(percent >= 0);
-    stop_->setVisible(percent >= 0);
-    progress_->setValue(percent);
+    patience_.stop();
+    result_->setText(text_);
+    QFont font = result_->font();
+    font.setBold(!isHit_);
+    result_->setFont(font);
+    progress_->setVisible(percent_ < 100);
+    stop_->setVisible(percent_ < 100);
+    progress_->setValue(percent_);
 }
 
 void FindBar::keyPressEvent(QKeyEvent* event)

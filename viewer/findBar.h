@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 class QCheckBox;
@@ -25,10 +26,10 @@ public:
     /// @param sought replaces what stands there, unless it is empty
     void open(const QString& sought);
 
-    /// What the search found, in a sentence; empty for no search.
-    void setResult(const QString& result, bool isHit);
-    /// @param percent -1 when nothing is being counted
-    void setProgress(int percent);
+    /// What the search found. While it counts, this is shown only when that takes a while.
+    /// @param result in a few words; empty for no search
+    /// @param percent of the text that is counted
+    void setResult(const QString& result, bool isHit, int percent);
 
 signals:
     void soughtChanged();
@@ -41,11 +42,17 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void showResult();
+
     QLineEdit* edit_;
     QCheckBox* matchCase_;
     QLabel* result_;
     QProgressBar* progress_;
     QToolButton* stop_;
+    QTimer patience_;
+    QString text_;
+    bool isHit_ = true;
+    int percent_ = 100;
 };
 
 } // namespace Viewer

@@ -134,9 +134,9 @@ void MainWindow::updateSearchResult()
             percent = std::min(percent, search->percent());
         }
     }
-    findBar_->setProgress(percent < 100 ? percent : -1);
     const bool isIdle = findBar_->sought().isEmpty() || currentTab() == nullptr;
-    findBar_->setResult(isIdle ? QString() : searchResult(total, percent < 100), total > 0 || isIdle);
+    findBar_->setResult(isIdle ? QString() : searchResult(total, percent < 100), total > 0 || isIdle,
+                        percent);
 }
 
 /// @param total hits in all tabs
@@ -151,8 +151,7 @@ QString MainWindow::searchResult(int total, bool isCounting) const
         return isCounting ? tr("Searching…") : tr("No hit");
     }
     const int current = tab.currentHit();
-    const QString hits =
-        current > 0 ? tr("%1 of %n hit(s)", nullptr, here).arg(current) : tr("%n hit(s)", nullptr, here);
+    const QString hits = current > 0 ? tr("Hit %1 of %2").arg(current).arg(here) : tr("Hits: %1").arg(here);
     return tabs_->count() == 1 ? hits : tr("%1, %2 in all tabs").arg(hits).arg(total);
 }
 

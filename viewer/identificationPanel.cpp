@@ -4,7 +4,6 @@
 
 #include <QCheckBox>
 #include <QFontDatabase>
-#include <QFormLayout>
 #include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -44,15 +43,27 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
       skipsBraced_(new QCheckBox(tr("Skip interfaces with names in &braces")))
 {
     message_->setObjectName(QStringLiteral("identificationMessage"));
-    auto* const form = new QFormLayout(values_);
-    form->setContentsMargins(0, 0, 0, 0);
-    form->setRowWrapPolicy(QFormLayout::WrapAllRows);
-    form->addRow(tr("MAC addresses"), addresses_);
-    form->addRow(tr("Number of processors"), processors_);
-    form->addRow(tr("Processor revision"), revision_);
+    auto* const values = new QVBoxLayout(values_);
+    values->setContentsMargins(0, 0, 0, 0);
+    values->setSpacing(2);
+    const auto addValue = [values](const QString& name, QLabel* value) {
+        auto* const label = new QLabel(name);
+        QFont font = label->font();
+        font.setBold(true);
+        label->setFont(font);
+        label->setBuddy(value);
+        value->setAccessibleName(name);
+        values->addWidget(label);
+        values->addWidget(value);
+        values->addSpacing(12);
+    };
+    addValue(tr("MAC addresses"), addresses_);
+    addValue(tr("Number of processors"), processors_);
+    addValue(tr("Processor revision"), revision_);
 
     auto* const content = new QWidget;
     auto* const contentLayout = new QVBoxLayout(content);
+    contentLayout->setContentsMargins(0, 0, 0, 0);
     contentLayout->addWidget(message_);
     contentLayout->addWidget(values_);
     contentLayout->addStretch(1);
@@ -60,6 +71,7 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
     area->setWidget(content);
     area->setWidgetResizable(true);
     area->setFrameShape(QFrame::NoFrame);
+    area->setAccessibleName(tr("Identification"));
 
     QLabel* const note = wrappedLabel(tr("Read from the original text, private data included."));
     auto* const layout = new QVBoxLayout(this);

@@ -27,7 +27,6 @@ int run(QApplication& application)
         QStringLiteral("[FILE...]"));
     parser.process(application);
     MainWindow window;
-    window.show();
     QStringList files = parser.positionalArguments();
     if (files.isEmpty()) {
         for (const QString& file : MainWindow::rememberedFiles()) {
@@ -38,6 +37,8 @@ int run(QApplication& application)
     for (const QString& file : files) {
         window.openFile(file);
     }
+    // Last, so that the files are being read meanwhile.
+    window.show();
     return QApplication::exec();
 }
 

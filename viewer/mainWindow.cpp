@@ -31,6 +31,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QToolButton>
 #include <QTreeView>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -45,7 +46,6 @@ namespace {
 enum CentrePage { EmptyPage, TabsPage };
 
 const int mostRecentFiles = 10;
-const int messageMs = 6000;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
 const char openFilesKey[] = "openFiles";
@@ -56,6 +56,11 @@ const char stateKey[] = "state";
 QIcon icon(const char* name, QStyle::StandardPixmap substitute)
 {
     return QIcon::fromTheme(QLatin1String(name), QApplication::style()->standardIcon(substitute));
+}
+
+QKeySequence keys(int modifiers, Qt::Key key)
+{
+    return QKeySequence(modifiers + key);
 }
 
 } // namespace
@@ -84,12 +89,12 @@ MainWindow::~MainWindow()
     tabs_->disconnect(this);
 }
 
-QAction* MainWindow::add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& keys,
-                         const std::function<void()>& act)
+QAction* MainWindow::add(QMenu* menu, const QString& text, const char* name,
+                         const QList<QKeySequence>& shortcuts, const std::function<void()>& act)
 {
     auto* const action = new QAction(text, this);
     action->setObjectName(QLatin1String(name));
-    action->setShortcuts(keys);
+    action->setShortcuts(shortcuts);
     connect(action, &QAction::triggered, this, [act] { act(); });
     menu->addAction(action);
     return action;
@@ -111,6 +116,7 @@ void MainWindow::makeCentre()
     tabs_->setMovable(true);
     tabs_->setTabsClosable(true);
     tabs_->setElideMode(Qt::ElideMiddle);
+    tabs_->setAccessibleName(tr("Reports"));
     tabs_->tabBar()->setAccessibleName(tr("Reports"));
     connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::currentTabChanged);
     connect(tabs_, &QTabWidget::tabCloseRequested, this, &MainWindow::closeTab);
@@ -166,7 +172,7 @@ void MainWindow::makeFileMenu()
     open_->setIcon(icon("document-open", QStyle::SP_DialogOpenButton));
     recentFiles_ = menu->addMenu(tr("Open &Recent"));
     connect(recentFiles_, &QMenu::aboutToShow, this, &MainWindow::fillRecentFiles);
-    add(menu, tr("Show &This Machine"), "thisMachine", {QKeySequence(Qt::CTRL + Qt::Key_T)},
+    add(menu, tr("Show &This Machine"), "thisMachine", {keys(Qt::CTRL, Qt::Key_T)},
         [this] { openThisMachine(); });
     refresh_ = add(menu, tr("Re&fresh"), "refresh", QKeySequence::keyBindings(QKeySequence::Refresh), [this] {
         if (ReportTab* const tab = currentTab()) {
@@ -175,16 +181,24 @@ void MainWindow::makeFileMenu()
     });
     refresh_->setIcon(icon("view-refresh", QStyle::SP_BrowserReload));
     menu->addSeparator();
-    save_ = add(menu, tr("&Save As…"), "save",
-                {QKeySequence::Save, QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_S)},
+    save_ = add(menu, tr("&Save As…"), "save", {QKeySequence::Save, keys(Qt::CTRL + Qt::SHIFT, Qt::Key_S)},
                 [this] { chooseSaveName(); });
     save_->setIcon(icon("document-save-as", QStyle::SP_DialogSaveButton));
+    compareMenu_ = menu->addMenu(tr("C&ompare With"));
+    compareMenu_->setObjectName(QStringLiteral("compareWith"));
+    connect(compareMenu_, &QMenu::aboutToShow, this, &MainWindow::fillCompareMenu);
+    menu->addSeparator();
+    QAction* const pdf = add(menu, tr("&Export as PDF…"), "exportPdf", {QKeySequence(Qt::CTRL + Qt::Key_E)},
+                             [this] { choosePdfName(); });
+    QAction* const print =
+        add(menu, tr("&Print…"), "print", {QKeySequence::Print}, [this] { this->print(); });
+    print->setIcon(QIcon::fromTheme(QStringLiteral("document-print")));
     menu->addSeparator();
     closeTab_ = add(menu, tr("&Close Tab"), "closeTab", {QKeySequence::Close},
                     [this] { closeTab(tabs_->currentIndex()); });
     QAction* const quit = add(menu, tr("&Quit"), "quit", {QKeySequence::Quit}, [this] { close(); });
     quit->setMenuRole(QAction::QuitRole);
-    reportActions_ << save_;
+    reportActions_ << save_ << pdf << print << compareMenu_->menuAction();
 }
 
 void MainWindow::makeEditMenu()
@@ -193,11 +207,10 @@ void MainWindow::makeEditMenu()
     QMenu* const menu = menuBar()->addMenu(tr("&Edit"));
     copy_ = add(menu, tr("&Copy"), "copy", {QKeySequence::Copy}, [this] { copySelection(); });
     copy_->setIcon(icon("edit-copy", QStyle::SP_FileIcon));
-    copySection_ = add(menu, tr("Copy S&ection"), "copySection",
-                       {QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_C)}, [this] { copySection(); });
-    QAction* const copyAll =
-        add(menu, tr("Copy Whole &Report"), "copyAll", {QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_A)},
-            [this] { this->copyAll(); });
+    copySection_ = add(menu, tr("Copy S&ection"), "copySection", {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_C)},
+                       [this] { copySection(); });
+    QAction* const copyAll = add(menu, tr("Copy Whole &Report"), "copyAll",
+                                 {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_A)}, [this] { this->copyAll(); });
     QAction* const selectAll = add(menu, tr("Select &All"), "selectAll", {QKeySequence::SelectAll}, [this] {
         if (ReportTab* const tab = currentTab()) {
             tab->view()->selectAll();
@@ -206,49 +219,49 @@ void MainWindow::makeEditMenu()
     menu->addSeparator();
     find_ = add(menu, tr("&Find…"), "find", {QKeySequence::Find}, [this] { openFindBar(); });
     find_->setIcon(icon("edit-find", QStyle::SP_FileDialogContentsView));
-    QAction* const next = add(menu, tr("Find &Next"), "findNext",
-                              {QKeySequence(Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::Key_G)},
-                              [this] { find(Direction::Forward); });
-    QAction* const previous =
-        add(menu, tr("Find &Previous"), "findPrevious",
-            {QKeySequence(Qt::SHIFT + Qt::Key_F3), QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_G)},
-            [this] { find(Direction::Backward); });
+    QAction* const next =
+        add(menu, tr("Find &Next"), "findNext", {QKeySequence(Qt::Key_F3), keys(Qt::CTRL, Qt::Key_G)},
+            [this] { find(Direction::Forward); });
+    QAction* const previous = add(menu, tr("Find &Previous"), "findPrevious",
+                                  {keys(Qt::SHIFT, Qt::Key_F3), keys(Qt::CTRL + Qt::SHIFT, Qt::Key_G)},
+                                  [this] { find(Direction::Backward); });
     reportActions_ << copy_ << copySection_ << copyAll << selectAll << find_ << next << previous;
 }
 
 void MainWindow::makeViewMenu()
 {
     QMenu* const menu = menuBar()->addMenu(tr("&View"));
+    makePageActions(menu);
     showsRedacted_ = addSwitch(menu, tr("&Hide Private Data"), "hidePrivateData",
-                               QKeySequence(Qt::CTRL + Qt::SHIFT + Qt::Key_H), false);
+                               keys(Qt::CTRL + Qt::SHIFT, Qt::Key_H), false);
     showsRedacted_->setToolTip(tr("Show the report without private data"));
     connect(showsRedacted_, &QAction::toggled, this, &MainWindow::setShowsRedacted);
-    sharesRedacted_ = addSwitch(menu, tr("Copy and Save &Without Private Data"), "shareWithoutPrivateData",
-                                QKeySequence(), true);
+    sharesRedacted_ = addSwitch(menu, tr("Copy, Save and Print &Without Private Data"),
+                                "shareWithoutPrivateData", QKeySequence(), true);
     connect(sharesRedacted_, &QAction::toggled, this, &MainWindow::updatePrivacyNote);
     menu->addSeparator();
     QAction* const panel = findChild<QDockWidget*>(QStringLiteral("identification"))->toggleViewAction();
     panel->setText(tr("&Identification"));
-    panel->setShortcut(QKeySequence(Qt::CTRL + Qt::Key_I));
+    panel->setShortcut(keys(Qt::CTRL, Qt::Key_I));
     menu->addAction(panel);
     menu->addSeparator();
-    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, QKeySequence(Qt::CTRL + Qt::Key_Equal)},
+    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
         [this] { zoom(zoom_ + 1); });
     add(menu, tr("Zoom &Out"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
-    add(menu, tr("&Normal Size"), "zoomNormal", {QKeySequence(Qt::CTRL + Qt::Key_0)}, [this] { zoom(0); });
+    add(menu, tr("&Normal Size"), "zoomNormal", {keys(Qt::CTRL, Qt::Key_0)}, [this] { zoom(0); });
     menu->addSeparator();
     const auto step = [this](int by) {
         if (tabs_->count() > 0) {
             tabs_->setCurrentIndex((tabs_->currentIndex() + by + tabs_->count()) % tabs_->count());
         }
     };
-    add(menu, tr("Ne&xt Tab"), "nextTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageDown), QKeySequence::NextChild}, [step] { step(1); });
+    add(menu, tr("Ne&xt Tab"), "nextTab", {keys(Qt::CTRL, Qt::Key_PageDown), QKeySequence::NextChild},
+        [step] { step(1); });
     add(menu, tr("&Previous Tab"), "previousTab",
-        {QKeySequence(Qt::CTRL + Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
+        {keys(Qt::CTRL, Qt::Key_PageUp), QKeySequence::PreviousChild}, [step] { step(-1); });
     add(menu, tr("Go to Sections or &Text"), "goToSections", {QKeySequence(Qt::Key_F6)}, [this] {
         if (ReportTab* const tab = currentTab()) {
-            (tab->tree()->hasFocus() ? static_cast<QWidget*>(tab->view()) : tab->tree())->setFocus();
+            (tab->tree()->hasFocus() ? tab->pages()->currentWidget() : tab->tree())->setFocus();
         }
     });
 }
@@ -277,6 +290,13 @@ void MainWindow::makeToolBar()
     addAction(find_, tr("Find"));
     bar->addSeparator();
     addAction(showsRedacted_, tr("Hide Private Data"));
+    bar->addSeparator();
+    addAction(pageActions_[ReportTab::TextPage], tr("Text"));
+    addAction(pageActions_[ReportTab::OverviewPageNumber], tr("Overview"));
+    addAction(compareMenu_->menuAction(), tr("Compare"));
+    if (auto* const button = qobject_cast<QToolButton*>(bar->widgetForAction(compareMenu_->menuAction()))) {
+        button->setPopupMode(QToolButton::InstantPopup);
+    }
 }
 
 void MainWindow::makeStatusBar()
@@ -382,9 +402,18 @@ void MainWindow::addTab(Document* document)
     connect(tab, &ReportTab::searchAdvanced, this, &MainWindow::updateSearchResult);
     connect(tab, &ReportTab::searchEnded, this,
             [this, tab](ReportTab::Direction direction) { searchEnded(tab, direction); });
+    connect(tab, &ReportTab::pageChanged, this, &MainWindow::updatePageActions);
+    connect(tab, &ReportTab::otherItemWanted, this, [this](ReportTab* other, const QString& path) {
+        tabs_->setCurrentWidget(other);
+        other->showItem(path);
+    });
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
-    connect(tab->document(), &Document::progressed, workProgress_, &QProgressBar::setValue);
+    connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
+        if (tab == currentTab()) {
+            workProgress_->setValue(percent);
+        }
+    });
     const int index = tabs_->addTab(tab, QString());
     tabs_->setCurrentIndex(index);
     if (findBar_->isVisible()) {
@@ -411,7 +440,7 @@ void MainWindow::currentTabChanged()
     identification_->setDocument(tab == nullptr ? nullptr : tab->document());
     update();
     if (tab != nullptr && !findBar_->isAncestorOf(QApplication::focusWidget())) {
-        tab->view()->setFocus();
+        tab->pages()->currentWidget()->setFocus();
     }
 }
 
@@ -429,6 +458,7 @@ void MainWindow::update()
                                   : tr("%1 – System Information").arg(tab->document()->title()));
     updateTabs();
     updateBusyness();
+    updatePageActions();
     updateSearchResult();
 }
 
@@ -449,25 +479,27 @@ void MainWindow::updateBusyness()
     const ReportTab* const tab = currentTab();
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
-    const bool isWorking = isRefreshing || isReplacing || saving_ != nullptr;
+    const bool isPrinting = printing_ != nullptr;
+    const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
-    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing));
+    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing || isPrinting));
     if (!isWorking) {
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
+                       : isPrinting   ? printingNote_
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, isRefreshing && !isReplacing ? 100 : 0);
+    workProgress_->setRange(0, (isRefreshing || isPrinting) && !isReplacing ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()
 {
     const bool isRedacted = sharesRedacted();
-    privacyNote_->setText(isRedacted ? tr("Copied and saved text has placeholders for private data.")
-                                     : tr("Copied and saved text contains private data."));
+    privacyNote_->setText(isRedacted ? tr("Copied, saved and printed text has placeholders for private data.")
+                                     : tr("Copied, saved and printed text contains private data."));
     privacyNote_->setToolTip(
         tr("Serial numbers, addresses, and the names of people, hosts and networks are private. "
            "The View menu decides."));

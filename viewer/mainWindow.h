@@ -44,6 +44,10 @@ public:
 
     /// Saves the report of the tab in front, as JSON where the name ends in ".json", else as text.
     void save(const QString& fileName);
+    /// Writes the text of the tab in front into a PDF file.
+    void exportPdf(const QString& fileName);
+    /// Compares the report in a tab, the old one, with the one in front.
+    void compareWith(ReportTab* older);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -51,7 +55,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
-    QAction* add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& keys,
+    QAction* add(QMenu* menu, const QString& text, const char* name, const QList<QKeySequence>& shortcuts,
                  const std::function<void()>& act);
     QAction* addSwitch(QMenu* menu, const QString& text, const char* name, const QKeySequence& key,
                        bool isOn);
@@ -92,7 +96,17 @@ private:
     void copySection();
     void copyAll();
     void startSaving(const SystemInfo::CReport& report, const QString& fileName);
+    void choosePdfName();
+    void print();
+    void startPrinting(const QString& note,
+                       const std::function<QString(const TextLines&, const JobControl&)>& work,
+                       const QString& doneNote, const QString& failedNote);
     void cancelWork();
+
+    void makePageActions(QMenu* menu);
+    void updatePageActions();
+    void fillCompareMenu();
+    void chooseFileToCompare();
 
     void openFindBar();
     void closeFindBar();
@@ -118,11 +132,17 @@ private:
     QAction* showsRedacted_ = nullptr;
     QAction* sharesRedacted_ = nullptr;
     QAction* closeTab_ = nullptr;
+    QAction* pageActions_[3] = {nullptr, nullptr, nullptr}; // by the numbers of ReportTab::Page
+    QAction* nextDifference_ = nullptr;
+    QAction* previousDifference_ = nullptr;
+    QMenu* compareMenu_ = nullptr;
     QLabel* privacyNote_ = nullptr;
     QLabel* workNote_ = nullptr;
     QProgressBar* workProgress_ = nullptr;
     QPushButton* cancelWork_ = nullptr;
     QPointer<Job> saving_;
+    QPointer<Job> printing_;
+    QString printingNote_;
     QPointer<Document> sharing_; // whose redacted report somebody waits for
     bool isTyping_ = false;      // a search that just began
     bool isSearchStopped_ = false;

@@ -1,6 +1,6 @@
 #include "viewer/outline.h"
 
-#include "systeminfo/norvexSystemInfo.h"
+#include "viewer/itemTitles.h"
 
 #include <algorithm>
 
@@ -12,7 +12,8 @@ namespace {
 
 /// No person reads more, and a tree of more takes more memory than the text.
 const int mostNodes = 1000000;
-const int longestName = 100;
+/// A longer section is not looked into.
+const int longestSection = 4 << 20;
 /// Longer ones are not kept: the path of a line of millions of characters has as many.
 const int longestPath = 1000;
 const int depths = 3;
@@ -24,68 +25,6 @@ const quint16 bannerMark = 0xff01;
 const quint16 headingMark = 0xff02;
 const quint16 nameMark = 0xff03;
 const quint16 separatorMark = 0xff04;
-
-QString shortened(const QString& name)
-{
-    const QString line = name.left(2 * longestName).simplified();
-    return line.size() <= longestName ? line : line.left(longestName - 1) + QChar(0x2026);
-}
-
-/// A heading or banner without what only sets it off.
-QString withoutOrnaments(const QString& line)
-{
-    const auto isOrnament = [](QChar character) {
-        return character.isSpace() || character == QLatin1Char('#') || character == QLatin1Char(':');
-    };
-    int begin = 0;
-    int end = line.size();
-    while (begin < end && isOrnament(line.at(begin))) {
-        ++begin;
-    }
-    while (end > begin && isOrnament(line.at(end - 1))) {
-        --end;
-    }
-    return line.mid(begin, end - begin);
-}
-
-/// Sections without a heading have their subject in the table.
-QString subjectOf(const QString& section)
-{
-    for (const SectionInfo& info : sections()) {
-        if (section == QLatin1String(info.name)) {
-            QString subject = QString::fromLatin1(info.description).section(QLatin1Char(':'), 0, 0);
-            subject[0] = subject.at(0).toUpper();
-            return subject;
-        }
-    }
-    return section;
-}
-
-QString titleOf(const CReportSection& section)
-{
-    const QString heading = withoutOrnaments(section.heading().left(2 * longestName));
-    if (heading.isEmpty()) {
-        return section.isKnown() ? subjectOf(section.name()) : shortened(section.name());
-    }
-    return shortened(heading);
-}
-
-/// What a person calls a device: its model, and what tells it from others of that model.
-QString titleOf(const CReportBlock& block)
-{
-    const QString name = block.name();
-    for (const char* label : {"Model", "Device name"}) {
-        const QString model = block.entry(QLatin1String(label)).value();
-        if (model.isEmpty()) {
-            continue;
-        }
-        const QString bsdName = block.entry(QStringLiteral("BSD Name")).value();
-        return shortened(bsdName.isEmpty() ? model : QStringLiteral("%1 (%2)").arg(model, bsdName));
-    }
-    bool isNumber = false;
-    name.toInt(&isNumber);
-    return isNumber ? QLatin1Char('#') + name : shortened(name);
-}
 
 QString pathOf(const CReportItem& item)
 {
@@ -126,6 +65,7 @@ private:
     QVector<Node> levels_[depths];
     QVector<quint16> marks_;
     bool hasHalf_ = false;
+    bool isComplete_ = true;
 };
 
 int OutlineBuilder::lineOf(int offset) const
@@ -156,7 +96,7 @@ void OutlineBuilder::addHalf(const CReportItem& banner)
     marks_[lines_.lineAt(place_)] = bannerMark;
     Node node;
     node.type = Node::Half;
-    node.name = shortened(withoutOrnaments(banner.text()));
+    node.name = titleOfHalf(banner);
     add(0, node);
     hasHalf_ = true;
 }
@@ -172,7 +112,11 @@ void OutlineBuilder::addSection(const CReportSection& section)
     if (!section.heading().isEmpty()) {
         marks_[lines_.lineAt(place_)] = headingMark;
     }
-    addContent(section.content(), end, depth + 1);
+    if (end - place_ <= longestSection) {
+        addContent(section.content(), end, depth + 1);
+    } else {
+        isComplete_ = false;
+    }
     place_ = end;
     levels_[depth].last().lineCount = lineOf(place_) - levels_[depth].last().firstLine;
 }
@@ -205,7 +149,12 @@ void OutlineBuilder::addBlock(const CReportBlock& block, int depth)
     add(depth, node);
     const int firstLine = levels_[depth].last().firstLine;
     const int end = place_ + block.text().size();
-    marks_[firstLine] = nameMark;
+    // The lines about a network interface begin with a line of underscores.
+    const bool isRuled = lines_.text().midRef(place_).startsWith(QLatin1String("____"));
+    marks_[firstLine] = isRuled ? separatorMark : nameMark;
+    if (isRuled && firstLine + 1 < lineOf(end)) {
+        marks_[firstLine + 1] = nameMark;
+    }
     addContent(block.content(), end, depths);
     levels_[depth].last().lineCount = lineOf(end) - firstLine;
 }
@@ -233,6 +182,7 @@ Outline OutlineBuilder::build()
     for (const CReportItem& item : content) {
         if (!goesOn_(static_cast<int>(100LL * place_ / size)) ||
             levels_[0].size() + levels_[1].size() + levels_[2].size() > mostNodes) {
+            isComplete_ = false;
             break;
         }
         const int next = place_ + item.text().size();
@@ -253,6 +203,7 @@ Outline OutlineBuilder::flattened()
     Outline outline;
     outline.topCount_ = levels_[0].size();
     outline.marks_ = marks_;
+    outline.isComplete_ = isComplete_;
     int parents = 0;
     for (QVector<Node>& level : levels_) {
         const int begin = outline.nodes_.size();

@@ -45,7 +45,8 @@ QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) 
     if (column != 0 || row < 0 || row >= rowCount(parent)) {
         return QModelIndex();
     }
-    return createIndex(row, 0, static_cast<quintptr>(firstChild(parent) + row));
+    const int child = firstChild(parent) + row;
+    return createIndex(row, 0, static_cast<quintptr>(child));
 }
 
 QModelIndex OutlineModel::parent(const QModelIndex& child) const

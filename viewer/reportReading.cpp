@@ -16,8 +16,8 @@ namespace Viewer {
 
 namespace {
 
-/// Far more than any report; this much text still fits a QString.
-const qint64 longestFile = 1000000000;
+/// Far more than any report. The columns of a line of as many tabulators can still be counted.
+const qint64 longestFile = 250000000;
 const qint64 chunkSize = 4 << 20;
 /// Where the first tag of a property list stands.
 const int longestPreamble = 1024;
@@ -54,7 +54,7 @@ QString readBytes(const QString& fileName, const JobControl& control, QByteArray
     while (!control.isCancelled() && bytes.size() <= longestFile &&
            !(chunk = file.read(chunkSize)).isEmpty()) {
         bytes += chunk;
-        control.setProgress(info.size() == 0 ? 0 : static_cast<int>(50 * bytes.size() / info.size()));
+        control.setProgress(info.size() == 0 ? 0 : static_cast<int>(100LL * bytes.size() / info.size()));
     }
     if (bytes.size() > longestFile) {
         return Reading::tr("The file is too large for a report.");
@@ -105,7 +105,7 @@ void readJson(FileContent& content)
     QString reason;
     const SystemInfo::CReport report = SystemInfo::CReport::fromJson(document, &reason);
     if (report.isNull()) {
-        content.notices += Reading::tr("The JSON is no report: %1.").arg(reason);
+        content.notices += Reading::tr("The JSON is shown as it is. %1").arg(reason);
         return;
     }
     content.text = report.text();
@@ -120,7 +120,7 @@ void readMachine(const QString& fileName, FileContent& content)
         content.text = report;
         content.notices += Reading::tr("The Macintosh half of a recorded machine.");
     } else {
-        content.notices += Reading::tr("The file is no recording of a machine: %1.").arg(reason);
+        content.notices += Reading::tr("The file is no recording of a machine: %1").arg(reason);
     }
 }
 
@@ -137,7 +137,7 @@ QString decodeText(const QByteArray& bytes, bool& hasBadBytes)
         }
         return text;
     }
-    const QString text = QString::fromUtf8(bytes.constData(), bytes.size());
+    QString text = QString::fromUtf8(bytes.constData(), bytes.size());
     const QChar replacement(QChar::ReplacementCharacter);
     // A file may hold some of its own.
     hasBadBytes = text.contains(replacement) && text.count(replacement) != bytes.count("\xef\xbf\xbd");
@@ -162,6 +162,10 @@ FileContent readReportFile(const QString& fileName, const JobControl& control)
     if (hasBadBytes) {
         content.notices += Reading::tr("Parts of the file are no text: %1 stands for them.")
                                .arg(QChar(QChar::ReplacementCharacter));
+    }
+    if (content.text.contains(QChar(QChar::Null))) {
+        content.notices +=
+            Reading::tr("The file is hardly a report: symbols stand for characters that do not print.");
     }
     if (isJson(content.text)) {
         readJson(content);

@@ -1,6 +1,8 @@
 #include "viewer/reportTab.h"
 
+#include "viewer/comparisonPage.h"
 #include "viewer/outlineModel.h"
+#include "viewer/overviewPage.h"
 #include "viewer/reportTextView.h"
 #include "viewer/textSearch.h"
 
@@ -24,7 +26,7 @@ namespace Viewer {
 
 namespace {
 
-enum StatePage { LoadingPage, ErrorPage, ReportPage };
+enum StatePage { LoadingPage, ErrorPage, HiddenPage, ReportPage };
 
 /// A shorter wait needs no picture of waiting.
 const int patienceMs = 250;
@@ -45,7 +47,8 @@ QWidget* centred(const QVector<QWidget*>& widgets)
 {
     auto* const column = new QWidget;
     column->setMaximumWidth(column->fontMetrics().averageCharWidth() * 70);
-    auto* const columnLayout = new QVBoxLayout(column);
+    auto* const columnLayout = new QVBoxLayout;
+    column->setLayout(columnLayout);
     for (QWidget* const widget : widgets) {
         const bool isButton = qobject_cast<QPushButton*>(widget) != nullptr;
         columnLayout->addWidget(widget, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
@@ -119,7 +122,7 @@ QString redactedPart(const TextLines& original, const TextLines& redacted, int b
 ReportTab::ReportTab(Document* document, QWidget* parent)
     : QWidget(parent), document_(document), states_(new QStackedWidget), pages_(new QStackedWidget),
       splitter_(new QSplitter), tree_(new QTreeView), outlineModel_(new OutlineModel(this)),
-      view_(new ReportTextView)
+      view_(new ReportTextView), overview_(new OverviewPage), comparison_(new ComparisonPage)
 {
     document_->setParent(this);
     tree_->setObjectName(QStringLiteral("outline"));
@@ -127,7 +130,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     tree_->setModel(outlineModel_);
     tree_->setHeaderHidden(true);
     tree_->setUniformRowHeights(true);
-    tree_->setTextElideMode(Qt::ElideMiddle);
+    tree_->setTextElideMode(Qt::ElideRight);
     tree_->setContextMenuPolicy(Qt::ActionsContextMenu);
     tree_->installEventFilter(this);
     view_->setObjectName(QStringLiteral("text"));
@@ -135,12 +138,12 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     for (QFrame* const frame : {static_cast<QFrame*>(tree_), static_cast<QFrame*>(view_)}) {
         frame->setFrameShape(QFrame::NoFrame);
     }
-    pages_->addWidget(view_);
+    makePages();
     splitter_->addWidget(tree_);
     splitter_->addWidget(pages_);
     splitter_->setStretchFactor(1, 1);
     splitter_->setChildrenCollapsible(false);
-    splitter_->setSizes({fontMetrics().averageCharWidth() * 38, fontMetrics().averageCharWidth() * 110});
+    splitter_->setSizes({fontMetrics().averageCharWidth() * 44, fontMetrics().averageCharWidth() * 110});
 
     notice_ = wrappedLabel();
     notice_->setObjectName(QStringLiteral("notice"));
@@ -151,6 +154,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     notice_->hide();
     states_->insertWidget(LoadingPage, makeLoadingPage());
     states_->insertWidget(ErrorPage, makeErrorPage());
+    states_->insertWidget(HiddenPage, makeHiddenPage());
     states_->insertWidget(ReportPage, splitter_);
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -172,14 +176,21 @@ QWidget* ReportTab::makeLoadingPage()
                        : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
     progress_ = new QProgressBar;
     progress_->setAccessibleName(tr("Progress"));
-    connect(document_, &Document::progressed, progress_, &QProgressBar::setValue);
+    connect(document_, &Document::progressed, this, [this](int percent) {
+        // What comes behind reading does not say how far it is.
+        progress_->setRange(0, percent < 100 ? 100 : 0);
+        progress_->setValue(percent);
+    });
     auto* const cancel = new QPushButton(tr("&Cancel"));
     cancel->setObjectName(QStringLiteral("cancelLoading"));
     connect(cancel, &QPushButton::clicked, document_, &Document::cancel);
     auto* const page = new QStackedWidget;
     page->addWidget(new QWidget);
     page->addWidget(centred({label, progress_, cancel}));
-    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
+    auto* const patience = new QTimer(page);
+    patience->setSingleShot(true);
+    connect(patience, &QTimer::timeout, page, [page] { page->setCurrentIndex(1); });
+    patience->start(patienceMs);
     return page;
 }
 
@@ -206,26 +217,30 @@ QWidget* ReportTab::makeErrorPage()
     return centred(widgets);
 }
 
-void ReportTab::setShowsRedacted(bool showsRedacted)
+QWidget* ReportTab::makeHiddenPage()
 {
-    showsRedacted_ = showsRedacted;
-    if (showsRedacted && document_->state() == Document::State::Ready) {
-        document_->makeRedacted(this, [this](bool) { update(); });
-    }
-    update();
+    hidden_ = wrappedLabel();
+    hidden_->setObjectName(QStringLiteral("hidden"));
+    hiddenProgress_ = new QProgressBar;
+    hiddenProgress_->setRange(0, 0);
+    hiddenProgress_->setAccessibleName(tr("Progress"));
+    return centred({hidden_, hiddenProgress_});
 }
 
-const ShownReport& ReportTab::shown() const
+void ReportTab::setShowsRedacted(bool showsRedacted)
 {
-    return shown_;
+    isComparisonOld_ = isComparisonOld_ || showsRedacted != showsRedacted_;
+    showsRedacted_ = showsRedacted;
+    update();
+    updatePages();
 }
 
 void ReportTab::update()
 {
-    showState();
     if (document_->state() == Document::State::Ready) {
         showReport();
     }
+    showState();
     emit changed();
 }
 
@@ -237,28 +252,39 @@ void ReportTab::showState()
         error_->setText(document_->errorMessage());
         states_->setCurrentIndex(ErrorPage);
         break;
-    case Document::State::Ready: states_->setCurrentIndex(ReportPage); break;
+    case Document::State::Ready: states_->setCurrentIndex(isHidden_ ? HiddenPage : ReportPage); break;
     }
+    hidden_->setText(document_->isRedactionImpossible()
+                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
+                         : tr("Replacing private data…"));
+    hiddenProgress_->setVisible(!document_->isRedactionImpossible());
     notice_->setText(document_->notices().join(QLatin1Char('\n')));
     notice_->setVisible(document_->state() == Document::State::Ready && !document_->notices().isEmpty());
 }
 
 void ReportTab::showReport()
 {
-    const bool canRedact = showsRedacted_ && !document_->redacted().isNull();
-    if (showsRedacted_ && !canRedact && document_->original().outline != nullptr) {
+    isShownRedacted_ = showsRedacted_ && !document_->redacted().isNull();
+    isHidden_ = showsRedacted_ && !isShownRedacted_;
+    if (!isHidden_) {
+        showText(isShownRedacted_ ? document_->redacted() : document_->original());
+        return;
+    }
+    stopSearch();
+    if (!document_->isRedactionImpossible()) {
         document_->makeRedacted(this, [](bool) {});
     }
-    const ShownReport& report = canRedact ? document_->redacted() : document_->original();
+}
+
+void ReportTab::showText(const ShownReport& report)
+{
     const bool hasOtherText = report.lines != shown_.lines;
     const bool hasOtherOutline = report.outline != shown_.outline;
     shown_ = report;
-    isShownRedacted_ = canRedact;
     if (hasOtherText) {
         const int first = view_->firstVisibleLine();
         const bool keepsPlace = view_->lines().count() == shown_.lines->count();
-        delete search_;
-        search_ = nullptr;
+        stopSearch();
         view_->setLines(shown_.lines);
         if (keepsPlace) {
             view_->setFirstVisibleLine(first);
@@ -272,14 +298,20 @@ void ReportTab::showReport()
         }
         followText(view_->firstVisibleLine());
     }
-    if (hasOtherText) {
+    if (search_ == nullptr) {
         startSearch();
+    }
+    if (hasOtherText || hasOtherOutline) {
+        isOverviewOld_ = true;
+        isComparisonOld_ = true;
+        updatePages();
     }
 }
 
 void ReportTab::jumpTo(const QModelIndex& index)
 {
     if (const Outline::Node* const node = outlineModel_->node(index)) {
+        showPage(TextPage);
         isJumping_ = true;
         view_->showLine(node->firstLine);
         isJumping_ = false;
@@ -291,7 +323,10 @@ void ReportTab::followText(int line)
     if (isJumping_ || shown_.outline == nullptr) {
         return;
     }
-    const QModelIndex index = outlineModel_->indexOf(shown_.outline->nodeAt(line));
+    // Under a separator begins what the reader sees.
+    const bool isSeparator =
+        shown_.outline->kind(line) == LineKind::Separator && line + 1 < shown_.lines->count();
+    const QModelIndex index = outlineModel_->indexOf(shown_.outline->nodeAt(isSeparator ? line + 1 : line));
     if (index != tree_->currentIndex()) {
         tree_->setCurrentIndex(index);
     }
@@ -310,20 +345,24 @@ bool ReportTab::eventFilter(QObject* object, QEvent* event)
     return QWidget::eventFilter(object, event);
 }
 
-void ReportTab::sectionAtCursor(int& firstLine, int& lineCount) const
+void ReportTab::currentSection(int& firstLine, int& lineCount) const
 {
     firstLine = 0;
     lineCount = 0;
-    if (shown_.outline == nullptr) {
+    if (shown().outline == nullptr) {
         return;
     }
-    int node = shown_.outline->nodeAt(shown_.lines->lineAt(view_->cursor()));
-    while (node != -1 && shown_.outline->nodes().at(node).type == Outline::Node::Block) {
-        node = shown_.outline->nodes().at(node).parent;
+    using Node = Outline::Node;
+    const QVector<Node>& nodes = shown_.outline->nodes();
+    const Node* const inTree = outlineModel_->node(tree_->currentIndex());
+    const int node = shown_.outline->nodeAt(shown_.lines->lineAt(view_->cursor()));
+    const Node* section = tree_->hasFocus() ? inTree : node == -1 ? nullptr : &nodes.at(node);
+    while (section != nullptr && section->type == Node::Block) {
+        section = &nodes.at(section->parent);
     }
-    if (node != -1) {
-        firstLine = shown_.outline->nodes().at(node).firstLine;
-        lineCount = shown_.outline->nodes().at(node).lineCount;
+    if (section != nullptr) {
+        firstLine = section->firstLine;
+        lineCount = section->lineCount;
     }
 }
 
@@ -356,7 +395,7 @@ void ReportTab::setSought(const QString& sought, Qt::CaseSensitivity sensitivity
 void ReportTab::startSearch()
 {
     stopSearch();
-    if (!sought_.isEmpty() && !shown_.isNull()) {
+    if (!sought_.isEmpty() && !shown().isNull()) {
         search_ = new TextSearch(this, shown_.lines->text(), sought_, sensitivity_);
         connect(search_, &TextSearch::advanced, this, &ReportTab::goOnFinding);
     }
@@ -393,6 +432,7 @@ void ReportTab::findFrom(int place, Direction direction)
     findPlace_ = place;
     findDirection_ = direction;
     if (found == TextSearch::Found::Yes) {
+        showPage(TextPage);
         view_->select(hit, hit + search_->length());
         emit searchAdvanced();
     } else if (found == TextSearch::Found::No) {

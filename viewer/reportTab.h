@@ -14,17 +14,22 @@ class QTreeView;
 namespace norvex {
 namespace Viewer {
 
+class ComparisonPage;
 class OutlineModel;
+class OverviewPage;
 class ReportTextView;
 class TextSearch;
 
-/// A report in a tab: the tree of its sections, and its text; or that it is being read; or why there is none.
+/// A report in a tab: the tree of its sections, and beside it its text, its overview, or what differs from another
+/// report; or that it is being read; or why there is none.
 class ReportTab : public QWidget
 {
     Q_OBJECT
 
 public:
     enum class Direction { Forward, Backward };
+    /// What stands beside the tree.
+    enum Page { TextPage, OverviewPageNumber, ComparisonPageNumber };
 
     /// Takes the document over, and loads it.
     explicit ReportTab(Document* document, QWidget* parent = nullptr);
@@ -32,18 +37,28 @@ public:
     Document* document() const { return document_; }
     ReportTextView* view() const { return view_; }
     QTreeView* tree() const { return tree_; }
-    /// Beside the tree; the text is its first page.
+    /// Beside the tree, by the numbers of Page.
     QStackedWidget* pages() const { return pages_; }
+    Page page() const;
+    void showPage(Page page);
+    /// Shows an item in the text, see CReport::item().
+    void showItem(const QString& path);
+    /// Shows what differs between the report of another tab, the old one, and this one, as soon as both are read.
+    void compareWith(ReportTab* other);
+    bool hasComparison() const { return isComparing_; }
+    ComparisonPage* comparison() const { return comparison_; }
+    OverviewPage* overview() const { return overview_; }
     QSplitter* splitter() const { return splitter_; }
 
     /// Shows the report without private data, as soon as that is made.
     void setShowsRedacted(bool showsRedacted);
     /// What is shown; a null report while there is none.
-    const ShownReport& shown() const;
+    const ShownReport& shown() const { return isHidden_ ? nothing_ : shown_; }
     bool isShownRedacted() const { return isShownRedacted_; }
 
-    /// The section at the cursor; its lines are as many as `lineCount`. No lines without a section.
-    void sectionAtCursor(int& firstLine, int& lineCount) const;
+    /// The section that the user works on: the one at the cursor, or in the tree where that has the keyboard. No lines
+    /// without a section.
+    void currentSection(int& firstLine, int& lineCount) const;
     /// The text of what is selected, or of lines.
     /// @param isRedacted whether it is without private data; then document()->redacted() must be there
     QString selectedText(bool isRedacted) const;
@@ -66,6 +81,9 @@ signals:
     void changed();
     void searchAdvanced();
     void searchEnded(Direction direction);
+    /// The user asks for an item of the report that this one is compared with.
+    void otherItemWanted(ReportTab* other, const QString& path);
+    void pageChanged();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -73,13 +91,18 @@ protected:
 private:
     QWidget* makeLoadingPage();
     QWidget* makeErrorPage();
+    QWidget* makeHiddenPage();
     void update();
     void showReport();
+    void showText(const ShownReport& report);
     void showState();
     void startSearch();
     void goOnFinding();
     void jumpTo(const QModelIndex& index);
     void followText(int line);
+    void makePages();
+    void updatePages();
+    void startComparison();
 
     Document* const document_;
     QStackedWidget* const states_;
@@ -92,10 +115,20 @@ private:
     QLabel* error_;
     QProgressBar* progress_;
     QPushButton* retry_;
+    QLabel* hidden_;
+    QProgressBar* hiddenProgress_;
     ShownReport shown_;
+    const ShownReport nothing_;
+    bool isHidden_ = false; // while private data is being replaced
     bool showsRedacted_ = false;
     bool isShownRedacted_ = false;
     bool isJumping_ = false;
+    OverviewPage* const overview_;
+    ComparisonPage* const comparison_;
+    QPointer<ReportTab> comparedTab_;
+    bool isComparing_ = false;
+    bool isOverviewOld_ = true;   // not of the report that is shown
+    bool isComparisonOld_ = true; // not of the reports that are shown
     QString sought_;
     Qt::CaseSensitivity sensitivity_ = Qt::CaseInsensitive;
     TextSearch* search_ = nullptr;

@@ -28,38 +28,48 @@ const int scrollIntervalMs = 40;
 /// Words are looked for so far.
 const int wordReach = 1000;
 
-/// The symbol of a character that does not print or that changes how its neighbours are shown.
-QChar shown(QChar character)
-{
-    const ushort code = character.unicode();
-    const ushort controlPictures = 0x2400;
-    if (code < 0x20) {
-        return code == '\t' ? character : QChar(ushort(controlPictures + code));
-    }
-    if (code == 0x7f) {
-        return QChar(0x2421);
-    }
-    const bool isLineEnd = code == QChar::LineSeparator || code == QChar::ParagraphSeparator;
-    const bool turnsText = (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
-    return isLineEnd || turnsText || (code >= 0x80 && code < 0xa0) ? QChar(0xb7) : character;
-}
-
-QString shownText(const QString& text, int begin, int end)
-{
-    QString result = text.mid(begin, end - begin);
-    for (QChar& character : result) {
-        const ushort code = character.unicode();
-        if (code < 0x20 || (code >= 0x7f && code < 0xa0) || (code >= 0x2028 && code <= 0x2069)) {
-            character = shown(character);
-        }
-    }
-    return result;
-}
-
 bool isPartOfWord(QChar character)
 {
     return character.isLetterOrNumber() || character.isSurrogate() || character.isMark() ||
            character == QLatin1Char('_');
+}
+
+/// How light a colour looks, from 0 to 1.
+qreal luminance(const QColor& color)
+{
+    const auto linear = [](qreal part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+qreal contrast(const QColor& one, const QColor& other)
+{
+    const qreal first = luminance(one) + 0.05;
+    const qreal second = luminance(other) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+/// A mixture of two colours.
+QColor mixed(const QColor& one, const QColor& other, qreal part)
+{
+    const auto mix = [part](qreal from, qreal to) { return from + (to - from) * part; };
+    return QColor::fromRgbF(mix(one.redF(), other.redF()), mix(one.greenF(), other.greenF()),
+                            mix(one.blueF(), other.blueF()));
+}
+
+/// The colour, nearer to that of text if it cannot be read well on the background.
+QColor readable(const QColor& color, const QPalette& palette)
+{
+    const qreal wanted = 4.5;
+    const qreal step = 0.1;
+    const QColor& base = palette.color(QPalette::Base);
+    const QColor& text = palette.color(QPalette::Text);
+    QColor result = color;
+    for (qreal part = 0; part < 1 && contrast(result, base) < wanted; part += step) {
+        result = mixed(color, text, part);
+    }
+    return result;
 }
 
 } // namespace
@@ -215,15 +225,18 @@ QVector<QTextLayout::FormatRange> ReportTextView::formatsOf(int line, int begin,
     case LineKind::Plain: return {};
     case LineKind::Banner:
     case LineKind::Heading:
-        format.setForeground(palette().color(QPalette::Link));
+        format.setForeground(readable(palette().color(QPalette::Highlight), palette()));
         format.setFontWeight(QFont::Bold);
         break;
     case LineKind::Name: format.setFontWeight(QFont::Bold); break;
     case LineKind::Separator: format.setForeground(palette().color(QPalette::Mid)); break;
-    case LineKind::Label:
-        format.setForeground(palette().color(QPalette::Link));
+    case LineKind::Label: {
+        const qreal paleness = 0.45;
+        format.setForeground(readable(
+            mixed(palette().color(QPalette::Text), palette().color(QPalette::Base), paleness), palette()));
         formatEnd = std::min(end, lines_->begin(line) + outline_->labelEnd(line));
         break;
+    }
     }
     return formatEnd <= begin ? QVector<QTextLayout::FormatRange>()
                               : QVector<QTextLayout::FormatRange>{{0, formatEnd - begin, format}};

@@ -113,7 +113,7 @@ void MainWindow::copySection()
     withReport([this](ReportTab& tab, bool isRedacted) {
         int firstLine = 0;
         int lineCount = 0;
-        tab.sectionAtCursor(firstLine, lineCount);
+        tab.currentSection(firstLine, lineCount);
         copy(tab.textOfLines(firstLine, lineCount, isRedacted), isRedacted);
     });
 }
@@ -191,6 +191,9 @@ void MainWindow::cancelWork()
         sharing_->stopWaitingForRedacted();
         sharing_.clear();
         statusBar()->showMessage(tr("Cancelled: nothing is copied or saved."), messageMs);
+    } else if (printing_ != nullptr) {
+        delete printing_;
+        statusBar()->showMessage(tr("Cancelled: nothing is printed."), messageMs);
     } else if (ReportTab* const tab = currentTab()) {
         tab->document()->cancel();
     }

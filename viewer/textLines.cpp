@@ -46,6 +46,22 @@ inline int columnsOf(QChar character, int column)
     return character.unicode() == '\t' ? TextLines::tabColumns - column % TextLines::tabColumns : 1;
 }
 
+/// The symbol of a character that does not print or that changes how its neighbours are shown.
+QChar shown(QChar character)
+{
+    const ushort code = character.unicode();
+    const ushort controlPictures = 0x2400;
+    if (code < 0x20) {
+        return code == '\t' ? character : QChar(ushort(controlPictures + code));
+    }
+    if (code == 0x7f) {
+        return QChar(0x2421);
+    }
+    const bool isLineEnd = code == QChar::LineSeparator || code == QChar::ParagraphSeparator;
+    const bool turnsText = (code >= 0x202a && code <= 0x202e) || (code >= 0x2066 && code <= 0x2069);
+    return isLineEnd || turnsText || (code >= 0x80 && code < 0xa0) ? QChar(0xb7) : character;
+}
+
 } // namespace
 
 TextLines::TextLines(const QString& text) : text_(text)
@@ -143,6 +159,18 @@ int cutAt(const QString& text, int offset, int end)
         ++offset;
     }
     return std::min(offset, end);
+}
+
+QString shownText(const QString& text, int begin, int end)
+{
+    QString result = text.mid(begin, end - begin);
+    for (QChar& character : result) {
+        const ushort code = character.unicode();
+        if (code < 0x20 || (code >= 0x7f && code < 0xa0) || (code >= 0x2028 && code <= 0x2069)) {
+            character = shown(character);
+        }
+    }
+    return result;
 }
 
 } // namespace norvex::Viewer

@@ -50,4 +50,8 @@ private:
 /// character are separated.
 int cutAt(const QString& text, int offset, int end);
 
+/// A part of a text as it is shown: with symbols for characters that do not print or that change how their neighbours
+/// are shown.
+QString shownText(const QString& text, int begin, int end);
+
 } // namespace norvex::Viewer

@@ -13,6 +13,20 @@ namespace {
 /// A piece is searched in a few milliseconds.
 const int pieceSize = 1 << 20;
 
+/// Further back no overlapping places are looked for to mark hits: a run of so many shows no difference.
+const int overlapReach = 4096;
+
+/// Whether two places at which a text stands can overlap: it begins as it ends.
+bool canOverlap(const QString& text, Qt::CaseSensitivity sensitivity)
+{
+    for (int length = 1; length < text.size(); ++length) {
+        if (text.startsWith(text.rightRef(length), sensitivity)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 int piecesOf(const QString& text)
 {
     return text.size() / pieceSize + 1;
@@ -46,7 +60,8 @@ private:
 TextSearch::TextSearch(QObject* parent, const QString& text, const QString& sought,
                        Qt::CaseSensitivity sensitivity)
     : QObject(parent), text_(text), sought_(sought), matcher_(sought, sensitivity),
-      firstHits_(piecesOf(text), -1), hits_(piecesOf(text), 0), results_(std::make_shared<Results>())
+      overlapsItself_(canOverlap(sought, sensitivity)), firstHits_(piecesOf(text), -1),
+      hits_(piecesOf(text), 0), results_(std::make_shared<Results>())
 {
     const auto count = [text, matcher = matcher_, length = sought.size(),
                         results = results_](const JobControl& control) {
@@ -150,17 +165,8 @@ int TextSearch::numberOf(int hit) const
 
 QVector<int> TextSearch::hitsIn(int lineBegin, int begin, int end) const
 {
-    // Where hits that do not overlap are known to begin: at the line, and at the first hit of a piece.
-    int place = lineBegin;
-    for (int piece = pieceOf(begin); piece >= 0 && piece * pieceSize > lineBegin; --piece) {
-        const int first = piece < countedPieces_ ? firstHits_.at(piece) : -1;
-        if (first != -1 && first <= begin) {
-            place = std::max(place, first);
-            break;
-        }
-    }
-    // Not counted yet: what begins in front of the range may be shown one place off.
-    place = std::max(place, begin - pieceSize);
+    // A hit may begin in front of the range. Which of overlapping places are hits depends on those in front of them.
+    const int place = std::max(lineBegin, begin - (overlapsItself_ ? overlapReach : sought_.size() - 1));
     QVector<int> hits;
     const qint64 textEnd = std::min<qint64>(qint64(end) + sought_.size() - 1, text_.size());
     const QString text = QString::fromRawData(text_.constData() + place, static_cast<int>(textEnd) - place);

@@ -40,7 +40,7 @@ public:
     Found previous(int from, int& hit) const;
     /// The number of a hit, from 1.
     int numberOf(int hit) const;
-    /// The hits that touch a range of the text, whether counted or not.
+    /// The hits that touch a range of the text, whether counted or not, to mark them.
     /// @param lineBegin where the line of the range begins; a hit stands in one line
     QVector<int> hitsIn(int lineBegin, int begin, int end) const;
 
@@ -65,6 +65,7 @@ private:
     const QString text_;
     const QString sought_;
     const QStringMatcher matcher_;
+    const bool overlapsItself_;
     QVector<int> firstHits_; // of each piece, -1 for none
     QVector<int> hits_;      // the number in each piece
     int countedPieces_ = 0;

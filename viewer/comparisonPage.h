@@ -1,0 +1,93 @@
+#pragma once
+
+#include "viewer/comparisonModel.h"
+#include "viewer/job.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QAction;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QStackedWidget;
+class QToolButton;
+class QTreeView;
+
+namespace norvex {
+namespace Viewer {
+
+/// Two reports side by side: what differs, by section and device, and the whole values of the difference that the
+/// cursor is on.
+class ComparisonPage : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Side { Old, New };
+
+    explicit ComparisonPage(QWidget* parent = nullptr);
+
+    /// Compares beside the window, then shows what differs.
+    /// @param isRedacted whether to compare and show the reports without private data
+    void compare(const SystemInfo::CReport& older, const QString& oldTitle, const SystemInfo::CReport& newer,
+                 const QString& newTitle, bool isRedacted);
+
+    /// Shows that it waits for the reports.
+    void showWaiting();
+    /// Shows why there is nothing to compare.
+    void showMessage(const QString& title, const QString& text);
+
+    QTreeView* tree() const { return tree_; }
+    /// "Next difference" and "Previous difference", for menus.
+    QAction* nextAction() const { return next_; }
+    QAction* previousAction() const { return previous_; }
+
+signals:
+    /// What was asked for last is shown.
+    void shown();
+    /// The user gave up waiting.
+    void cancelled();
+    /// The user asks for the lines of an item of one report, see CReport::item().
+    void activated(Side side, const QString& path);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    enum class Direction { Forward, Backward };
+
+    QWidget* makeWaiting();
+    QWidget* makeMessage();
+    QWidget* makeResult();
+    QWidget* makeBar();
+    QWidget* makeDetails();
+    void makeActions();
+    void showComparison(const std::shared_ptr<Comparison>& comparison);
+    void showTree();
+    QString summary() const;
+    QModelIndex neighbour(const QModelIndex& index, Direction direction) const;
+    QModelIndex difference(Direction direction) const;
+    void step(Direction direction);
+    void updateActions();
+    void showDetails();
+    void activate(const QModelIndex& index);
+
+    QStackedWidget* const states_;
+    QTreeView* const tree_;
+    ComparisonModel* const model_;
+    QAction* next_ = nullptr;
+    QAction* previous_ = nullptr;
+    QLabel* summary_ = nullptr;
+    QLabel* messageTitle_ = nullptr;
+    QLabel* messageText_ = nullptr;
+    QPushButton* showExpected_ = nullptr;
+    QLabel* detailTitles_[2] = {nullptr, nullptr};
+    QPlainTextEdit* details_[2] = {nullptr, nullptr};
+    QPointer<Job> job_;
+    std::shared_ptr<const Comparison> comparison_;
+    QString titles_[2];
+};
+
+} // namespace Viewer
+} // namespace norvex
