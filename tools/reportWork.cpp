@@ -13,6 +13,8 @@
 #include "tools/selection.h"
 #include "tools/summary.h"
 
+#include "systeminfo/norvexSystemInfo.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -93,6 +95,10 @@ int ReportWork::run(const Output& output)
         // From whole reports: what is left out may say what is private in the rest.
         for (const CReport& report : reports_) {
             redactor_.collect(report);
+        }
+        if (options_.asksMachine()) {
+            // Of this machine, what is left out is not asked for. This names its user, and is there without waiting.
+            redactor_.collect(CReport::fromText(SystemInfo::qtSystemEnvironment()));
         }
     }
     if (options_.action == Action::Compare) {

@@ -66,7 +66,8 @@ bool isCommonFolder(const QString& folder)
         "users user home homes files share shares shared public export exports volumes volume vol "
         "srv mnt nfs media net network servers remote php dav remotephp webdav data backup backups desktop "
         "documents downloads library movies music pictures sites templates videos applications "
-        "bin sbin lib src tmp opt usr var etc snap go local config cache mount mounts fs");
+        "bin sbin lib src tmp opt usr var etc snap nix store log spool crash ports docker go local config "
+        "cache mount mounts fs");
     return common.contains(lettersOf(folder)) || folder.startsWith(QLatin1Char('.'));
 }
 

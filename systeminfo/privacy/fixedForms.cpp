@@ -41,6 +41,11 @@ bool isName(Family family)
     }
 }
 
+bool isNumber(const QString& text)
+{
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c.isDigit(); });
+}
+
 /// Where no name can stand.
 bool isNameless(PrivateKind kind)
 {
@@ -59,10 +64,14 @@ bool mayHoldToken(PrivateKind kind)
     }
 }
 
-/// Whether a known value of the family can stand in a text of the kind.
-bool mayStandIn(Family family, PrivateKind kind)
+/// Whether a known value of the family can stand in a text of the kind. A serial number of digits alone looks like the
+/// sizes and counts that stand beside models.
+bool mayStandIn(Family family, const QString& word, PrivateKind kind)
 {
-    return family == Family::Token ? mayHoldToken(kind) : !isName(family) || !isNameless(kind);
+    if (family == Family::Token) {
+        return mayHoldToken(kind);
+    }
+    return !isNameless(kind) || !(isName(family) || (family == Family::Serial && isNumber(word)));
 }
 
 /// The forms of families whose values are names.
@@ -729,7 +738,7 @@ QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
         if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
             const QString word = text.mid(begin, end - begin);
             const auto known = words_.constFind(wordHash(word));
-            if (known != words_.constEnd() && mayStandIn(known->family, kind)) {
+            if (known != words_.constEnd() && mayStandIn(known->family, word, kind)) {
                 result += text.midRef(copied, begin - copied);
                 result += formOfWord(word, *known);
                 copied = end;

@@ -351,7 +351,7 @@ private:
     void addSerialNumbers()
     {
         static const QRegularExpression serial = expression(
-            R"(\b(?i:serial(?: ?(?:number|no\.?))|s/n)[ :=#]{1,3}(?=[\w\-]{0,63}\d)([A-Za-z0-9][\w\-]{3,63}))");
+            R"(\b(?i:serial(?: ?(?:number|no\.?))|s/n)[ \t:=#|]{1,8}(?=[\w\-]{0,63}\d)([A-Za-z0-9][\w\-]{3,63}))");
         forEach(serial, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
     }
 
@@ -601,7 +601,7 @@ private:
 
     void addDisplayServer()
     {
-        static const QRegularExpression server(QStringLiteral("^([^/:]+):[0-9]"));
+        static const QRegularExpression server(QStringLiteral("^(?:[a-z0-9]+/)?([^/:]+):[0-9]"));
         add(PrivateKind::Host, find(server, text_), 1);
     }
 

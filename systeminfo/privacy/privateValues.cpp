@@ -46,7 +46,9 @@ const struct
     {"wwn", Part::End, PrivateKind::Serial},
     {"productkey", Part::End, PrivateKind::Serial},
     {"assettag", Part::End, PrivateKind::Serial},
+    {"servicetag", Part::End, PrivateKind::Serial},
     {"mlb", Part::End, PrivateKind::Serial}, // of the main logic board
+    {"mac", Part::Whole, PrivateKind::Address},
     {"macaddress", Part::Anywhere, PrivateKind::Address},
     {"bssid", Part::Anywhere, PrivateKind::Address},
     {"bdaddr", Part::Anywhere, PrivateKind::Address},
@@ -65,6 +67,7 @@ const struct
     {"ssid", Part::Begin, PrivateKind::Network},
     {"hostname", Part::Anywhere, PrivateKind::Host},
     {"computername", Part::Anywhere, PrivateKind::Host},
+    {"domainname", Part::End, PrivateKind::Domain},
     {"ownername", Part::Anywhere, PrivateKind::Person},
     {"registeredowner", Part::End, PrivateKind::Person},
     {"userassigned", Part::Begin, PrivateKind::Name},
