@@ -256,6 +256,9 @@ private slots:
         QTest::keyClick(&view, Qt::Key_PageDown);
         QCOMPARE(tree.currentIndex().data().toString(), QString("Processor"));
 
+        view.setFirstVisibleLine(7); // a separator
+        QCOMPARE(tree.currentIndex().data().toString(), QString("Model identifier"));
+
         tree.setFocus();
         tree.setCurrentIndex(find(qt, "QLocale"));
         QTest::keyClick(&tree, Qt::Key_Return);

@@ -222,6 +222,9 @@ void Document::analyse()
 void Document::takeAnalysis(const std::shared_ptr<Analysis>& analysis)
 {
     original_ = analysis->shown;
+    if (!original_.outline->isComplete()) {
+        notices_ += tr("Not everything is set off: the text is too long.");
+    }
     identifications_[0] = analysis->identifications[0];
     identifications_[1] = analysis->identifications[1];
     if (original_.lines->text().size() <= shortText || !waiting_.isEmpty()) {

@@ -12,6 +12,8 @@ namespace {
 
 /// No person reads more, and a tree of more takes more memory than the text.
 const int mostNodes = 1000000;
+/// A longer section is not looked into.
+const int longestSection = 4 << 20;
 /// Longer ones are not kept: the path of a line of millions of characters has as many.
 const int longestPath = 1000;
 const int depths = 3;
@@ -63,6 +65,7 @@ private:
     QVector<Node> levels_[depths];
     QVector<quint16> marks_;
     bool hasHalf_ = false;
+    bool isComplete_ = true;
 };
 
 int OutlineBuilder::lineOf(int offset) const
@@ -109,7 +112,11 @@ void OutlineBuilder::addSection(const CReportSection& section)
     if (!section.heading().isEmpty()) {
         marks_[lines_.lineAt(place_)] = headingMark;
     }
-    addContent(section.content(), end, depth + 1);
+    if (end - place_ <= longestSection) {
+        addContent(section.content(), end, depth + 1);
+    } else {
+        isComplete_ = false;
+    }
     place_ = end;
     levels_[depth].last().lineCount = lineOf(place_) - levels_[depth].last().firstLine;
 }
@@ -175,6 +182,7 @@ Outline OutlineBuilder::build()
     for (const CReportItem& item : content) {
         if (!goesOn_(static_cast<int>(100LL * place_ / size)) ||
             levels_[0].size() + levels_[1].size() + levels_[2].size() > mostNodes) {
+            isComplete_ = false;
             break;
         }
         const int next = place_ + item.text().size();
@@ -195,6 +203,7 @@ Outline OutlineBuilder::flattened()
     Outline outline;
     outline.topCount_ = levels_[0].size();
     outline.marks_ = marks_;
+    outline.isComplete_ = isComplete_;
     int parents = 0;
     for (QVector<Node>& level : levels_) {
         const int begin = outline.nodes_.size();

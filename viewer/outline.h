@@ -47,6 +47,10 @@ public:
     static Outline of(const SystemInfo::CReport& report, const TextLines& lines,
                       const std::function<bool(int percent)>& goesOn);
 
+    /// Whether everything is in it. A section of millions of characters has no blocks and labels here, because these
+    /// would take many times its memory.
+    bool isComplete() const { return isComplete_; }
+
     /// The nodes: those of the top first, and children of one node together.
     const QVector<Node>& nodes() const { return nodes_; }
     int topCount() const { return topCount_; }
@@ -64,6 +68,7 @@ private:
     QVector<Node> nodes_;
     QVector<quint16> marks_; // of each line: where the label ends, or its kind
     int topCount_ = 0;
+    bool isComplete_ = true;
 };
 
 } // namespace norvex::Viewer

@@ -16,8 +16,8 @@ namespace Viewer {
 
 namespace {
 
-/// Far more than any report; this much text still fits a QString.
-const qint64 longestFile = 1000000000;
+/// Far more than any report. The columns of a line of as many tabulators can still be counted.
+const qint64 longestFile = 250000000;
 const qint64 chunkSize = 4 << 20;
 /// Where the first tag of a property list stands.
 const int longestPreamble = 1024;
