@@ -149,6 +149,14 @@ void compare(benchmark::State& state, QString (*write)(int))
     }
 }
 
+void redact(benchmark::State& state, QString (*write)(int))
+{
+    const CReport report = CReport::fromText(write(static_cast<int>(state.range(0))));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(report.redacted());
+    }
+}
+
 void usualAndLargest(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->Arg(10000)->Arg(1 << 26)->Unit(benchmark::kMicrosecond);
@@ -173,5 +181,6 @@ BENCHMARK_CAPTURE(parse, almostSeparators, almostSeparators)->Apply(lengths);
 BENCHMARK_CAPTURE(toJson, longLines, longLines)->Apply(usualAndLargest);
 BENCHMARK_CAPTURE(fromJson, longLines, longLines)->Apply(usualAndLargest);
 BENCHMARK_CAPTURE(compare, shortLines, shortLines)->Apply(usualAndLargest);
+BENCHMARK_CAPTURE(redact, shortLines, shortLines)->Apply(usualAndLargest);
 
 } // namespace

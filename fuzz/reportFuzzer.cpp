@@ -1,5 +1,5 @@
-// A report as a document, as JSON, and beside another report: what stands behind the last zero character of the input
-// is the other one. An input that is JSON is read as a document of reports, too.
+// A report as a document, as JSON, redacted, and beside another report: what stands behind the last zero character of
+// the input is the other one. An input that is JSON is read as a document of reports, too.
 
 #include "fuzz/require.h"
 #include "systeminfo/norvexReport.h"
@@ -103,6 +103,14 @@ void checkComparison(const CReport& older, const CReport& newer)
     }
 }
 
+void checkRedaction(const CReport& report)
+{
+    const CReport redacted = report.redacted();
+    require(redacted.text().count(QLatin1Char('\n')) == report.text().count(QLatin1Char('\n')),
+            "the number of lines stays");
+    require(redacted.redacted().text() == redacted.text(), "what is redacted stays");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -115,6 +123,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const CReport report = CReport::fromText(text);
     checkDocument(report, text);
     checkJson(report);
+    checkRedaction(report);
     checkComparison(report, CReport::fromText(text.mid(text.lastIndexOf(QChar(0)) + 1)));
 
     QString message;

@@ -120,6 +120,8 @@ bool EnvironmentEnd::hasVariable(int begin) const
 
 QVector<Part> PartParser::parse()
 {
+    // Hardly any part is shorter. Growing would copy; what stays unused costs addresses alone.
+    parts_.reserve(text_.size() / 8 + 1);
     for (int position = 0; position < text_.size();) {
         position = takeLine(lineAt(text_, position));
     }

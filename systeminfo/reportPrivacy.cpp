@@ -75,7 +75,7 @@ const struct
     {"qtHostInfo", "Local domain name", Kind::Domain},
     {"network", others, Kind::Model},
     {"network", "Hardware address", Kind::Address},
-    {"network", "Addresses", Kind::None},
+    {"network", "Addresses", Kind::Addresses},
     {"qtSystemEnvironment", others, Kind::Token}, // but for harmless variables
     {"openGL", others, Kind::Model},
 };
@@ -99,6 +99,9 @@ bool isVersion(const QString& label)
 
 Kind kindByLabel(const QString& label)
 {
+    if (label.endsWith(QLatin1String("S/N"), Qt::CaseInsensitive)) {
+        return Kind::Serial;
+    }
     const Kind kind = Privacy::privateKindOf(label.toUtf8());
     if (kind == Kind::None) {
         return isVersion(label) ? Kind::Model : Kind::None;

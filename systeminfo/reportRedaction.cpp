@@ -26,7 +26,9 @@ public:
     virtual ~Stretches() = default;
 
     virtual void take(int begin, int end, PrivateKind kind) = 0;
-    /// A line of an unknown value behind its first one.
+    /// The same of a label that says what its value is. With a private value in it, it is hidden instead, and false.
+    virtual bool takeLabel(int begin, int end) = 0;
+    /// What shows nothing, not even its length.
     virtual void hide(int begin, int end) = 0;
 };
 
@@ -95,8 +97,16 @@ void Walk::takeEntry(const Piece& piece, const Container& container, const Secti
         return;
     }
     const EntryPlace& entry = piece.entry;
-    take(piece.begin, entry.labelEnd, privacy.otherKind());
     const PrivateKind kind = privacy.valueKind(text_, entry, isBluetooth_);
+    const bool isTelling = format == nullptr && kind != PrivateKind::None;
+    if (!isTelling) {
+        take(piece.begin, entry.labelEnd, privacy.otherKind());
+    } else if (!stretches_.takeLabel(entry.labelBegin, entry.labelEnd)) {
+        if (entry.valueBegin != entry.valueEnd) {
+            stretches_.hide(entry.valueBegin, entry.valueEnd);
+        }
+        return;
+    }
     if (isList(entry)) {
         takeList(piece, kind);
     } else {
@@ -180,6 +190,11 @@ public:
     {
         forms_.learn(text_.mid(begin, end - begin), kind);
     }
+    bool takeLabel(int begin, int end) override
+    {
+        take(begin, end, PrivateKind::Model);
+        return true;
+    }
     void hide(int, int) override {}
 
 private:
@@ -254,6 +269,15 @@ public:
         if (kind != PrivateKind::Token) {
             changed_.push_back({place, replaced.size(), kind});
         }
+    }
+    bool takeLabel(int begin, int end) override
+    {
+        const QString original = text_.mid(begin, end - begin);
+        const bool stays = forms_.replaced(original, PrivateKind::Model) == original;
+        if (!stays) {
+            hide(begin, end);
+        }
+        return stays;
     }
     void hide(int begin, int end) override { replacement_.replace(begin, end, ellipsis()); }
 

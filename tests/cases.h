@@ -5,9 +5,9 @@
 #include <QVector>
 
 /// @file
-/// Test cases in data files. What stands in front of the first case explains the file. "== " begins a case with its name,
-/// and "--" stands between its texts. A text ends without a line feed unless an empty line is its last; "␍" stands for a
-/// carriage return.
+/// Test cases in data files. What stands in front of the first case explains the file. "== " begins a case with its
+/// name, and "--" stands between its texts. A text ends without a line feed unless an empty line is its last; "␍"
+/// stands for a carriage return.
 
 struct Case
 {
@@ -24,8 +24,9 @@ inline QVector<Case> casesIn(const char* fileName)
     }
     QStringList* texts = nullptr;
     bool continues = false;
-    const QString contents = QString::fromUtf8(file.readAll()).replace(QChar(0x240d), '\r');
-    for (const QString& line : contents.chopped(1).split('\n')) {
+    QString contents = QString::fromUtf8(file.readAll()).replace(QChar(0x240d), '\r');
+    contents.chop(1);
+    for (const QString& line : contents.split('\n')) {
         if (line.startsWith("== ")) {
             cases.append({line.mid(3), {}});
             texts = &cases.last().texts;

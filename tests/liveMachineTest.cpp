@@ -160,9 +160,16 @@ void LiveMachineTest::hosts()
 void LiveMachineTest::mounts()
 {
     QFETCH(QList<QByteArray>, lines);
-    const auto isFolder = [](const QByteArray& path) { return path != "/etc/hosts"; };
-    const QByteArray volumes = volumesAmong(parseMounts(lines.join('\n')), isFolder).join('|');
-    QVERIFY2(lines.contains("? " + volumes), volumes.constData());
+    const QByteArray text = lines.join('\n');
+    bool isSparing = true;
+    const auto isFolder = [&isSparing](const QByteArray& path) {
+        isSparing = isSparing && !path.endsWith("unasked");
+        return path != "/etc/hosts";
+    };
+    const QByteArray volumes = volumesAmong(parseMounts(text), isFolder).join('|');
+    QVERIFY2(lines.contains("? " + volumes) && isSparing, volumes.constData());
+    const QByteArray served = servedPoints(text).join('|');
+    QVERIFY2(served.isEmpty() ? !text.contains("~ ") : lines.contains("~ " + served), served.constData());
 }
 
 void LiveMachineTest::releases_data()

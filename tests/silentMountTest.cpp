@@ -139,10 +139,12 @@ private slots:
     void report_data();
     void report();
     void paths();
+    void links_data();
+    void links();
     void withoutProcess();
 
 private:
-    QByteArray toolOutput(const QString& prefix);
+    QByteArray toolOutput(const QString& prefix, const char* section = "listFileSystemVolumesInfo");
     QString path(const char* name) const { return folder_->filePath(QLatin1String(name)); }
 
     std::unique_ptr<QTemporaryDir> folder_;
@@ -157,14 +159,14 @@ void SilentMountTest::init()
     }
 }
 
-/// The volumes as the tool lists them, up to the end of its output.
-QByteArray SilentMountTest::toolOutput(const QString& prefix)
+/// A section that the tool prints, by default the volumes, up to the end of its output.
+QByteArray SilentMountTest::toolOutput(const QString& prefix, const char* section)
 {
     QProcess process;
     process.start(
         QStringLiteral("sh"),
-        {QStringLiteral("-c"), prefix + QStringLiteral(" %1 --section listFileSystemVolumesInfo | cat")
-                                            .arg(QLatin1String(NORVEX_TOOL))});
+        {QStringLiteral("-c"), prefix + QStringLiteral(" %1 --section %2 | cat")
+                                            .arg(QLatin1String(NORVEX_TOOL), QLatin1String(section))});
     return process.waitForFinished(10000) ? process.readAllStandardOutput() : QByteArray("no end");
 }
 
@@ -243,6 +245,40 @@ void SilentMountTest::paths()
     QCOMPARE(descriptors(), descriptorsBefore);
     QVERIFY(waitpid(-1, nullptr, __WALL | WNOHANG) == -1 && errno == ECHILD);
     QDir::setCurrent(before);
+}
+
+void SilentMountTest::links_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::newRow("none") << QString();
+    QTest::newRow("list") << QStringLiteral("mimeapps.list");
+    QTest::newRow("desktop file") << QStringLiteral("applications/a.desktop");
+    QTest::newRow("program") << QStringLiteral("program");
+}
+
+/// What a local folder has of an application may lead out of it.
+void SilentMountTest::links()
+{
+    QFETCH(QString, link);
+    const TestMount mount(path("mount"), ReadsNothing);
+    QVERIFY(QDir(folder_->path()).mkpath(QStringLiteral("applications")));
+    const auto write = [this](const char* name, const char* text) {
+        std::ofstream(path(name).toStdString()) << text;
+    };
+    write("program", "");
+    QVERIFY(QFile::setPermissions(path("program"), QFile::Permissions(0x7755)));
+    write("mimeapps.list", "[Default Applications]\nx-scheme-handler/mailto=a.desktop\n");
+    write("applications/a.desktop", "[Desktop Entry]\nType=Application\nExec=program %u\n");
+    if (!link.isEmpty()) {
+        const QString file = folder_->filePath(link);
+        QVERIFY(QFile::remove(file) && QFile::link(path("mount/file"), file));
+    }
+    const QByteArray text =
+        toolOutput(QStringLiteral("env XDG_CONFIG_HOME=%1 XDG_DATA_HOME=%1 XDG_DATA_DIRS=%1 PATH=%1:$PATH")
+                       .arg(folder_->path()),
+                   "defaultEmailApp");
+    const QString app = link.isEmpty() ? path("applications/a.desktop") : QStringLiteral("<failed>");
+    QVERIFY2(text.endsWith(QFile::encodeName("'" + app + "'\n")), text.constData());
 }
 
 void SilentMountTest::withoutProcess()

@@ -109,8 +109,10 @@ void ToolTest::commands_data()
     for (QRegularExpressionMatch match;
          (match = row.match(text, end)).hasMatch() && match.capturedStart() == end;) {
         end = match.capturedEnd();
-        QTest::newRow(qPrintable(match.captured(1))) << match.captured(2) << match.captured(3).toInt()
-                                                     << match.captured(4) << match.captured(5).chopped(1);
+        QString message = match.captured(5);
+        message.chop(1);
+        QTest::newRow(qPrintable(match.captured(1)))
+            << match.captured(2) << match.captured(3).toInt() << match.captured(4) << message;
     }
     QCOMPARE(end, text.size());
 }

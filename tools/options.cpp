@@ -369,7 +369,7 @@ QString helpOfOption(const OptionRow& row)
     if (row.argument) {
         left += QLatin1Char(' ') + QLatin1String(row.argument);
     }
-    const int width = 25;
+    const int width = 27;
     const QString indentation = QLatin1Char('\n') + QString(width, QLatin1Char(' '));
     return left.leftJustified(width) + QString::fromLatin1(row.help).replace(QLatin1Char('\n'), indentation) +
            QLatin1Char('\n');

@@ -16,8 +16,8 @@ QString shownName(const QByteArray& fileName);
 bool readFile(const QByteArray& fileName, QByteArray& bytes, QString& errorMessage);
 
 /// The report in a file that was read: text in UTF-8 or, with a byte-order mark, in UTF-16, or the JSON that CReport
-/// makes. A byte-order mark is no part of the report. For bytes that are no text U+FFFD stands in it, and standard error
-/// has a notice.
+/// makes. A byte-order mark is no part of the report. For bytes that are no text U+FFFD stands in it, and standard
+/// error has a notice.
 /// @param fileName for messages
 /// @param[out] errorMessage receives file, place and reason when JSON is no report
 bool parseReport(const QByteArray& fileName, const QByteArray& bytes, SystemInfo::CReport& report,

@@ -13,10 +13,16 @@ namespace {
 
 /// So many characters of names stand in a message, which has room for 200.
 const int longestNames = 105;
+/// Nobody reads more names.
+const int mostNames = 30;
 
 /// As many messages as it takes: one that is too long would lose the names in its middle.
-void printNames(const QStringList& names)
+void printNames(QStringList names)
 {
+    if (names.size() > mostNames) {
+        const QString others = QStringLiteral("%1 others").arg(names.size() - mostNames);
+        names = names.mid(0, mostNames) << others;
+    }
     QString line;
     for (int i = 0; i < names.size(); ++i) {
         line += (line.isEmpty() ? QString() : QStringLiteral(", ")) + names.at(i);

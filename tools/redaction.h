@@ -14,8 +14,8 @@ namespace norvex::Tool {
 /// @param[out] errorMessage receives the reason when the places cannot stay
 bool redact(SelectedReport& selected, SystemInfo::CRedactor& redactor, QString& errorMessage);
 
-/// Names on standard error what a person should read before it is sent, because only known values and shapes are replaced
-/// there: the sections that are not in the table.
+/// Names on standard error what a person should read before it is sent, because only known values and shapes are
+/// replaced there: the sections that are not in the table.
 void printUnjudged(const SelectedReport& redacted);
 
 /// The same for differences between redacted reports.

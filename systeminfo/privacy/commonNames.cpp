@@ -104,15 +104,16 @@ bool isModelName(const QString& name)
         words("apple magic wireless bluetooth mighty usb keyboard mouse trackpad mini extended internal "
               "headset headphones speaker controller gamepad pencil remote iphone ipad ipod airpods pro "
               "max watch with numeric keypad touch id device hub adapter port serial phone the and");
-    const QStringList parts = name.toLower().split(QRegularExpression(QStringLiteral("[\\s\\-_/()]+")));
-    for (const QString& part : parts) {
+    QString blankSeparated = name.toLower();
+    for (QChar& c : blankSeparated) {
+        c = c.isSpace() || QStringLiteral("-_/()").contains(c) ? QLatin1Char(' ') : c;
+    }
+    const QStringList parts = blankSeparated.split(QLatin1Char(' '));
+    return std::all_of(parts.begin(), parts.end(), [](const QString& part) {
         bool isNumber = false;
         part.toInt(&isNumber);
-        if (!part.isEmpty() && !isNumber && !common.contains(part)) {
-            return false;
-        }
-    }
-    return true;
+        return part.isEmpty() || isNumber || common.contains(part);
+    });
 }
 
 bool isPropertyKey(const QString& word)

@@ -19,6 +19,52 @@ using Letters = Replacements::Letters;
 
 const QChar ellipsis(0x2026);
 
+constexpr int shortestName = 3; ///< that is searched for
+
+bool isPlain(QChar c)
+{
+    return c.unicode() < 0x80 && c.isLetterOrNumber();
+}
+
+/// Whether the values are names that people give.
+bool isName(Family family)
+{
+    switch (family) {
+    case Family::Person:
+    case Family::Host:
+    case Family::Domain:
+    case Family::Label:
+    case Family::Network:
+    case Family::Device:
+    case Family::Printer: return true;
+    default: return false;
+    }
+}
+
+/// Where no name can stand.
+bool isNameless(PrivateKind kind)
+{
+    return kind == PrivateKind::Model || kind == PrivateKind::Addresses;
+}
+
+/// Where a value of the environment can stand. What it has in common with models and paths are models and paths.
+bool mayHoldToken(PrivateKind kind)
+{
+    switch (kind) {
+    case PrivateKind::Path:
+    case PrivateKind::HomeFolder:
+    case PrivateKind::MountPoint:
+    case PrivateKind::MountSource: return false;
+    default: return !isNameless(kind);
+    }
+}
+
+/// Whether a known value of the family can stand in a text of the kind.
+bool mayStandIn(Family family, PrivateKind kind)
+{
+    return family == Family::Token ? mayHoldToken(kind) : !isName(family) || !isNameless(kind);
+}
+
 /// The forms of families whose values are names.
 const struct
 {
@@ -30,11 +76,12 @@ const struct
     {Family::Device, "Device "}, {Family::Printer, "Printer "}, {Family::Token, "VALUE-"},
 };
 
+/// Empty for the families that have forms of another kind.
 QString nameForm(Family family, std::uint32_t number)
 {
     const auto prefix = std::find_if(std::begin(prefixes), std::end(prefixes),
                                      [family](const auto& each) { return each.family == family; });
-    return QLatin1String(prefix->form) + QString::number(number);
+    return prefix == std::end(prefixes) ? QString() : QLatin1String(prefix->form) + QString::number(number);
 }
 
 /// A form that a text has already.
@@ -49,6 +96,10 @@ GivenForm givenNameForm(const QString& text)
 {
     constexpr int longestForm = 60; // percent-encoded, too
     if (text.size() > longestForm || text.isEmpty() || !text.at(text.size() - 1).isDigit()) {
+        return {};
+    }
+    const ushort first = text.at(0).toLower().unicode();
+    if (first >= 0x80 || std::strchr("sudhvnp", static_cast<char>(first)) == nullptr) {
         return {};
     }
     static const QStringList spellings = [] {
@@ -280,7 +331,7 @@ private:
 
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
-    const QString form = formOf(text, kind);
+    QString form = formOf(text, kind);
     if (form != text || kind == PrivateKind::Token) {
         return form;
     }
@@ -383,7 +434,7 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 {
     const AddressText address(value);
     if (!address.isAddress()) {
-        return formOf(value, PrivateKind::Serial);
+        return formOfUuid(value);
     }
     const QByteArray device = address.device();
     const QString key = QString::fromLatin1(device.toHex());
@@ -403,7 +454,8 @@ QString FixedForms::Reader::formOfAddress(const QString& value)
 
 QString FixedForms::Reader::formOfUuid(const QString& value)
 {
-    const QByteArray bytes = hexBytesOf(value.toLatin1());
+    const bool isBraced = value.startsWith(QLatin1Char('{')) && value.endsWith(QLatin1Char('}'));
+    const QByteArray bytes = hexBytesOf((isBraced ? value.mid(1, value.size() - 2) : value).toLatin1());
     if (bytes.size() != uuidSize) {
         return formOf(value, PrivateKind::Serial);
     }
@@ -414,7 +466,8 @@ QString FixedForms::Reader::formOfUuid(const QString& value)
         return value;
     }
     const QString digits = QString::fromLatin1(bytes.toHex());
-    return form(Family::Uuid, digits, digits);
+    const QString result = form(Family::Uuid, digits, digits);
+    return isBraced ? QLatin1Char('{') + result + QLatin1Char('}') : result;
 }
 
 QString FixedForms::Reader::formOfIpAddress(const QString& value)
@@ -444,8 +497,8 @@ protected:
         const ByteHash hash = keyHash(family, key);
         if (!forms_.indices_.contains(hash)) {
             const auto index = static_cast<std::uint32_t>(forms_.numbers_.size());
-            forms_.learned_.push_back({family, index, value});
             forms_.numbers_.push_back(0);
+            forms_.addLearned(family, index, value);
             forms_.indices_.insert(hash, index);
         }
         return QString();
@@ -462,7 +515,7 @@ protected:
         const ByteHash own = keyHash(family, keyOf(family, other));
         if (!forms_.indices_.contains(hash) && !forms_.indices_.contains(own)) {
             const std::uint32_t index = *known;
-            forms_.learned_.push_back({family, index, other});
+            forms_.addLearned(family, index, other);
             forms_.indices_.insert(family == Family::Address ? hash : own, index);
         }
     }
@@ -513,11 +566,17 @@ protected:
 
     QString other(const QString& text, PrivateKind kind) override
     {
-        if (kind == PrivateKind::Model) {
-            return forms_.models_.replacedInText(text);
+        QString result = forms_.models_.replacedInText(text);
+        if (mayHoldToken(kind)) {
+            result = forms_.tokens_.replacedInText(result);
         }
-        const QString result = forms_.texts_.replacedInText(text);
-        return kind == PrivateKind::Product ? result : forms_.labels_.replacedInText(result);
+        if (!isNameless(kind)) {
+            result = forms_.names_.replacedInText(result);
+        }
+        if (!isNameless(kind) && kind != PrivateKind::Product) {
+            result = forms_.labels_.replacedInText(result);
+        }
+        return forms_.withoutWords(result, kind);
     }
 
 private:
@@ -559,55 +618,73 @@ void FixedForms::settle()
     learned_.clear();
 }
 
+/// Of either letter case.
+ByteHash FixedForms::wordHash(const QString& word)
+{
+    const QByteArray lower = word.toLatin1().toLower();
+    return Privacy::hashOf(lower.constData(), lower.size());
+}
+
+namespace {
+
 /// Values that are ordinary words or small numbers are not searched for: most of what is found would be something else.
-void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
+bool isSearchedFor(Family family, const QString& text)
 {
     constexpr int longestSearched = 255;
-    const QString& text = learned.text;
-    if (text.isEmpty() || text.size() > longestSearched) {
-        return;
-    }
     const auto hasOne = [&text](bool (*is)(QChar)) { return std::any_of(text.begin(), text.end(), is); };
     const bool hasDigit = hasOne([](QChar c) { return c.isDigit(); });
     const bool hasLetter = hasOne([](QChar c) { return c.isLetter(); });
-    const bool isWord = !hasOne([](QChar c) { return !c.isLetter(); });
-    const auto isLong = [&text](int least) { return text.size() >= least; };
+    if (text.size() > longestSearched || text.size() < shortestName) {
+        return false;
+    }
+    switch (family) {
+    case Family::Address:
+    case Family::Uuid: return true;
+    case Family::Serial: return hasDigit && text.size() >= (hasLetter ? 4 : 7);
+    case Family::Token:
+        return hasDigit && hasLetter && text.size() >= 8 && !hasOne([](QChar c) { return c.isSpace(); });
+    case Family::IpV4:
+    case Family::IpV6: return false;
+    default: return hasLetter && !isTechnicalWord(text);
+    }
+}
+
+} // namespace
+
+void FixedForms::addLearned(Family family, std::uint32_t index, const QString& text)
+{
+    const bool isSearched = isSearchedFor(family, text);
+    const bool isWord =
+        isSearched && family != Family::Label && std::all_of(text.begin(), text.end(), isPlain);
+    learned_.push_back(
+        {family, index, isSearched && !isWord ? text : QString(), isWord ? wordHash(text) : 0, false});
+    if (isWord && family == Family::Person && !text.at(text.size() - 1).isDigit()) {
+        learned_.push_back(
+            {family, index, QString(), wordHash(text + QLatin1Char('s')), true}); // "Alices iPhone"
+    }
+}
+
+void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
+{
+    const QString& text = learned.text;
     const QString form = nameForm(learned.family, number);
+    if (learned.word != 0 && !words_.contains(learned.word)) {
+        words_.insert(learned.word, {learned.family, learned.isPlural, number});
+    }
+    if (text.isEmpty()) {
+        return;
+    }
     switch (learned.family) {
-    case Family::Address: {
-        const QString digits = QString::number(number, 16).rightJustified(6, QLatin1Char('0'));
-        searchForDigits(text, text.left(6) + digits.right(6));
+    case Family::Serial: searchForName(models_, text, form, Where::Word, Letters::Either); break;
+    case Family::Token: tokens_.add(text.toUtf8(), form.toUtf8(), Where::Word, Letters::Either); break;
+    case Family::Label: {
+        const bool isWord = std::all_of(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
+        constexpr int unmistakable = 5;
+        searchForName(labels_, text, form, text.size() < unmistakable ? Where::Folder : Where::Word,
+                      isWord ? Letters::Exact : Letters::Either);
         break;
     }
-    case Family::Uuid: searchForDigits(text, uuidForm(number).remove(QLatin1Char('-'))); break;
-    case Family::Serial:
-        if (hasDigit && isLong(hasLetter ? 4 : 7)) {
-            searchForName(models_, text, form, Where::Word, Letters::Either);
-            searchForName(texts_, text, form, Where::Word, Letters::Either);
-        }
-        break;
-    case Family::Token:
-        if (hasDigit && hasLetter && isLong(8) && !hasOne([](QChar c) { return c.isSpace(); })) {
-            searchForDigits(text, form);
-        }
-        break;
-    case Family::Label:
-        if (isLong(3) && !isTechnicalWord(text)) {
-            const bool isUnmistakable = isLong(5) && hasLetter;
-            searchForName(labels_, text, form, isUnmistakable ? Where::Word : Where::Folder,
-                          isWord ? Letters::Exact : Letters::Either);
-        }
-        break;
-    case Family::IpV4:
-    case Family::IpV6: break;
-    default:
-        if (isLong(3) && hasLetter && !isTechnicalWord(text)) {
-            searchForName(texts_, text, form, Where::Word, Letters::Either);
-        }
-        if (learned.family == Family::Person && isWord && isLong(3) && !isTechnicalWord(text)) {
-            const QString genitive = text + QLatin1Char('s'); // "Alices iPhone"
-            texts_.add(genitive.toUtf8(), (form + QLatin1Char('s')).toUtf8(), Where::Word, Letters::Either);
-        }
+    default: searchForName(names_, text, form, Where::Word, Letters::Either);
     }
 }
 
@@ -615,7 +692,6 @@ void FixedForms::searchForName(Replacements& replacements, const QString& name, 
                                Where where, Letters letters)
 {
     constexpr int mostSpelled = 10000; // bounds the memory: each has dozens of spellings
-    const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
     const bool isSpelled = !std::all_of(name.begin(), name.end(), isPlain) && spelledNames_++ < mostSpelled;
     if (!isSpelled) {
         replacements.add(name.toUtf8(), form.toUtf8(), where, letters);
@@ -625,18 +701,51 @@ void FixedForms::searchForName(Replacements& replacements, const QString& name, 
         const QByteArray replacement = spelled(form, way).toUtf8();
         for (const QString& text : {name, name.toLower(), name.toUpper()}) {
             for (const auto normalized : {QString::NormalizationForm_C, QString::NormalizationForm_D}) {
-                replacements.add(spelled(text.normalized(normalized), way).toUtf8(), replacement, where,
-                                 letters);
+                const QString spelling = spelled(text.normalized(normalized), way);
+                if (spelling.size() >= shortestName && !isTechnicalWord(spelling)) {
+                    replacements.add(spelling.toUtf8(), replacement, where, letters);
+                }
             }
         }
     }
 }
 
-/// Values in which nothing is spelled in another way.
-void FixedForms::searchForDigits(const QString& digits, const QString& form)
+/// The text with forms for known words, which stand between characters of other kinds.
+QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
 {
-    for (Replacements* replacements : {&models_, &texts_}) {
-        replacements->add(digits.toUtf8(), form.toUtf8(), Where::Word, Letters::Either);
+    constexpr int longestWord = 255;
+    const auto isInWord = [](QChar c) {
+        return isPlain(c) || (c.unicode() >= 0x80 && !c.isPunct() && !c.isSpace() && !c.isSymbol() &&
+                              !c.isSurrogate() && c != QChar(QChar::ByteOrderMark));
+    };
+    QString result;
+    int copied = 0;
+    for (int begin = 0; begin < text.size() && !words_.isEmpty();) {
+        int end = begin;
+        bool isOfKind = true;
+        for (; end < text.size() && isInWord(text.at(end)); ++end) {
+            isOfKind = isOfKind && isPlain(text.at(end));
+        }
+        if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
+            const QString word = text.mid(begin, end - begin);
+            const auto known = words_.constFind(wordHash(word));
+            if (known != words_.constEnd() && mayStandIn(known->family, kind)) {
+                result += text.midRef(copied, begin - copied);
+                result += formOfWord(word, *known);
+                copied = end;
+            }
+        }
+        begin = end + 1;
+    }
+    return copied == 0 ? text : result + text.midRef(copied);
+}
+
+QString FixedForms::formOfWord(const QString& word, const Word& known)
+{
+    switch (known.family) {
+    case Family::Uuid: return uuidForm(known.number).remove(QLatin1Char('-'));
+    case Family::Address: return AddressText(word).withNumber(known.number);
+    default: return nameForm(known.family, known.number) + QLatin1String(known.isPlural ? "s" : "");
     }
 }
 

@@ -53,22 +53,36 @@ private:
     {
         Family family;
         std::uint32_t index; ///< in numbers_
-        QString text;        ///< to search for
+        QString text;        ///< to search for, unless it is a word
+        ByteHash word;       ///< 0: it is none
+        bool isPlural;       ///< the word has an "s" behind it
+    };
+    /// A value of letters and digits alone, which is found by its hash: it takes a third of the memory.
+    struct Word
+    {
+        Family family;
+        bool isPlural;
+        std::uint32_t number;
     };
 
     static ByteHash keyHash(Family family, const QString& key);
+    static ByteHash wordHash(const QString& word);
+    void addLearned(Family family, std::uint32_t index, const QString& text);
     void searchFor(const Learned& learned, std::uint32_t number);
     void searchForName(Replacements& replacements, const QString& name, const QString& form,
                        Replacements::Where where, Replacements::Letters letters);
-    void searchForDigits(const QString& digits, const QString& form);
+    QString withoutWords(const QString& text, PrivateKind kind) const;
+    static QString formOfWord(const QString& word, const Word& known);
 
     QHash<ByteHash, std::uint32_t> indices_;
     std::vector<std::uint32_t> numbers_; ///< 0 until settle()
     std::vector<Learned> learned_;       ///< since the last settle()
     std::array<QSet<std::uint32_t>, std::size_t(Family::Count)> taken_;
     std::array<std::uint32_t, std::size_t(Family::Count)> last_ = {};
+    QHash<ByteHash, Word> words_;
     Replacements models_;  ///< what stands where no name can, too
-    Replacements texts_;   ///< these and names
+    Replacements tokens_;  ///< values of the environment
+    Replacements names_;   ///< of all but volumes
     Replacements labels_;  ///< names of volumes
     int spelledNames_ = 0; ///< names that are searched for in all their spellings
 };

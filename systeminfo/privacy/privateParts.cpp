@@ -74,6 +74,9 @@ public:
         default: break;
         }
         addShapes(kind);
+        if (hasFailed_) {
+            return {{PrivateKind::Folder, 0, text_.size()}};
+        }
         return inOrder();
     }
 
@@ -119,7 +122,7 @@ private:
         if (characters_.has("sS") && characters_.has("0123456789") && kind == PrivateKind::None) {
             addSerialNumbers();
         }
-        const bool mayHaveOwner = characters_.has("'MPW") || characters_.hasOthers();
+        const bool mayHaveOwner = characters_.has("'`MPW") || characters_.hasOthers();
         if (mayHaveOwner && kind != PrivateKind::Model) {
             addOwners();
         }
@@ -141,9 +144,29 @@ private:
     template <typename Use>
     void forEach(const QRegularExpression& shape, Use use) const
     {
-        for (auto found = shape.globalMatch(text_); found.hasNext();) {
-            use(found.next());
+        forEach(shape, text_, 0, [&use](const Match& found) {
+            use(found);
+            return true;
+        });
+    }
+
+    /// @param use says whether to go on
+    template <typename Use>
+    void forEach(const QRegularExpression& shape, const QString& text, int start, Use use) const
+    {
+        QRegularExpressionMatchIterator found = shape.globalMatch(text, start);
+        bool goesOn = true;
+        while (goesOn && found.hasNext()) {
+            goesOn = use(found.next());
         }
+        hasFailed_ = hasFailed_ || !found.isValid();
+    }
+
+    Match find(const QRegularExpression& shape, const QString& text) const
+    {
+        Match found = shape.match(text);
+        hasFailed_ = hasFailed_ || !found.isValid();
+        return found;
     }
 
     void addNumbers()
@@ -176,7 +199,7 @@ private:
             constexpr int longestWord = 12;
             const int begin = std::max(0, found.capturedStart() - longestWord);
             const QString before = text_.mid(begin, found.capturedStart() - begin);
-            if (isPrivateIpAddress(found.captured()) && !versionWord.match(before).hasMatch()) {
+            if (isPrivateIpAddress(found.captured()) && !find(versionWord, before).hasMatch()) {
                 add(PrivateKind::IpAddress, found, 0);
             }
         });
@@ -190,7 +213,7 @@ private:
     void addHomeFolders()
     {
         static const QRegularExpression homes = expression(
-            R"([/\\](?:Users|home)[/\\]|(?<![^\s:;"'=(])(?:(?:/private)?/var)?/root/|(?<![^\s:;"'=(])~/)");
+            R"([/\\](?:Users|home|Documents and Settings)[/\\]|(?<![^\s:;"'=(])(?:(?:/private)?/var)?/root/|(?<![^\s:;"'=(])~/)");
         // Where macOS keeps what each user's programs leave behind.
         static const QRegularExpression leftovers = expression(R"(/var/folders/[^/]{2}/([^/\s]{16,64}))");
         int end = 0;
@@ -221,7 +244,7 @@ private:
             if (users > 0) {
                 add(PrivateKind::Person, begin, end - begin);
                 const int next = std::min(end + 1, frame.end);
-                const bool isDomain = domain.match(name).hasMatch();
+                const bool isDomain = find(domain, name).hasMatch();
                 users = users == 1 && isDomain && next < frame.end &&
                                 !isCommonFolder(text_.mid(next, endOfName(next, frame, false) - next))
                             ? 2
@@ -250,7 +273,9 @@ private:
         static const QString openers = ends + QStringLiteral("='([{,");
         static const QString closers =
             QStringLiteral("\r\n:;\"<>|") + QChar(QChar::Null) + QStringLiteral("=')]},");
-        int begin = place;
+        const bool hasDrive =
+            place > from + 1 && text_.at(place - 1) == QLatin1Char(':') && text_.at(place - 2).isLetter();
+        int begin = hasDrive ? place - 2 : place;
         while (begin > from && text_.at(begin - 1) != QLatin1Char(' ') &&
                !openers.contains(text_.at(begin - 1))) {
             --begin;
@@ -293,30 +318,30 @@ private:
         static const QRegularExpression server = expression(R"((?<![\w\\:])\\\\([\w\-.]{1,255})(?=\\))");
         static const QRegularExpression url =
             expression(R"(://([^/@\s:]{1,255})(?::([^/@\s]{1,255}))?@([^/\s:?#]{1,255}))");
+        static const QRegularExpression builder = expression(R"(\(([^()\s/]{1,128})@([^()\s/@]{1,255})\))");
         static const QRegularExpression account =
-            expression(R"((?<![\w.+\-])(\()?([\w.+\-]{1,64})@([\w\-][\w.\-]{0,254})(?(1)\)))");
-        static const QRegularExpression word = expression("[g-zG-Z]");
+            expression(R"((?<![\w\p{M}.+\-])([\w\p{M}.+\-]{1,64})@([\w\-][\w\p{M}.\-]{0,254}))");
+        static const QRegularExpression host = expression(R"([^\W\d_a-fA-F]|\.[A-Za-z]{2})");
         static const QRegularExpression local = expression(
             R"((?<![\w.\-])([\w\-]{1,63})\.(?:local|lan|fritz\.box)(?![\w.\-])|(?:^|[/@])([^/@:;]{1,63})\._[a-z0-9\-]+\._(?:tcp|udp)\b)");
         forEach(server, [this](const Match& found) { add(PrivateKind::Host, found, 1); });
-        if (kind != PrivateKind::MountSource) {
+        if (kind != PrivateKind::MountSource) { // it has its own
             forEach(url, [this](const Match& found) {
                 add(PrivateKind::Person, found, 1);
                 add(PrivateKind::Person, found, 2); // a password
                 add(PrivateKind::Host, found, 3);
             });
+            forEach(builder, [this](const Match& found) {
+                add(PrivateKind::Person, found, 1);
+                add(PrivateKind::Host, found, 2);
+            });
+            forEach(account, [this](const Match& found) {
+                if (find(host, found.captured(2)).hasMatch()) {
+                    add(PrivateKind::Person, found, 1);
+                    add(PrivateKind::Host, found, 2);
+                }
+            });
         }
-        forEach(account, [this, kind](const Match& found) {
-            if (kind == PrivateKind::MountSource) {
-                return; // has its own
-            }
-            const bool areWords =
-                word.match(found.captured(2)).hasMatch() && word.match(found.captured(3)).hasMatch();
-            if (areWords || found.capturedLength(1) > 0) {
-                add(PrivateKind::Person, found, 2);
-                add(PrivateKind::Host, found, 3);
-            }
-        });
         forEach(local, [this](const Match& found) {
             add(PrivateKind::Host, found, found.capturedLength(1) > 0 ? 1 : 2);
         });
@@ -333,32 +358,38 @@ private:
     void addOwners()
     {
         static const QRegularExpression possessive = expression(
-            R"((?<![\p{L}\p{N}])([\p{L}\p{M}\p{N}.\-]{1,64})(?:['’ʼ]s|(?<=[sxz])['’ʼ])(?=[ \x{a0}_\-]))");
+            R"((?<![\p{L}\p{N}])([\p{L}\p{M}\p{N}.\-]{1,64})(?:['’ʼ´`]s|(?<=[sxz])['’ʼ´`])(?=[ \x{a0}_\-]))");
         static const QRegularExpression first =
-            expression(R"(^(?:[\p{L}\p{M}.\-]{1,64}[ \x{a0}]){1,2}(?=[^ ]{1,64}['’ʼ]))");
+            expression(R"(^(?:[\p{L}\p{M}.\-]{1,64}[ \x{a0}]){1,2}(?=[^ ]{1,64}['’ʼ´`]))");
         static const QRegularExpression word = expression(R"([^ \x{a0}]+)");
-        static const QRegularExpression genitive = expression(
-            (std::string(R"((?<![\p{L}\p{N}])(\p{L}[\p{L}\p{M}]{1,64}?)s[ \-_](?=)") + devices + ")")
-                .c_str());
-        static const QRegularExpression of = expression(
-            (std::string(devices) +
-             R"((?: (?:Pro|Air|Max))?[ \x{a0}\-](?:(?:de|von|di|van|del|da|do|af|av|för)[ \x{a0}\-]|d['’]?)(\p{Lu}[\p{L}\p{M}\-]{1,64}))")
-                .c_str());
+        const auto around = [](const char* before, const char* behind) {
+            return expression((std::string(before) + devices + behind).c_str());
+        };
+        static const QRegularExpression named[] = {
+            around(R"((?<![\p{L}\p{N}])(\p{L}[\p{L}\p{M}]{1,64}?)s[ \-_](?=)", ")"),
+            around(R"((?<![\p{L}\p{N}])([\p{L}\p{M}]{1,64}?)(?:的|の|의)[ \x{a0}\-]?(?=)", ")"),
+            around(
+                "",
+                R"((?: (?:Pro|Air|Max))?[ \x{a0}\-](?:(?:de|von|di|van|del|da|do|af|av|för)[ \x{a0}\-]|d['’]?)(\p{Lu}[\p{L}\p{M}\-]{1,64}))"),
+            around("", R"([ \x{a0}]\((\p{Lu}[\p{L}\p{M}]{1,64})\)$)"), // "iPhone (Anna)"
+        };
         static const QRegularExpression nobody =
             expression("^(?i:it|that|what|let|there|here|who|device|vendor|user|manufacturer|today|system)$");
-        if (possessive.match(text_).hasMatch()) {
-            const Match names = first.match(text_);
-            for (auto found = word.globalMatch(names.captured()); found.hasNext();) {
-                add(PrivateKind::Person, found.next(), 0);
-            }
+        if (find(possessive, text_).hasMatch()) {
+            const Match names = find(first, text_);
+            forEach(word, names.captured(), 0, [this](const Match& found) {
+                add(PrivateKind::Person, found, 0);
+                return true;
+            });
         }
         forEach(possessive, [this](const Match& found) {
-            if (!nobody.match(found.captured(1)).hasMatch()) {
+            if (!find(nobody, found.captured(1)).hasMatch()) {
                 add(PrivateKind::Person, found, 1);
             }
         });
-        forEach(genitive, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
-        forEach(of, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
+        for (const QRegularExpression& shape : named) {
+            forEach(shape, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
+        }
     }
 
     /// Names in the device files of Linux.
@@ -381,6 +412,10 @@ private:
             expression(R"(/dev/mapper/((?:[^/\-]|--){1,128})(?:-((?:[^/\-]|--){1,128}))?)");
         static const QRegularExpression group = expression(
             R"(^/dev/(?!disk/|mapper/|mtd|block/|bus/|fuse|shm|loop|zvol/|dri/|input/|char/|snd/|cu\.|tty)([^/]+)/([^/]+)$)");
+        // Of FAT and NTFS, and of a partition in a table without UUIDs. UUIDs are found by their shape.
+        static const QRegularExpression number = expression(
+            R"(/dev/disk/by-(?:part)?uuid/([0-9A-Fa-f]{8,16}|[0-9A-Fa-f]{4}-[0-9A-Fa-f]{4})(?:-\d{2})?$)");
+        forEach(number, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
         forEach(label, [this](const Match& found) { add(PrivateKind::Label, found, 1); });
         forEach(serial, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
         forEach(mapper, [this](const Match& found) {
@@ -399,7 +434,7 @@ private:
         static const QRegularExpression named =
             expression("^(?:(?:fedora|centos|rhel|rl|cl|cs|almalinux|ol)[_-]{1,2})?(.+?)(?:-{1,2}vg)?$");
         const QString name = match.captured(group);
-        const Match host = named.match(name);
+        const Match host = find(named, name);
         const bool isHost = host.capturedLength(1) < name.size();
         if (!isCommonLabel(name)) {
             add(isHost ? PrivateKind::Host : PrivateKind::Label,
@@ -413,11 +448,11 @@ private:
             "^/(?:System|private|dev|etc|boot|var|sys|proc|run|snap|usr|bin|lib|nix|ostree|sysroot|opt|tmp|"
             "home|Users|Library|Applications|bin|sbin|root|efi)(?:/|$)");
         static const QRegularExpression removable = expression("^/(?:run/)?media/([^/]+)/([^/]+)");
-        const Match medium = removable.match(text_);
+        const Match medium = find(removable, text_);
         if (medium.hasMatch()) {
             add(PrivateKind::Person, medium, 1);
             addFolders(medium.capturedStart(2), text_.size());
-        } else if (!system.match(text_).hasMatch()) {
+        } else if (!find(system, text_).hasMatch()) {
             addFolders(0, text_.size());
         }
     }
@@ -428,13 +463,12 @@ private:
         static const QRegularExpression folder = expression(R"([^/\\\x00?&]+)");
         static const QRegularExpression homes = expression("^(?i:users?|homes?|files|~)$");
         QString previous;
-        for (auto found = folder.globalMatch(text_, start); found.hasNext();) {
-            const Match match = found.next();
+        forEach(folder, text_, start, [&](const Match& match) {
             const QString name = match.captured();
             if (match.capturedEnd() > end) {
-                break;
+                return false;
             }
-            const bool isUser = homes.match(previous).hasMatch();
+            const bool isUser = find(homes, previous).hasMatch();
             const int mark = name.startsWith(QLatin1Char('~')) ? 1 : 0;
             if (mark == 1 || isUser) {
                 add(PrivateKind::Person, match.capturedStart() + mark, name.size() - mark);
@@ -442,7 +476,8 @@ private:
                 add(PrivateKind::Label, match.capturedStart(), name.size());
             }
             previous = name;
-        }
+            return true;
+        });
     }
 
     void addMountSource()
@@ -455,9 +490,9 @@ private:
         static const QRegularExpression remote =
             expression(R"(^(?:\w+#)?(?!map |/|\.)(.+?):(?=/)|^(?:\w+#)?(?!map |/|\.)([^/:]{2,}):)");
         static const QRegularExpression pool = expression(R"(^[\w.\- ]+(?:/[\w.\- ]+)*$)");
-        const Match address = url.match(text_);
-        const Match ceph = cluster.match(text_);
-        const Match exported = remote.match(text_);
+        const Match address = find(url, text_);
+        const Match ceph = find(cluster, text_);
+        const Match exported = find(remote, text_);
         if (address.hasMatch()) {
             addAccount(address.capturedStart(1), address.capturedEnd(1));
             addServers(address.capturedStart(2), address.capturedEnd(2));
@@ -470,7 +505,7 @@ private:
             const int group = exported.capturedLength(1) > 0 ? 1 : 2;
             addServers(exported.capturedStart(group), exported.capturedEnd(group));
             addFolders(exported.capturedEnd(), text_.size());
-        } else if (!isSystemSource() && pool.match(text_).hasMatch()) {
+        } else if (!isSystemSource() && find(pool, text_).hasMatch()) {
             addFolders(0, text_.size());
         }
     }
@@ -483,22 +518,20 @@ private:
             "lxcfs|map .*|devfs|fdesc|binfmt_misc|bpf|pstore|tracefs|debugfs|securityfs|configfs|fusectl|"
             "efivarfs|hugetlbfs|mqueue|ramfs|rootfs|nsfs|squashfs|drivers|lowntfs|ntfs|fuse|sunrpc|nfsd|"
             "vmware-vmblock)$");
-        return source.match(text_).hasMatch();
+        return find(source, text_).hasMatch();
     }
 
     /// "domain;user:password", "user;AUTH=method"
     void addAccount(int start, int end)
     {
         static const QRegularExpression part = expression(R"([^;:\\@]+)");
-        for (auto found = part.globalMatch(text_, start < 0 ? text_.size() : start); found.hasNext();) {
-            const Match match = found.next();
-            if (match.capturedEnd() > end) {
-                break;
-            }
+        const int begin = start < 0 ? text_.size() : start;
+        forEach(part, text_.mid(begin, std::max(0, end - begin)), 0, [this, begin](const Match& match) {
             if (!match.captured().startsWith(QLatin1String("AUTH="))) {
-                add(PrivateKind::Person, match, 0);
+                add(PrivateKind::Person, begin + match.capturedStart(), match.capturedLength());
             }
-        }
+            return true;
+        });
     }
 
     /// "user@host", "host:port,host:port", "[v2:host:port/0,v1:host:port/0]"
@@ -509,14 +542,14 @@ private:
         static const QRegularExpression suffix =
             expression(R"((?:\._[a-z0-9\-]+\._(?:tcp|udp))?(?:\.local)?$)");
         const QString servers = text_.mid(start, end - start);
-        for (auto found = server.globalMatch(servers); found.hasNext();) {
-            const Match match = found.next();
+        forEach(server, servers, 0, [this, start](const Match& match) {
             const QString host = match.captured(2);
             if (match.capturedLength(1) > 0) {
                 addAccount(start + match.capturedStart(1), start + match.capturedEnd(1));
             }
-            add(PrivateKind::Host, start + match.capturedStart(2), suffix.match(host).capturedStart());
-        }
+            add(PrivateKind::Host, start + match.capturedStart(2), find(suffix, host).capturedStart());
+            return true;
+        });
     }
 
     /// Drivers of adapters name a port after themselves or their serial number; macOS names those of Bluetooth devices
@@ -529,7 +562,7 @@ private:
             expression("^(?:usbserial-|usbmodem|wchusbserial|SLAB_USBtoUART)"
                        "(?=[^0-9]*[0-9])(?=[0-9]*[A-Za-z]|[0-9]{8})([0-9A-Za-z]{4,})$");
         const Match port = portName();
-        const Match adapter = serial.match(port.captured(1));
+        const Match adapter = find(serial, port.captured(1));
         if (adapter.hasMatch()) {
             add(PrivateKind::Serial, port.capturedStart(1) + adapter.capturedStart(1),
                 adapter.capturedLength(1));
@@ -553,9 +586,9 @@ private:
         static const QRegularExpression system = expression("^(?:Bluetooth|debug|wlan|usb|wchusb|serial)");
         const Match port = portName();
         const QString name = port.captured(1);
-        const Match offered = service.match(name);
-        const Match named = offered.hasMatch() ? offered : device.match(name);
-        if (named.hasMatch() && !system.match(name).hasMatch() && !isModelName(named.captured(1))) {
+        const Match offered = find(service, name);
+        const Match named = offered.hasMatch() ? offered : find(device, name);
+        if (named.hasMatch() && !find(system, name).hasMatch() && !isModelName(named.captured(1))) {
             add(PrivateKind::Name, port.capturedStart(1) + named.capturedStart(1), named.capturedLength(1));
         }
     }
@@ -563,19 +596,20 @@ private:
     Match portName() const
     {
         static const QRegularExpression file(QStringLiteral("^(?:/dev/(?:cu|tty)\\.)?([^/]+)$"));
-        return file.match(text_);
+        return find(file, text_);
     }
 
     void addDisplayServer()
     {
         static const QRegularExpression server(QStringLiteral("^([^/:]+):[0-9]"));
-        add(PrivateKind::Host, server.match(text_), 1);
+        add(PrivateKind::Host, find(server, text_), 1);
     }
 
     const QString& text_;
     const Characters characters_;
     int pathEnd_ = -1; ///< where paths that began before end at the latest
     Parts parts_;
+    mutable bool hasFailed_ = false; ///< an expression got no memory, or the text is beyond its limits
 };
 
 } // namespace

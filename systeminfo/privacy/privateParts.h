@@ -19,10 +19,10 @@ struct PrivatePart
     int length;
 };
 
-/// The private parts of a text, in order. They do not overlap.
-/// @param kind of the text: MountSource, MountPoint, SerialPort, BluetoothPort and DisplayServer have parts of their own.
-/// The text of any kind has those that their shape gives away: hardware addresses, UUIDs, home folders and what is below
-/// them, `(user@host)`, `host.local`, volumes (`/Volumes/…`, `/dev/disk/by-label/…`). All but a model have owners
+/// The private parts of a text, in order. They do not overlap. Where the search fails, all of the text is one, a Folder.
+/// @param kind of the text: MountSource, MountPoint, SerialPort, BluetoothPort and DisplayServer have parts of their
+/// own. The text of any kind has those that their shape gives away: hardware addresses, UUIDs, home folders and what is
+/// below them, `(user@host)`, `host.local`, volumes (`/Volumes/…`, `/dev/disk/by-label/…`). All but a model have owners
 /// (`Alice's Keyboard`) and IP addresses.
 std::vector<PrivatePart> privatePartsOf(const QString& text, PrivateKind kind);
 

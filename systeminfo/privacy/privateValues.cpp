@@ -44,6 +44,8 @@ const struct
     {"serialno", Part::End, PrivateKind::Serial},
     {"worldwidename", Part::Anywhere, PrivateKind::Serial},
     {"wwn", Part::End, PrivateKind::Serial},
+    {"productkey", Part::End, PrivateKind::Serial},
+    {"assettag", Part::End, PrivateKind::Serial},
     {"mlb", Part::End, PrivateKind::Serial}, // of the main logic board
     {"macaddress", Part::Anywhere, PrivateKind::Address},
     {"bssid", Part::Anywhere, PrivateKind::Address},
@@ -64,6 +66,7 @@ const struct
     {"hostname", Part::Anywhere, PrivateKind::Host},
     {"computername", Part::Anywhere, PrivateKind::Host},
     {"ownername", Part::Anywhere, PrivateKind::Person},
+    {"registeredowner", Part::End, PrivateKind::Person},
     {"userassigned", Part::Begin, PrivateKind::Name},
     {"username", Part::Anywhere, PrivateKind::Person},
     {"volumename", Part::Anywhere, PrivateKind::Label},

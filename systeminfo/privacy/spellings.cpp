@@ -55,13 +55,19 @@ QString spelled(const QString& text, int way)
 
 QString commonSpelling(const QString& text)
 {
+    const auto isPlain = [](QChar c) { return c.unicode() < 0x80 && c.isLetterOrNumber(); };
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return text.toLower();
+    }
     QString name = text;
     if (name.contains(QLatin1Char('%'))) {
         const QByteArray decoded = QByteArray::fromPercentEncoding(name.toUtf8());
         name = decoded.contains('\0') ? name : QString::fromUtf8(decoded);
     }
-    name.replace(QLatin1String("\\x20"), QLatin1String(" "))
-        .replace(QLatin1String("\\040"), QLatin1String(" "));
+    if (name.contains(QLatin1Char('\\'))) {
+        name.replace(QLatin1String("\\x20"), QLatin1String(" "));
+        name.replace(QLatin1String("\\040"), QLatin1String(" "));
+    }
     name.replace(QLatin1String("--"), QLatin1String("-"));
     const QString common =
         asFileName(name, QLatin1Char('-')).replace(QLatin1Char('_'), QLatin1Char('-')).toLower();

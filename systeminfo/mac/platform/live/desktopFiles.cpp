@@ -61,19 +61,32 @@ Names namesOfLists()
     return names << "mimeapps.list";
 }
 
-/// Whether all folders can be looked at in which applications and their programs may be.
-bool foldersAnswer()
+/// Whether all lists of applications can be read. One may be a symbolic link out of its folder.
+bool listsAnswer()
 {
-    return fileSystemsAnswer(foldersOf(QStandardPaths::GenericConfigLocation) +
-                             foldersOf(QStandardPaths::ApplicationsLocation) + qgetenv("PATH").split(':'));
+    const Names lists = namesOfLists() << "mimeinfo.cache";
+    QList<QByteArray> files;
+    for (const QByteArray& folder :
+         foldersOf(QStandardPaths::GenericConfigLocation) + foldersOf(QStandardPaths::ApplicationsLocation)) {
+        for (const QByteArray& list : lists) {
+            files.append(folder + list);
+        }
+    }
+    return fileSystemsAnswer(files);
 }
 
 /// @param program a name, or a path
 bool isThere(const QString& program)
 {
-    const bool isPath = program.contains(QLatin1Char('/'));
-    return (!isPath || fileSystemsAnswer({QFile::encodeName(program)})) &&
-           !QStandardPaths::findExecutable(program).isEmpty();
+    const QByteArray name = QFile::encodeName(program);
+    QList<QByteArray> files{name};
+    if (!name.contains('/')) {
+        files = qgetenv("PATH").split(':');
+        for (QByteArray& file : files) {
+            file += '/' + name;
+        }
+    }
+    return fileSystemsAnswer(files) && !QStandardPaths::findExecutable(program).isEmpty();
 }
 
 /// Whether a desktop file stands for an application that can be started.
@@ -127,7 +140,13 @@ Names defaultNames(const QByteArray& type)
     return names;
 }
 
-/// desktopFilePath() in folders that answer.
+/// The text of a desktop file; empty when its file system does not answer.
+std::optional<QByteArray> desktopFileText(const QByteArray& path)
+{
+    return fileSystemsAnswer({path}) ? regularFileContents(path) : std::make_optional(QByteArray());
+}
+
+/// desktopFilePath() where the lists answer.
 std::optional<QByteArray> usableFile(const QByteArray& name)
 {
     if (name.contains('/')) {
@@ -141,7 +160,7 @@ std::optional<QByteArray> usableFile(const QByteArray& name)
             if (hyphen >= 0) {
                 path[hyphen] = '/';
             }
-            if (const auto desktopFile = regularFileContents(folder + path)) {
+            if (const auto desktopFile = desktopFileText(folder + path)) {
                 // A file in a user's folder stands in front of one of the same name in the system's, which it hides.
                 return isUsable(*desktopFile) ? std::make_optional(folder + path) : std::nullopt;
             }
@@ -165,12 +184,12 @@ std::optional<QByteArray> firstDesktopFile(const Names& names)
 
 std::optional<QByteArray> desktopFilePath(const QByteArray& name)
 {
-    return foldersAnswer() ? usableFile(name) : std::nullopt;
+    return listsAnswer() ? usableFile(name) : std::nullopt;
 }
 
 std::optional<QByteArray> urlHandlerPath(const QByteArray& scheme)
 {
-    if (scheme.isEmpty() || !foldersAnswer()) {
+    if (scheme.isEmpty() || !listsAnswer()) {
         return std::nullopt;
     }
     const QByteArray type = "x-scheme-handler/" + scheme.toLower();

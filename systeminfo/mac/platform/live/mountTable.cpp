@@ -103,8 +103,9 @@ bool isSharedFolderType(const QByteArray& type)
 
 bool isServedType(const QByteArray& type)
 {
-    return type == "fuse" || type == "fuseblk" || type.startsWith("fuse.") || isNetworkType(type) ||
-           isSharedFolderType(type) || type == "autofs";
+    // The program's own type may follow.
+    return type == "fuse" || type == "fuseblk" || type.startsWith("fuse.") || type.startsWith("fuseblk.") ||
+           isNetworkType(type) || isSharedFolderType(type) || type == "autofs";
 }
 
 QList<QByteArray> servedPoints(const QByteArray& mountInfo)

@@ -73,13 +73,14 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
         if (!holdsUserData(mount) || !table.isVisible(mount)) {
             continue;
         }
-        // The root of a file system is a folder. A server that is gone would not answer.
-        if (mount.root != "/" && !isNetworkType(mount.type) && !isFolder(mount.point)) {
+        const Mount* const best = chosen.value(mount.device);
+        if (best != nullptr && !isBetter(mount, *best)) {
             continue;
         }
-        const Mount*& best = chosen[mount.device];
-        if (best == nullptr || isBetter(mount, *best)) {
-            best = &mount;
+        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a file
+        // system is a folder. A server that is gone would not answer.
+        if (mount.root == "/" || isNetworkType(mount.type) || isFolder(mount.point)) {
+            chosen.insert(mount.device, &mount);
         }
     }
     QList<std::pair<QString, QByteArray>> volumes;
