@@ -64,6 +64,13 @@ function(norvex_gzip variable file name)
   set(${variable} ${result} PARENT_SCOPE)
 endfunction()
 
+# norvex_release_date(VARIABLE): the day of the last release, as the list of changes has it.
+function(norvex_release_date variable)
+  file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md released REGEX "^## \\[[0-9.]+\\] - " LIMIT_COUNT 1)
+  string(REGEX REPLACE "^.* - " "" released "${released}")
+  set(${variable} ${released} PARENT_SCOPE)
+endfunction()
+
 if(TARGET norvex-systeminfo)
   install(TARGETS norvex-systeminfo RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvexTool)
   norvex_gzip(norvex_man_page ${PROJECT_SOURCE_DIR}/docs/norvex-systeminfo.1 norvex-systeminfo.1)
@@ -83,4 +90,29 @@ if(TARGET norvex-systeminfo)
   list(TRANSFORM documents PREPEND ${PROJECT_SOURCE_DIR}/docs/)
   install(FILES ${documents}
     DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/norvex-systeminfo COMPONENT norvexTool)
+endif()
+
+if(TARGET norvex-systeminfo-viewer)
+  install(TARGETS norvex-systeminfo-viewer
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvexViewer
+    BUNDLE DESTINATION Applications COMPONENT norvexViewer)
+endif()
+if(TARGET norvex-systeminfo-viewer AND NOT APPLE)
+  norvex_gzip(norvex_viewer_man_page ${PROJECT_SOURCE_DIR}/docs/norvex-systeminfo-viewer.1 norvex-systeminfo-viewer.1)
+  install(FILES ${norvex_viewer_man_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT norvexViewer)
+  set(norvex_viewer_id invalid.norvex.SystemInfoViewer)
+  install(FILES ${PROJECT_SOURCE_DIR}/viewer/${norvex_viewer_id}.desktop
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/applications COMPONENT norvexViewer)
+  norvex_release_date(norvex_release_date)
+  configure_file(${PROJECT_SOURCE_DIR}/viewer/${norvex_viewer_id}.metainfo.xml.in
+    ${PROJECT_BINARY_DIR}/${norvex_viewer_id}.metainfo.xml @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/${norvex_viewer_id}.metainfo.xml
+    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/metainfo COMPONENT norvexViewer)
+  set(icons ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor)
+  install(FILES ${PROJECT_SOURCE_DIR}/viewer/icons/${norvex_viewer_id}.svg
+    DESTINATION ${icons}/scalable/apps COMPONENT norvexViewer)
+  foreach(size IN ITEMS 16 32 48 64 128 256 512)
+    install(FILES ${PROJECT_SOURCE_DIR}/viewer/icons/${size}.png RENAME ${norvex_viewer_id}.png
+      DESTINATION ${icons}/${size}x${size}/apps COMPONENT norvexViewer)
+  endforeach()
 endif()

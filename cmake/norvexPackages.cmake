@@ -1,11 +1,10 @@
-# The Debian packages, which cpack makes: the library, what is needed to develop with it, and the tool.
+# The Debian packages, which cpack makes: the library, what is needed to develop with it, the tool, and the viewer.
 
 # Each package says what changed, in the package and in the project. Nothing but a package has these files.
 # norvex_changelogs(PACKAGE COMPONENT)
 function(norvex_changelogs package component)
   find_program(NORVEX_DATE date REQUIRED)
-  file(STRINGS ${PROJECT_SOURCE_DIR}/CHANGELOG.md released REGEX "^## \\[[0-9.]+\\] - " LIMIT_COUNT 1)
-  string(REGEX REPLACE "^.* - " "" released "${released}")
+  norvex_release_date(released)
   execute_process(COMMAND ${CMAKE_COMMAND} -E env LC_ALL=C ${NORVEX_DATE} --utc "--date=${released}" -R
     OUTPUT_VARIABLE norvex_date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   set(norvex_package ${package})
@@ -25,6 +24,9 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_GENERATOR DEB)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL norvexLibrary norvexDevelopment norvexTool)
+if(TARGET norvex-systeminfo-viewer)
+  list(APPEND CPACK_COMPONENTS_ALL norvexViewer)
+endif()
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -63,9 +65,23 @@ set(CPACK_COMPONENT_NORVEXTOOL_DESCRIPTION "system information as one text repor
 Prints the system-information report of this machine or of a recorded one,
 reads identification values back out of reports, and records machines.")
 
+set(CPACK_DEBIAN_NORVEXVIEWER_PACKAGE_NAME norvex-systeminfo-viewer)
+set(CPACK_DEBIAN_NORVEXVIEWER_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_NORVEXVIEWER_PACKAGE_DEPENDS "${norvex_library_package} (>= ${norvex_package_version})")
+# Qt's own texts in the user's language.
+set(CPACK_DEBIAN_NORVEXVIEWER_PACKAGE_RECOMMENDS qttranslations5-l10n)
+# The library of the same build, which no package has yet.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
+set(CPACK_COMPONENT_NORVEXVIEWER_DESCRIPTION "system information as one text report - viewer
+Shows the system-information reports of this machine and of files in a window,
+draws an overview of a machine, and compares reports.")
+
 if(NORVEX_INSTALL AND NOT APPLE)
   norvex_changelogs(${CPACK_DEBIAN_NORVEXLIBRARY_PACKAGE_NAME} norvexLibrary)
   norvex_changelogs(${CPACK_DEBIAN_NORVEXDEVELOPMENT_PACKAGE_NAME} norvexDevelopment)
   norvex_changelogs(${CPACK_DEBIAN_NORVEXTOOL_PACKAGE_NAME} norvexTool)
+  if(TARGET norvex-systeminfo-viewer)
+    norvex_changelogs(${CPACK_DEBIAN_NORVEXVIEWER_PACKAGE_NAME} norvexViewer)
+  endif()
 endif()
 include(CPack)

@@ -23,6 +23,7 @@ testPackages=(
   clang libc++-dev libc++abi-dev musl-dev
   libgnustep-gui-dev libobjc-12-dev
   python3-jsonschema jq
+  desktop-file-utils appstream
 )
 tidyPackages=(clang-tidy libbenchmark-dev)
 

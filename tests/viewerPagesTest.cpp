@@ -291,13 +291,13 @@ private slots:
     void hostileOverview()
     {
         QString text = contentOf(QStringLiteral("laptop.txt"));
-        text.replace(QLatin1String("MacBookPro11,3"), QString(5 << 20, QLatin1Char('M')));
+        text.replace(QLatin1String("MacBookPro11,3"), QString(3 << 20, QLatin1Char('M')));
         QString volumes;
         for (int i = 0; i < 20000; ++i) {
             volumes += QStringLiteral("/Volumes/%1\n  Size:             1.0 GB\n").arg(i);
         }
         text.insert(text.indexOf(QLatin1String("/Volumes/Archive")),
-                    volumes + QString(5 << 20, QLatin1Char('/')));
+                    volumes + QString(2 << 20, QLatin1Char('/')));
         const CReport report = CReport::fromText(text);
         OverviewPage page;
         page.show();

@@ -22,7 +22,7 @@ void MainWindow::makePageActions(QMenu* menu)
         const char* name;
         int key;
     } pages[] = {
-        {ReportTab::TextPage, tr("&Text"), "textPage", Qt::Key_1},
+        {ReportTab::TextPage, tr("T&ext"), "textPage", Qt::Key_1},
         {ReportTab::OverviewPageNumber, tr("&Overview"), "overviewPage", Qt::Key_2},
         {ReportTab::ComparisonPageNumber, tr("&Comparison"), "comparisonPage", Qt::Key_3},
     };
@@ -41,11 +41,11 @@ void MainWindow::makePageActions(QMenu* menu)
     }
     menu->addSeparator();
     nextDifference_ =
-        add(menu, tr("Ne&xt Difference"), "goToNextDifference", {QKeySequence(Qt::Key_F7)}, [this] {
+        add(menu, tr("Next &Difference"), "goToNextDifference", {QKeySequence(Qt::Key_F7)}, [this] {
             currentTab()->showPage(ReportTab::ComparisonPageNumber);
             currentTab()->comparison()->nextAction()->trigger();
         });
-    previousDifference_ = add(menu, tr("Previo&us Difference"), "goToPreviousDifference",
+    previousDifference_ = add(menu, tr("Previous Di&fference"), "goToPreviousDifference",
                               {QKeySequence(Qt::SHIFT + Qt::Key_F7)}, [this] {
                                   currentTab()->showPage(ReportTab::ComparisonPageNumber);
                                   currentTab()->comparison()->previousAction()->trigger();

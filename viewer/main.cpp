@@ -1,11 +1,15 @@
 #include "viewer/job.h"
 #include "viewer/machineReport.h"
 #include "viewer/mainWindow.h"
+#include "viewer/translations.h"
 
 #include "systeminfo/norvexSystemInfo.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QFileOpenEvent>
+#include <QIcon>
+#include <QLocale>
 
 #include <cstdlib>
 
@@ -13,6 +17,26 @@ namespace {
 
 /// How long the program waits at its end for work that nobody wants any more.
 const int patienceMs = 2000;
+
+/// Opens the files that macOS hands to a program that runs.
+class FileOpener : public QObject
+{
+public:
+    explicit FileOpener(norvex::Viewer::MainWindow* window) : QObject(window), window_(window) {}
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::FileOpen) {
+            window_->openFile(static_cast<QFileOpenEvent*>(event)->file());
+            return true;
+        }
+        return QObject::eventFilter(object, event);
+    }
+
+private:
+    norvex::Viewer::MainWindow* const window_;
+};
 
 int run(QApplication& application)
 {
@@ -27,6 +51,7 @@ int run(QApplication& application)
         QStringLiteral("[FILE...]"));
     parser.process(application);
     MainWindow window;
+    application.installEventFilter(new FileOpener(&window));
     QStringList files = parser.positionalArguments();
     if (files.isEmpty()) {
         for (const QString& file : MainWindow::rememberedFiles()) {
@@ -55,6 +80,12 @@ int main(int argc, char* argv[])
     QApplication::setOrganizationName(QStringLiteral("norvex"));
     QApplication::setApplicationName(QStringLiteral("norvex-systeminfo-viewer"));
     QApplication::setApplicationVersion(norvex::SystemInfo::libVersionString());
+    QIcon icon;
+    for (const int size : {16, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/%1.png").arg(size));
+    }
+    QApplication::setWindowIcon(icon);
+    norvex::Viewer::installTranslations(application, QLocale());
     const int status = run(application);
     if (!norvex::Viewer::waitForJobs(patienceMs)) {
         std::_Exit(status);

@@ -184,7 +184,7 @@ void MainWindow::makeFileMenu()
     save_ = add(menu, tr("&Save As…"), "save", {QKeySequence::Save, keys(Qt::CTRL + Qt::SHIFT, Qt::Key_S)},
                 [this] { chooseSaveName(); });
     save_->setIcon(icon("document-save-as", QStyle::SP_DialogSaveButton));
-    compareMenu_ = menu->addMenu(tr("C&ompare With"));
+    compareMenu_ = menu->addMenu(tr("Co&mpare With"));
     compareMenu_->setObjectName(QStringLiteral("compareWith"));
     connect(compareMenu_, &QMenu::aboutToShow, this, &MainWindow::fillCompareMenu);
     menu->addSeparator();

@@ -18,6 +18,8 @@ namespace {
 
 /// More than any device is called.
 const int longestText = 120;
+/// A longer section is not looked into: what it consists of takes many times its memory.
+const int longestSection = 4 << 20;
 /// More things of one kind are no overview.
 const int mostThings = 200;
 const int mostDevices = 8;
@@ -123,7 +125,7 @@ OverviewBuilder::OverviewBuilder(const CReport& report)
     const QVector<CReportItem> content = report.content();
     for (const CReportItem& item : content) {
         const CReportSection section = item.toSection();
-        if (section.isNull()) {
+        if (section.isNull() || section.text().size() > longestSection) {
             continue;
         }
         if (section.half() == QLatin1String("windows")) {

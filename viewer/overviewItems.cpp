@@ -139,7 +139,8 @@ void OverviewItem::paintEvent(QPaintEvent* /*event*/)
     painter.setPen(palette().color(QPalette::WindowText));
     painter.setBrush(Qt::NoBrush);
     paintItem(painter, rect().adjusted(side, 0, -side, 0));
-    if (hasFocus()) {
+    // Those who use the mouse alone know where they are.
+    if (hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), cornerRadius, cornerRadius);

@@ -27,10 +27,10 @@ const int continuedIndent = 2;
 const QChar continuedSign(0x21b3);
 const double pageMarginMm = 15;
 
-QString translated(const char* text)
+struct Words
 {
-    return QCoreApplication::translate("norvex::Viewer::Printing", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(norvex::Viewer::Words)
+};
 
 /// Text of a line as it is printed: a tabulator reaches to its column.
 QString printedText(const TextLines& lines, int begin, int end)
@@ -125,7 +125,7 @@ void Printing::countPages()
 QString Printing::print()
 {
     if (!painter_.begin(&device_)) {
-        return translated("The printer cannot be used.");
+        return Words::tr("The printer cannot be used.");
     }
     measure();
     countPages();
@@ -138,10 +138,10 @@ QString Printing::print()
             return QString();
         }
         if (!isPrinted) {
-            return translated("The printer did not begin page %1.").arg(page_ + 2);
+            return Words::tr("The printer did not begin page %1.").arg(page_ + 2);
         }
     }
-    return painter_.end() ? QString() : translated("The printer did not finish.");
+    return painter_.end() ? QString() : Words::tr("The printer did not finish.");
 }
 
 /// A printer gets nothing of a document that is given up while it is painted.
@@ -199,7 +199,7 @@ void Printing::paintFrame()
     const QString title = metrics.elidedText(title_, Qt::ElideMiddle, width - dateWidth - 4 * columnWidth_);
     painter_.drawText(QPointF(0, ascent_), title);
     painter_.drawText(QPointF(width - dateWidth, ascent_), date_);
-    const QString number = translated("Page %1 of %2").arg(page_ + 1).arg(pages_);
+    const QString number = Words::tr("Page %1 of %2").arg(page_ + 1).arg(pages_);
     const qreal bottom = (2 + rowsOnPage_ + 1) * rowHeight_ + ascent_;
     painter_.drawText(QPointF(width - metrics.width(number), bottom), number);
     painter_.setPen(QPen(Qt::black, std::max(rowHeight_ / 20, qreal(1))));
