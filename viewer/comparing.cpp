@@ -1,6 +1,7 @@
 // The pages of a tab, and which reports are compared.
 
 #include "viewer/comparisonPage.h"
+#include "viewer/keys.h"
 #include "viewer/mainWindow.h"
 
 #include <QAction>
@@ -20,7 +21,7 @@ void MainWindow::makePageActions(QMenu* menu)
         ReportTab::Page page;
         QString text;
         const char* name;
-        int key;
+        Qt::Key key;
     } pages[] = {
         {ReportTab::TextPage, tr("T&ext"), "textPage", Qt::Key_1},
         {ReportTab::OverviewPageNumber, tr("&Overview"), "overviewPage", Qt::Key_2},
@@ -29,12 +30,11 @@ void MainWindow::makePageActions(QMenu* menu)
     auto* const group = new QActionGroup(this);
     for (const auto& page : pages) {
         const ReportTab::Page number = page.page;
-        QAction* const action =
-            add(menu, page.text, page.name, {QKeySequence(Qt::CTRL + page.key)}, [this, number] {
-                if (ReportTab* const tab = currentTab()) {
-                    tab->showPage(number);
-                }
-            });
+        QAction* const action = add(menu, page.text, page.name, {keys(Qt::CTRL, page.key)}, [this, number] {
+            if (ReportTab* const tab = currentTab()) {
+                tab->showPage(number);
+            }
+        });
         action->setCheckable(true);
         group->addAction(action);
         pageActions_[number] = action;
@@ -46,7 +46,7 @@ void MainWindow::makePageActions(QMenu* menu)
             currentTab()->comparison()->nextAction()->trigger();
         });
     previousDifference_ = add(menu, tr("Previous Di&fference"), "goToPreviousDifference",
-                              {QKeySequence(Qt::SHIFT + Qt::Key_F7)}, [this] {
+                              {keys(Qt::SHIFT, Qt::Key_F7)}, [this] {
                                   currentTab()->showPage(ReportTab::ComparisonPageNumber);
                                   currentTab()->comparison()->previousAction()->trigger();
                               });

@@ -1,5 +1,7 @@
 #include "viewer/comparisonPage.h"
 
+#include "viewer/keys.h"
+
 #include <QAction>
 #include <QFontDatabase>
 #include <QHeaderView>
@@ -90,7 +92,7 @@ void ComparisonPage::makeActions()
         addAction(action);
         return action;
     };
-    previous_ = make(tr("&Previous Difference"), QKeySequence(Qt::SHIFT + Qt::Key_F7), "previousDifference",
+    previous_ = make(tr("&Previous Difference"), keys(Qt::SHIFT, Qt::Key_F7), "previousDifference",
                      Direction::Backward);
     next_ = make(tr("&Next Difference"), QKeySequence(Qt::Key_F7), "nextDifference", Direction::Forward);
 }

@@ -2,6 +2,7 @@
 
 #include "viewer/findBar.h"
 #include "viewer/identificationPanel.h"
+#include "viewer/keys.h"
 #include "viewer/reportTextView.h"
 #include "viewer/textSearch.h"
 
@@ -56,11 +57,6 @@ const char stateKey[] = "state";
 QIcon icon(const char* name, QStyle::StandardPixmap substitute)
 {
     return QIcon::fromTheme(QLatin1String(name), QApplication::style()->standardIcon(substitute));
-}
-
-QKeySequence keys(int modifiers, Qt::Key key)
-{
-    return QKeySequence(modifiers + key);
 }
 
 } // namespace
@@ -188,7 +184,7 @@ void MainWindow::makeFileMenu()
     compareMenu_->setObjectName(QStringLiteral("compareWith"));
     connect(compareMenu_, &QMenu::aboutToShow, this, &MainWindow::fillCompareMenu);
     menu->addSeparator();
-    QAction* const pdf = add(menu, tr("&Export as PDF…"), "exportPdf", {QKeySequence(Qt::CTRL + Qt::Key_E)},
+    QAction* const pdf = add(menu, tr("&Export as PDF…"), "exportPdf", {keys(Qt::CTRL, Qt::Key_E)},
                              [this] { choosePdfName(); });
     QAction* const print =
         add(menu, tr("&Print…"), "print", {QKeySequence::Print}, [this] { this->print(); });
