@@ -98,6 +98,7 @@ private:
 
 public:
     QVector<QStringList> pages;
+    bool isAllInside = true;
 
 protected:
     int metric(PaintDeviceMetric metric) const override
@@ -127,7 +128,8 @@ private:
         Type type() const override { return User; }
         void drawTextItem(const QPointF& place, const QTextItem& item) override
         {
-            Q_ASSERT(place.x() >= 0 && place.x() + item.width() <= 1001 && place.y() <= 500);
+            const bool fits = place.x() >= 0 && place.x() + item.width() <= 1001 && place.y() <= 500;
+            paper_->isAllInside = paper_->isAllInside && fits;
             QStringList& texts = paper_->pages.last();
             const bool goesOn = place.y() == y_ && !texts.isEmpty();
             y_ = place.y();
@@ -455,6 +457,7 @@ private slots:
             all += page.join(QLatin1Char('\n')) + QLatin1Char('\n');
         }
         QVERIFY(paper.pages.size() > 3);
+        QVERIFY(paper.isAllInside);
         const QString continuation = QLatin1Char('\n') + QString(QChar(0x21b3)) + QLatin1Char('|');
         QCOMPARE(all.count(continuation), qMax(2, (250 - 90) / 90) + 800 / 90);
         QCOMPARE(all.remove(continuation).remove(QLatin1Char('|')),

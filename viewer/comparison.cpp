@@ -134,8 +134,7 @@ QString ComparisonBuilder::deviceTitle(const QString& path, const CReport& repor
         return lastPart(path, endOfPart(path, 0, QStringLiteral("[")));
     }
     const CReportBlock block = report.item(path).toBlock();
-    const QString title =
-        block.isNull() ? lastPart(path, endOfPart(path, 0, QStringLiteral("["))) : titleOf(block);
+    QString title = block.isNull() ? lastPart(path, endOfPart(path, 0, QStringLiteral("["))) : titleOf(block);
     titles_.insert(path, title);
     return title;
 }

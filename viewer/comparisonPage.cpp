@@ -1,6 +1,7 @@
 #include "viewer/comparisonPage.h"
 
 #include "viewer/keys.h"
+#include "viewer/statePages.h"
 
 #include <QAction>
 #include <QFontDatabase>
@@ -32,36 +33,6 @@ const int patienceMs = 250;
 /// Longer values are cut: a QPlainTextEdit lays out all of a line.
 const int longestDetail = 20000;
 const char* const detailNames[] = {"oldValue", "newValue"};
-
-QLabel* plainLabel(const QString& text = QString())
-{
-    auto* const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-/// In the middle of the page, left-aligned.
-QWidget* centred(const QVector<QWidget*>& widgets)
-{
-    auto* const column = new QWidget;
-    column->setMaximumWidth(column->fontMetrics().averageCharWidth() * 70);
-    auto* const layout = new QVBoxLayout(column);
-    for (QWidget* const widget : widgets) {
-        const bool isButton = qobject_cast<QPushButton*>(widget) != nullptr;
-        layout->addWidget(widget, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
-    }
-    auto* const page = new QWidget;
-    auto* const pageLayout = new QVBoxLayout(page);
-    auto* const row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(column, 4);
-    row->addStretch(1);
-    pageLayout->addStretch(1);
-    pageLayout->addLayout(row);
-    pageLayout->addStretch(2);
-    return page;
-}
 
 } // namespace
 
@@ -109,17 +80,17 @@ QWidget* ComparisonPage::makeWaiting()
         showMessage(tr("Not compared"), tr("The comparison was cancelled."));
         emit cancelled();
     });
-    return centred({plainLabel(tr("Comparing the reports…")), progress, cancel});
+    return centred({wrappedLabel(tr("Comparing the reports…")), progress, cancel});
 }
 
 QWidget* ComparisonPage::makeMessage()
 {
-    messageTitle_ = plainLabel();
+    messageTitle_ = wrappedLabel();
     messageTitle_->setObjectName(QStringLiteral("messageTitle"));
     QFont font = messageTitle_->font();
     font.setBold(true);
     messageTitle_->setFont(font);
-    messageText_ = plainLabel();
+    messageText_ = wrappedLabel();
     messageText_->setObjectName(QStringLiteral("messageText"));
     showExpected_ = new QPushButton(tr("&Show Them"));
     showExpected_->setObjectName(QStringLiteral("showExpected"));
@@ -169,7 +140,7 @@ QWidget* ComparisonPage::makeBar()
     auto* const layout = new QHBoxLayout(bar);
     const int margin = bar->fontMetrics().averageCharWidth();
     layout->setContentsMargins(margin, margin / 2, margin, margin / 2);
-    summary_ = plainLabel();
+    summary_ = wrappedLabel();
     summary_->setObjectName(QStringLiteral("summary"));
     layout->addWidget(summary_, 1);
     const struct
@@ -194,7 +165,7 @@ QWidget* ComparisonPage::makeDetails()
     auto* const splitter = new QSplitter;
     splitter->setChildrenCollapsible(false);
     for (int side = 0; side < 2; ++side) {
-        detailTitles_[side] = plainLabel();
+        detailTitles_[side] = wrappedLabel();
         detailTitles_[side]->setContentsMargins(fontMetrics().averageCharWidth(), 2, 0, 2);
         auto* const edit = new QPlainTextEdit;
         edit->setObjectName(QLatin1String(detailNames[side]));
@@ -248,7 +219,10 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
             }
             emit shown();
         });
-    QTimer::singleShot(patienceMs, job_, [this] { showWaiting(); });
+    auto* const patience = new QTimer(job_);
+    patience->setSingleShot(true);
+    connect(patience, &QTimer::timeout, this, &ComparisonPage::showWaiting);
+    patience->start(patienceMs);
 }
 
 void ComparisonPage::showWaiting()

@@ -56,7 +56,7 @@ QString subjectOf(const QString& section)
 
 QString oneLine(const QString& text, int mostCharacters)
 {
-    const QString line = text.left(4 * mostCharacters).simplified();
+    QString line = text.left(4 * mostCharacters).simplified();
     if (line.size() <= mostCharacters) {
         return line;
     }

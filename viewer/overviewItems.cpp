@@ -275,8 +275,8 @@ void VolumeItem::paintItem(QPainter& painter, const QRect& area)
     drawElided(painter, row.text, volume_.space);
 
     const int height = fontMetrics().ascent() * 3 / 4;
-    const QRectF frame =
-        QRectF(bar.left(), bar.center().y() - height / 2, bar.width(), height).adjusted(0.5, 0.5, -0.5, -0.5);
+    const int top = bar.center().y() - height / 2;
+    const QRectF frame = QRectF(bar.left(), top, bar.width(), height).adjusted(0.5, 0.5, -0.5, -0.5);
     const QColor line = mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.4);
     if (!volume_.isSizeKnown) {
         painter.setPen(QPen(line, 1, Qt::DashLine));

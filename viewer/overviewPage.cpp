@@ -1,6 +1,7 @@
 #include "viewer/overviewPage.h"
 
 #include "viewer/overviewItems.h"
+#include "viewer/statePages.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -24,17 +25,9 @@ const int pictureCharacters = 44;
 const int narrowestPictureCharacters = 16;
 const int screenLines = 9;
 
-QLabel* plainLabel(const QString& text)
-{
-    auto* const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 QLabel* titleLabel(const QString& text, double scale)
 {
-    QLabel* const label = plainLabel(text);
+    QLabel* const label = wrappedLabel(text);
     label->setFont(scaledFont(label->font(), scale));
     return label;
 }
@@ -112,7 +105,7 @@ void OverviewPage::showMessage(const QString& title, const QString& text)
 {
     QVBoxLayout* const layout = startContent();
     const int indent = fontMetrics().averageCharWidth();
-    for (QLabel* const label : {titleLabel(title, 1.4), plainLabel(text)}) {
+    for (QLabel* const label : {titleLabel(title, 1.4), wrappedLabel(text)}) {
         label->setContentsMargins(indent, 0, indent, fontMetrics().height() / 2);
         layout->addWidget(label);
     }
@@ -200,7 +193,7 @@ void OverviewPage::addGroup(QVBoxLayout& layout, const QString& title, const QSt
         layout.addWidget(heading);
     }
     if (items.isEmpty()) {
-        QLabel* const label = plainLabel(emptyText);
+        QLabel* const label = wrappedLabel(emptyText);
         label->setContentsMargins(indent, 0, indent, 0);
         layout.addWidget(label);
         return;

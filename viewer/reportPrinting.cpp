@@ -35,7 +35,7 @@ struct Words
 /// Text of a line as it is printed: a tabulator reaches to its column.
 QString printedText(const TextLines& lines, int begin, int end)
 {
-    const QString text = shownText(lines.text(), begin, end);
+    QString text = shownText(lines.text(), begin, end);
     if (!text.contains(QLatin1Char('\t'))) {
         return text;
     }

@@ -4,6 +4,7 @@
 #include "viewer/outlineModel.h"
 #include "viewer/overviewPage.h"
 #include "viewer/reportTextView.h"
+#include "viewer/statePages.h"
 #include "viewer/textSearch.h"
 
 #include <QDir>
@@ -32,38 +33,6 @@ enum StatePage { LoadingPage, ErrorPage, HiddenPage, ReportPage };
 const int patienceMs = 250;
 /// Sections of so few halves are seen at once.
 const int mostExpanded = 200;
-
-QLabel* wrappedLabel()
-{
-    auto* const label = new QLabel;
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    return label;
-}
-
-/// In the middle of a page, as wide as a text is read best.
-QWidget* centred(const QVector<QWidget*>& widgets)
-{
-    auto* const column = new QWidget;
-    column->setMaximumWidth(column->fontMetrics().averageCharWidth() * 70);
-    auto* const columnLayout = new QVBoxLayout;
-    column->setLayout(columnLayout);
-    for (QWidget* const widget : widgets) {
-        const bool isButton = qobject_cast<QPushButton*>(widget) != nullptr;
-        columnLayout->addWidget(widget, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
-    }
-    auto* const page = new QWidget;
-    auto* const layout = new QVBoxLayout(page);
-    layout->addStretch(1);
-    auto* const row = new QHBoxLayout;
-    row->addStretch(1);
-    row->addWidget(column, 4);
-    row->addStretch(1);
-    layout->addLayout(row);
-    layout->addStretch(2);
-    return page;
-}
 
 /// Where a place of a line stands in the same line without private data: at the begin or end of what is replaced if it
 /// was in it.
@@ -110,6 +79,13 @@ int redactedOffset(const TextLines& original, const TextLines& redacted, int off
                                           offset - begin, isBegin);
 }
 
+QLabel* selectableLabel()
+{
+    QLabel* const label = wrappedLabel();
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    return label;
+}
+
 } // namespace
 
 QString redactedPart(const TextLines& original, const TextLines& redacted, int begin, int end)
@@ -145,7 +121,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
     splitter_->setChildrenCollapsible(false);
     splitter_->setSizes({fontMetrics().averageCharWidth() * 44, fontMetrics().averageCharWidth() * 110});
 
-    notice_ = wrappedLabel();
+    notice_ = selectableLabel();
     notice_->setObjectName(QStringLiteral("notice"));
     notice_->setContentsMargins(8, 4, 8, 4);
     notice_->setBackgroundRole(QPalette::ToolTipBase);
@@ -170,7 +146,7 @@ ReportTab::ReportTab(Document* document, QWidget* parent)
 
 QWidget* ReportTab::makeLoadingPage()
 {
-    auto* const label = wrappedLabel();
+    auto* const label = selectableLabel();
     label->setText(document_->origin() == Document::Origin::ThisMachine
                        ? tr("Asking this machine…")
                        : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
@@ -196,20 +172,20 @@ QWidget* ReportTab::makeLoadingPage()
 
 QWidget* ReportTab::makeErrorPage()
 {
-    auto* const title = wrappedLabel();
+    auto* const title = selectableLabel();
     title->setText(document_->origin() == Document::Origin::ThisMachine
                        ? tr("There is no report of this machine.")
                        : tr("“%1” cannot be shown.").arg(document_->title()));
     QFont font = title->font();
     font.setBold(true);
     title->setFont(font);
-    error_ = wrappedLabel();
+    error_ = selectableLabel();
     error_->setObjectName(QStringLiteral("error"));
     retry_ = new QPushButton(tr("&Try Again"));
     connect(retry_, &QPushButton::clicked, document_, &Document::load);
     QVector<QWidget*> widgets = {title, error_};
     if (document_->origin() == Document::Origin::File) {
-        auto* const place = wrappedLabel();
+        auto* const place = selectableLabel();
         place->setText(QDir::toNativeSeparators(document_->fileName()));
         widgets.append(place);
     }
@@ -219,7 +195,7 @@ QWidget* ReportTab::makeErrorPage()
 
 QWidget* ReportTab::makeHiddenPage()
 {
-    hidden_ = wrappedLabel();
+    hidden_ = selectableLabel();
     hidden_->setObjectName(QStringLiteral("hidden"));
     hiddenProgress_ = new QProgressBar;
     hiddenProgress_->setRange(0, 0);

@@ -9,13 +9,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QLocale>
 #include <QSettings>
 #include <QStyleFactory>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QTimer>
 
 #include <functional>
 
@@ -49,11 +47,12 @@ void wait(const std::function<bool()>& isDone)
     QElapsedTimer since;
     since.start();
     while (!isDone() && since.elapsed() < mostMs) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
     }
-    QEventLoop loop;
-    QTimer::singleShot(settleMs, &loop, &QEventLoop::quit);
-    loop.exec();
+    since.restart();
+    while (since.elapsed() < settleMs) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, settleMs);
+    }
 }
 
 bool take(const QString& page, const QStringList& reports, const QString& picture)
