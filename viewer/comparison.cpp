@@ -261,26 +261,5 @@ QString kindText(CReportDifference::Kind kind)
     return Comparison::tr("moved");
 }
 
-QString differencesAsText(const CReport& older, const CReport& newer)
-{
-    QString text;
-    const auto addValue = [&text](const QString& sign, const QString& value) {
-        if (!value.isEmpty()) {
-            QString lines = value;
-            lines.replace(QLatin1Char('\n'), QLatin1Char('\n') + sign);
-            text += sign + lines + QLatin1Char('\n');
-        }
-    };
-    const QVector<CReportDifference> differences = older.compare(newer);
-    for (const CReportDifference& difference : differences) {
-        if (!difference.isVolatile()) {
-            text += QStringLiteral("%1 (%2)\n").arg(difference.path(), kindText(difference.kind()));
-            addValue(QStringLiteral("  - "), difference.oldValue());
-            addValue(QStringLiteral("  + "), difference.newValue());
-        }
-    }
-    return text;
-}
-
 } // namespace Viewer
 } // namespace norvex

@@ -58,8 +58,5 @@ private:
 /// A word for a kind of difference.
 QString kindText(SystemInfo::CReportDifference::Kind kind);
 
-/// All differences as text for a mail, without those to be expected.
-QString differencesAsText(const SystemInfo::CReport& older, const SystemInfo::CReport& newer);
-
 } // namespace Viewer
 } // namespace norvex
