@@ -1,13 +1,15 @@
 #include "viewer/document.h"
-#include "viewer/machineReport.h"
 #include "viewer/mainWindow.h"
 #include "viewer/recordings.h"
 #include "viewer/reportTab.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 #include "viewer/textSearch.h"
 
 #include "systeminfo/norvexReport.h"
 #include "systeminfo/norvexSystemInfo.h"
+
+#include "tests/freezeWatch.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -53,26 +55,6 @@ QStringList sectionNames(const QString& report)
     }
     return names;
 }
-
-/// How long the event loop was kept waiting at most.
-class FreezeWatch : public QObject
-{
-public:
-    FreezeWatch()
-    {
-        since_.start();
-        startTimer(5);
-    }
-
-    qint64 longest() const { return longest_; }
-
-protected:
-    void timerEvent(QTimerEvent* /*event*/) override { longest_ = std::max(longest_, since_.restart()); }
-
-private:
-    QElapsedTimer since_;
-    qint64 longest_ = 0;
-};
 
 #if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 const bool isOptimised = true;
