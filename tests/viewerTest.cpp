@@ -381,7 +381,12 @@ private slots:
         QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
         trigger("hidePrivateData");
         QVERIFY(child<QLabel>("hidden")->isVisible());
+        auto* const cancel = child<QPushButton>("cancelHiding");
+        QTest::mouseClick(cancel, Qt::LeftButton);
+        QTest::qWait(100);
         QVERIFY(!tab()->view()->isVisible() && tab()->shown().isNull());
+        QVERIFY(child<QLabel>("hidden")->text().contains("not replaced"));
+        QTest::mouseClick(cancel, Qt::LeftButton); // tries again
         QTRY_VERIFY_WITH_TIMEOUT(tab()->isShownRedacted(), 20000);
         QVERIFY(tab()->view()->isVisible());
         QVERIFY(!tab()->shown().lines->text().contains("C02XXXXXXXXX"));

@@ -406,7 +406,12 @@ void MainWindow::addTab(Document* document)
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
     connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
-        if (tab == currentTab()) {
+        if (tab == currentTab() && sharing_ == nullptr) {
+            workProgress_->setValue(percent);
+        }
+    });
+    connect(tab->document(), &Document::redactionProgressed, this, [this, tab](int percent) {
+        if (tab->document() == sharing_) {
             workProgress_->setValue(percent);
         }
     });
@@ -488,7 +493,7 @@ void MainWindow::updateBusyness()
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, (isRefreshing || isPrinting) && !isReplacing ? 100 : 0);
+    workProgress_->setRange(0, isRefreshing || isPrinting || isReplacing ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()

@@ -198,15 +198,29 @@ QWidget* ReportTab::makeHiddenPage()
     hidden_ = selectableLabel();
     hidden_->setObjectName(QStringLiteral("hidden"));
     hiddenProgress_ = new QProgressBar;
-    hiddenProgress_->setRange(0, 0);
     hiddenProgress_->setAccessibleName(tr("Progress"));
-    return centred({hidden_, hiddenProgress_});
+    connect(document_, &Document::redactionProgressed, hiddenProgress_, &QProgressBar::setValue);
+    hiddenButton_ = new QPushButton;
+    hiddenButton_->setObjectName(QStringLiteral("cancelHiding"));
+    connect(hiddenButton_, &QPushButton::clicked, this, &ReportTab::toggleRedaction);
+    return centred({hidden_, hiddenProgress_, hiddenButton_});
+}
+
+/// Gives up replacing private data, or begins again. The original is not shown instead: it is what the user hides.
+void ReportTab::toggleRedaction()
+{
+    isRedactionCancelled_ = !isRedactionCancelled_;
+    if (isRedactionCancelled_) {
+        document_->cancelRedaction();
+    }
+    update();
 }
 
 void ReportTab::setShowsRedacted(bool showsRedacted)
 {
     isComparisonOld_ = isComparisonOld_ || showsRedacted != showsRedacted_;
     showsRedacted_ = showsRedacted;
+    isRedactionCancelled_ = false;
     update();
     updatePages();
 }
@@ -230,12 +244,21 @@ void ReportTab::showState()
         break;
     case Document::State::Ready: states_->setCurrentIndex(isHidden_ ? HiddenPage : ReportPage); break;
     }
-    hidden_->setText(document_->isRedactionImpossible()
-                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
-                         : tr("Replacing private data…"));
-    hiddenProgress_->setVisible(!document_->isRedactionImpossible());
+    showHidden();
     notice_->setText(document_->notices().join(QLatin1Char('\n')));
     notice_->setVisible(document_->state() == Document::State::Ready && !document_->notices().isEmpty());
+}
+
+void ReportTab::showHidden()
+{
+    const bool isImpossible = document_->isRedactionImpossible();
+    hidden_->setText(isImpossible
+                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
+                     : isRedactionCancelled_ ? tr("Private data is not replaced. Nothing is shown.")
+                                             : tr("Replacing private data…"));
+    hiddenProgress_->setVisible(!isImpossible && !isRedactionCancelled_);
+    hiddenButton_->setVisible(!isImpossible);
+    hiddenButton_->setText(isRedactionCancelled_ ? tr("&Try Again") : tr("&Cancel"));
 }
 
 void ReportTab::showReport()
@@ -247,7 +270,7 @@ void ReportTab::showReport()
         return;
     }
     stopSearch();
-    if (!document_->isRedactionImpossible()) {
+    if (!document_->isRedactionImpossible() && !isRedactionCancelled_) {
         document_->makeRedacted(this, [](bool) {});
     }
 }

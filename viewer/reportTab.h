@@ -96,6 +96,8 @@ private:
     void showReport();
     void showText(const ShownReport& report);
     void showState();
+    void showHidden();
+    void toggleRedaction();
     void startSearch();
     void goOnFinding();
     void jumpTo(const QModelIndex& index);
@@ -117,9 +119,11 @@ private:
     QPushButton* retry_;
     QLabel* hidden_;
     QProgressBar* hiddenProgress_;
+    QPushButton* hiddenButton_;
     ShownReport shown_;
     const ShownReport nothing_;
     bool isHidden_ = false; // while private data is being replaced
+    bool isRedactionCancelled_ = false;
     bool showsRedacted_ = false;
     bool isShownRedacted_ = false;
     bool isJumping_ = false;

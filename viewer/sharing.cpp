@@ -188,7 +188,7 @@ void MainWindow::startSaving(const CReport& report, const QString& fileName)
 void MainWindow::cancelWork()
 {
     if (sharing_ != nullptr) {
-        sharing_->stopWaitingForRedacted();
+        sharing_->cancelRedaction();
         sharing_.clear();
         statusBar()->showMessage(tr("Cancelled: nothing is copied or saved."), messageMs);
     } else if (printing_ != nullptr) {
