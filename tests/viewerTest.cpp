@@ -227,6 +227,10 @@ private slots:
         tree.expand(network);
         const QModelIndex en0 = find(network, "en0");
         tree.scrollTo(en0);
+        QCOMPARE(qt.model()->index(0, 0, qt).data(Qt::ToolTipRole).toString(),
+                 QString("Date, time and bias of the time zone"));
+        QCOMPARE(find(qt, "System environment").data(Qt::ToolTipRole).toString(),
+                 QString("System environemnt (QProcess::systemEnvironment()):"));
         QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualRect(en0).center());
         ReportTextView& view = *tab()->view();
         QCOMPARE(lineText(view.firstVisibleLine() + 1), QString("en0"));

@@ -28,8 +28,6 @@ namespace {
 
 enum State { Waiting, Message, Result };
 
-/// A shorter wait needs no picture of waiting.
-const int patienceMs = 250;
 /// Longer values are cut: a QPlainTextEdit lays out all of a line.
 const int longestDetail = 20000;
 const char* const detailNames[] = {"oldValue", "newValue"};
@@ -70,9 +68,6 @@ void ComparisonPage::makeActions()
 
 QWidget* ComparisonPage::makeWaiting()
 {
-    auto* const progress = new QProgressBar;
-    progress->setRange(0, 0);
-    progress->setAccessibleName(tr("Progress"));
     auto* const cancel = new QPushButton(tr("&Cancel"));
     cancel->setObjectName(QStringLiteral("cancelComparison"));
     connect(cancel, &QPushButton::clicked, this, [this] {
@@ -80,16 +75,13 @@ QWidget* ComparisonPage::makeWaiting()
         showMessage(tr("Not compared"), tr("The comparison was cancelled."));
         emit cancelled();
     });
-    return centred({wrappedLabel(tr("Comparing the reports…")), progress, cancel});
+    return centred({wrappedLabel(tr("Comparing the reports…")), busyBar(), cancel});
 }
 
 QWidget* ComparisonPage::makeMessage()
 {
-    messageTitle_ = wrappedLabel();
+    messageTitle_ = boldLabel();
     messageTitle_->setObjectName(QStringLiteral("messageTitle"));
-    QFont font = messageTitle_->font();
-    font.setBold(true);
-    messageTitle_->setFont(font);
     messageText_ = wrappedLabel();
     messageText_->setObjectName(QStringLiteral("messageText"));
     showExpected_ = new QPushButton(tr("&Show Them"));
@@ -157,6 +149,18 @@ QWidget* ComparisonPage::makeBar()
         button->setFocusPolicy(Qt::TabFocus);
         layout->addWidget(button);
     }
+    const auto addButton = [this, layout](const QString& text, const char* name,
+                                          void (ComparisonPage::*requested)()) {
+        auto* const button = new QToolButton;
+        button->setText(text);
+        button->setObjectName(QLatin1String(name));
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::TabFocus);
+        connect(button, &QToolButton::clicked, this, requested);
+        layout->addWidget(button);
+    };
+    addButton(tr("S&wap Sides"), "swapSides", &ComparisonPage::swapRequested);
+    addButton(tr("C&opy Differences"), "copyDifferencesButton", &ComparisonPage::copyRequested);
     return bar;
 }
 
@@ -194,22 +198,18 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
                              const QString& newTitle, bool isRedacted)
 {
     delete job_;
+    comparison_.reset();
+    reports_[0] = older;
+    reports_[1] = newer;
     titles_[0] = oldTitle;
     titles_[1] = newTitle;
+    isRedacted_ = isRedacted;
     const auto made = std::make_shared<Comparison>();
     job_ = new Job(
         this,
         [=](const JobControl& control) {
-            if (!isRedacted) {
-                *made = Comparison::of(older, newer, control);
-                return;
-            }
-            // What one report tells is private in both.
-            CRedactor redactor;
-            redactor.collect(older);
-            redactor.collect(newer);
-            const CReport redactedOlder = older.redacted(&redactor);
-            *made = Comparison::of(redactedOlder, newer.redacted(&redactor), control);
+            *made = isRedacted ? Comparison::redacted(older, newer, control)
+                               : Comparison::of(older, newer, control);
         },
         [this, made](bool isOutOfMemory) {
             if (isOutOfMemory) {
@@ -219,10 +219,23 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
             }
             emit shown();
         });
-    auto* const patience = new QTimer(job_);
-    patience->setSingleShot(true);
-    connect(patience, &QTimer::timeout, this, &ComparisonPage::showWaiting);
-    patience->start(patienceMs);
+    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+}
+
+std::function<QString(const JobControl&)> ComparisonPage::textMaker(bool isRedacted) const
+{
+    if (comparison_ == nullptr) {
+        return nullptr;
+    }
+    const bool needsOther = isRedacted && !isRedacted_;
+    // A file may be called after a person.
+    const QString oldTitle = isRedacted ? tr("the old report") : titles_[0];
+    const QString newTitle = isRedacted ? tr("the new report") : titles_[1];
+    return
+        [=, comparison = comparison_, older = reports_[0], newer = reports_[1]](const JobControl& control) {
+            return needsOther ? Comparison::redacted(older, newer, control).text(oldTitle, newTitle)
+                              : comparison->text(oldTitle, newTitle);
+        };
 }
 
 void ComparisonPage::showWaiting()
@@ -264,7 +277,7 @@ void ComparisonPage::showComparison(const std::shared_ptr<Comparison>& compariso
 
 void ComparisonPage::showTree()
 {
-    summary_->setText(summary());
+    summary_->setText(comparison_->summary());
     // One by one, thousands of branches take seconds.
     tree_->expandAll();
     const QModelIndex last = model_->index(model_->rowCount() - 1, 0);
@@ -281,30 +294,6 @@ void ComparisonPage::showTree()
     if (comparison_->count() > 0) {
         step(Direction::Forward);
     }
-}
-
-QString ComparisonPage::summary() const
-{
-    QStringList parts;
-    const struct
-    {
-        CReportDifference::Kind kind;
-        QString text;
-    } kinds[] = {
-        {CReportDifference::Changed, tr("%1 changed")},
-        {CReportDifference::Added, tr("%1 added")},
-        {CReportDifference::Removed, tr("%1 removed")},
-        {CReportDifference::Moved, tr("%1 moved")},
-    };
-    for (const auto& kind : kinds) {
-        if (comparison_->count(kind.kind) > 0) {
-            parts += kind.text.arg(comparison_->count(kind.kind));
-        }
-    }
-    if (comparison_->expectedCount() > 0) {
-        parts += tr("%1 expected to differ").arg(comparison_->expectedCount());
-    }
-    return parts.join(QStringLiteral(", "));
 }
 
 /// The row next to an index in the order of the tree, also where that is folded; a folded branch of what is expected is

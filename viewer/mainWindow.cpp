@@ -46,6 +46,7 @@ namespace {
 
 enum CentrePage { EmptyPage, TabsPage };
 
+const int messageMs = 6000;
 const int mostRecentFiles = 10;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
@@ -207,6 +208,8 @@ void MainWindow::makeEditMenu()
                        [this] { copySection(); });
     QAction* const copyAll = add(menu, tr("Copy Whole &Report"), "copyAll",
                                  {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_A)}, [this] { this->copyAll(); });
+    copyDifferences_ = add(menu, tr("Copy &Differences"), "copyDifferences",
+                           {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_D)}, [this] { copyDifferences(); });
     QAction* const selectAll = add(menu, tr("Select &All"), "selectAll", {QKeySequence::SelectAll}, [this] {
         if (ReportTab* const tab = currentTab()) {
             tab->view()->selectAll();
@@ -241,9 +244,9 @@ void MainWindow::makeViewMenu()
     panel->setShortcut(keys(Qt::CTRL, Qt::Key_I));
     menu->addAction(panel);
     menu->addSeparator();
-    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
+    add(menu, tr("&Zoom In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
         [this] { zoom(zoom_ + 1); });
-    add(menu, tr("Zoom &Out"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
+    add(menu, tr("Zoom O&ut"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
     add(menu, tr("&Normal Size"), "zoomNormal", {keys(Qt::CTRL, Qt::Key_0)}, [this] { zoom(0); });
     menu->addSeparator();
     const auto step = [this](int by) {
@@ -399,6 +402,7 @@ void MainWindow::addTab(Document* document)
     connect(tab, &ReportTab::searchEnded, this,
             [this, tab](ReportTab::Direction direction) { searchEnded(tab, direction); });
     connect(tab, &ReportTab::pageChanged, this, &MainWindow::updatePageActions);
+    connect(tab, &ReportTab::differencesCopyRequested, this, &MainWindow::copyDifferences);
     connect(tab, &ReportTab::otherItemWanted, this, [this](ReportTab* other, const QString& path) {
         tabs_->setCurrentWidget(other);
         other->showItem(path);
@@ -480,7 +484,7 @@ void MainWindow::updateBusyness()
     const ReportTab* const tab = currentTab();
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
-    const bool isPrinting = printing_ != nullptr;
+    const bool isPrinting = working_ != nullptr;
     const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
@@ -489,7 +493,7 @@ void MainWindow::updateBusyness()
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
-                       : isPrinting   ? printingNote_
+                       : isPrinting   ? workingNote_
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
@@ -538,8 +542,8 @@ QFont MainWindow::zoomedFont() const
 
 void MainWindow::chooseFiles()
 {
-    const QStringList files = QFileDialog::getOpenFileNames(
-        this, tr("Open Reports"), QString(), tr("Reports (*.txt *.json *.plist *.log);;All files (*)"));
+    const QStringList files =
+        QFileDialog::getOpenFileNames(this, tr("Open Reports"), QString(), reportFilter());
     for (const QString& file : files) {
         openFile(file);
     }
@@ -590,6 +594,16 @@ void MainWindow::dropEvent(QDropEvent* event)
         }
     }
     event->acceptProposedAction();
+}
+
+QString MainWindow::reportFilter()
+{
+    return tr("Reports (*.txt *.json *.plist *.log);;All files (*)");
+}
+
+void MainWindow::say(const QString& message)
+{
+    statusBar()->showMessage(message, messageMs);
 }
 
 void MainWindow::showAbout()

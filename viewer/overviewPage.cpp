@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QProgressBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -59,6 +61,12 @@ void OverviewPage::setReport(const CReport& report)
             }
             emit shown();
         });
+    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+}
+
+void OverviewPage::showWaiting()
+{
+    startContent()->addWidget(centred({wrappedLabel(tr("Looking through the report…")), busyBar()}));
 }
 
 void OverviewPage::changeEvent(QEvent* event)

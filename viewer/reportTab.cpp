@@ -29,8 +29,6 @@ namespace {
 
 enum StatePage { LoadingPage, ErrorPage, HiddenPage, ReportPage };
 
-/// A shorter wait needs no picture of waiting.
-const int patienceMs = 250;
 /// Sections of so few halves are seen at once.
 const int mostExpanded = 200;
 
@@ -150,8 +148,7 @@ QWidget* ReportTab::makeLoadingPage()
     label->setText(document_->origin() == Document::Origin::ThisMachine
                        ? tr("Asking this machine…")
                        : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
-    progress_ = new QProgressBar;
-    progress_->setAccessibleName(tr("Progress"));
+    progress_ = busyBar();
     connect(document_, &Document::progressed, this, [this](int percent) {
         // What comes behind reading does not say how far it is.
         progress_->setRange(0, percent < 100 ? 100 : 0);
@@ -163,10 +160,7 @@ QWidget* ReportTab::makeLoadingPage()
     auto* const page = new QStackedWidget;
     page->addWidget(new QWidget);
     page->addWidget(centred({label, progress_, cancel}));
-    auto* const patience = new QTimer(page);
-    patience->setSingleShot(true);
-    connect(patience, &QTimer::timeout, page, [page] { page->setCurrentIndex(1); });
-    patience->start(patienceMs);
+    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
     return page;
 }
 
@@ -197,8 +191,8 @@ QWidget* ReportTab::makeHiddenPage()
 {
     hidden_ = selectableLabel();
     hidden_->setObjectName(QStringLiteral("hidden"));
-    hiddenProgress_ = new QProgressBar;
-    hiddenProgress_->setAccessibleName(tr("Progress"));
+    hiddenProgress_ = busyBar();
+    hiddenProgress_->setRange(0, 100);
     connect(document_, &Document::redactionProgressed, hiddenProgress_, &QProgressBar::setValue);
     hiddenButton_ = new QPushButton;
     hiddenButton_->setObjectName(QStringLiteral("cancelHiding"));
@@ -291,7 +285,7 @@ void ReportTab::showText(const ShownReport& report)
     }
     if (hasOtherText || hasOtherOutline) {
         view_->setOutline(shown_.outline);
-        outlineModel_->setOutline(shown_.outline);
+        outlineModel_->setOutline(shown_.outline, shown_.lines);
         if (shown_.outline != nullptr && shown_.outline->topCount() <= mostExpanded) {
             tree_->expandToDepth(shown_.outline->nodes().size() <= mostExpanded ? 1 : 0);
         }

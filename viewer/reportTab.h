@@ -46,6 +46,8 @@ public:
     /// Shows what differs between the report of another tab, the old one, and this one, as soon as both are read.
     void compareWith(ReportTab* other);
     bool hasComparison() const { return isComparing_; }
+    /// Makes the old report of the comparison the new one, and this tab's the old one, or the other way round.
+    void swapComparison();
     ComparisonPage* comparison() const { return comparison_; }
     OverviewPage* overview() const { return overview_; }
     QSplitter* splitter() const { return splitter_; }
@@ -84,6 +86,7 @@ signals:
     /// The user asks for an item of the report that this one is compared with.
     void otherItemWanted(ReportTab* other, const QString& path);
     void pageChanged();
+    void differencesCopyRequested();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -131,6 +134,7 @@ private:
     ComparisonPage* const comparison_;
     QPointer<ReportTab> comparedTab_;
     bool isComparing_ = false;
+    bool isSwapped_ = false;      // this tab's report is the old one
     bool isOverviewOld_ = true;   // not of the report that is shown
     bool isComparisonOld_ = true; // not of the reports that are shown
     QString sought_;
