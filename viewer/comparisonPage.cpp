@@ -51,8 +51,9 @@ ComparisonPage::ComparisonPage(QWidget* parent)
 void ComparisonPage::makeActions()
 {
     const auto make = [this](const QString& text, const QKeySequence& key, const char* name,
-                             Direction direction) {
+                             const QString& toolTip, Direction direction) {
         auto* const action = new QAction(text, this);
+        action->setToolTip(toolTip);
         action->setObjectName(QLatin1String(name));
         action->setShortcut(key);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -61,9 +62,10 @@ void ComparisonPage::makeActions()
         addAction(action);
         return action;
     };
-    previous_ = make(tr("&Previous Difference"), keys(Qt::SHIFT, Qt::Key_F7), "previousDifference",
-                     Direction::Backward);
-    next_ = make(tr("&Next Difference"), QKeySequence(Qt::Key_F7), "nextDifference", Direction::Forward);
+    previous_ = make(tr("Previous"), keys(Qt::SHIFT, Qt::Key_F7), "previousDifference",
+                     tr("Previous difference (Shift+F7)"), Direction::Backward);
+    next_ = make(tr("Next"), QKeySequence(Qt::Key_F7), "nextDifference", tr("Next difference (F7)"),
+                 Direction::Forward);
 }
 
 QWidget* ComparisonPage::makeWaiting()
@@ -135,32 +137,27 @@ QWidget* ComparisonPage::makeBar()
     summary_ = wrappedLabel();
     summary_->setObjectName(QStringLiteral("summary"));
     layout->addWidget(summary_, 1);
-    const struct
-    {
-        QAction* action;
-        Qt::ArrowType arrow;
-    } steps[] = {{previous_, Qt::UpArrow}, {next_, Qt::DownArrow}};
-    for (const auto& step : steps) {
+    const auto add = [layout](const QString& text, const QString& toolTip, const QString& name) {
         auto* const button = new QToolButton;
-        button->setDefaultAction(step.action);
-        button->setArrowType(step.arrow);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-        button->setAutoRaise(true);
-        button->setFocusPolicy(Qt::TabFocus);
-        layout->addWidget(button);
-    }
-    const auto addButton = [this, layout](const QString& text, const char* name,
-                                          void (ComparisonPage::*requested)()) {
-        auto* const button = new QToolButton;
         button->setText(text);
-        button->setObjectName(QLatin1String(name));
+        button->setToolTip(toolTip);
+        button->setAccessibleName(name);
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::TabFocus);
-        connect(button, &QToolButton::clicked, this, requested);
         layout->addWidget(button);
+        return button;
     };
-    addButton(tr("S&wap Sides"), "swapSides", &ComparisonPage::swapRequested);
-    addButton(tr("C&opy Differences"), "copyDifferencesButton", &ComparisonPage::copyRequested);
+    QToolButton* const previous = add(QString(), QString(), tr("Previous difference"));
+    previous->setDefaultAction(previous_);
+    previous->setArrowType(Qt::UpArrow);
+    QToolButton* const next = add(QString(), QString(), tr("Next difference"));
+    next->setDefaultAction(next_);
+    next->setArrowType(Qt::DownArrow);
+    connect(add(tr("S&wap"), tr("Swap the compared reports (Ctrl+Shift+X)"), tr("Swap the compared reports")),
+            &QToolButton::clicked, this, &ComparisonPage::swapRequested);
+    connect(add(tr("C&opy"), tr("Copy the differences (Ctrl+Shift+D)"), tr("Copy the differences")),
+            &QToolButton::clicked, this, &ComparisonPage::copyRequested);
     return bar;
 }
 
@@ -275,6 +272,18 @@ void ComparisonPage::showComparison(const std::shared_ptr<Comparison>& compariso
     }
 }
 
+int ComparisonPage::widestKind() const
+{
+    int widest = fontMetrics()
+                     .boundingRect(model_->headerData(ComparisonModel::KindColumn, Qt::Horizontal).toString())
+                     .width();
+    for (const auto kind : {CReportDifference::Added, CReportDifference::Removed, CReportDifference::Changed,
+                            CReportDifference::Moved}) {
+        widest = qMax(widest, fontMetrics().boundingRect(kindText(kind)).width());
+    }
+    return widest;
+}
+
 void ComparisonPage::showTree()
 {
     summary_->setText(comparison_->summary());
@@ -286,8 +295,9 @@ void ComparisonPage::showTree()
     }
     const int unit = fontMetrics().averageCharWidth();
     tree_->setColumnWidth(ComparisonModel::NameColumn, unit * 40);
-    tree_->setColumnWidth(ComparisonModel::KindColumn, unit * 13);
-    tree_->setColumnWidth(ComparisonModel::OldColumn, qMax((width() - unit * 55) / 2, unit * 20));
+    tree_->setColumnWidth(ComparisonModel::KindColumn, widestKind() + unit * 2);
+    tree_->setColumnWidth(ComparisonModel::OldColumn,
+                          qMax((width() - unit * 42 - widestKind()) / 2, unit * 20));
     tree_->setCurrentIndex(QModelIndex());
     states_->setCurrentIndex(Result);
     showDetails();

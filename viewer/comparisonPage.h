@@ -45,7 +45,7 @@ public:
     std::function<QString(const JobControl&)> textMaker(bool isRedacted) const;
 
     QTreeView* tree() const { return tree_; }
-    /// "Next difference" and "Previous difference", for menus.
+    /// Go to the next and to the previous difference.
     QAction* nextAction() const { return next_; }
     QAction* previousAction() const { return previous_; }
 
@@ -75,6 +75,7 @@ private:
     void makeActions();
     void showComparison(const std::shared_ptr<Comparison>& comparison);
     void showTree();
+    int widestKind() const;
     QModelIndex neighbour(const QModelIndex& index, Direction direction) const;
     QModelIndex difference(Direction direction) const;
     void step(Direction direction);

@@ -136,14 +136,6 @@
 <context>
     <name>norvex::Viewer::ComparisonPage</name>
     <message>
-        <source>&amp;Previous Difference</source>
-        <translation>&amp;Voriger Unterschied</translation>
-    </message>
-    <message>
-        <source>&amp;Next Difference</source>
-        <translation>&amp;Nächster Unterschied</translation>
-    </message>
-    <message>
         <source>&amp;Cancel</source>
         <translation>&amp;Abbrechen</translation>
     </message>
@@ -200,20 +192,60 @@
         <translation>[%1 weitere Zeichen]</translation>
     </message>
     <message>
-        <source>S&amp;wap Sides</source>
-        <translation>Seiten &amp;tauschen</translation>
-    </message>
-    <message>
-        <source>C&amp;opy Differences</source>
-        <translation>Unterschiede k&amp;opieren</translation>
-    </message>
-    <message>
         <source>the old report</source>
         <translation>dem alten Bericht</translation>
     </message>
     <message>
         <source>the new report</source>
         <translation>dem neuen Bericht</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Previous difference (Shift+F7)</source>
+        <translation>Voriger Unterschied (Umschalt+F7)</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Next difference (F7)</source>
+        <translation>Nächster Unterschied (F7)</translation>
+    </message>
+    <message>
+        <source>Previous difference</source>
+        <translation>Voriger Unterschied</translation>
+    </message>
+    <message>
+        <source>Next difference</source>
+        <translation>Nächster Unterschied</translation>
+    </message>
+    <message>
+        <source>S&amp;wap</source>
+        <translation>&amp;Tauschen</translation>
+    </message>
+    <message>
+        <source>Swap the compared reports (Ctrl+Shift+X)</source>
+        <translation>Die verglichenen Berichte tauschen (Strg+Umschalt+X)</translation>
+    </message>
+    <message>
+        <source>Swap the compared reports</source>
+        <translation>Die verglichenen Berichte tauschen</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy the differences (Ctrl+Shift+D)</source>
+        <translation>Die Unterschiede kopieren (Strg+Umschalt+D)</translation>
+    </message>
+    <message>
+        <source>Copy the differences</source>
+        <translation>Die Unterschiede kopieren</translation>
     </message>
 </context>
 <context>
