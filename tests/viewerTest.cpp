@@ -1,4 +1,5 @@
 #include "viewer/document.h"
+#include "viewer/job.h"
 #include "viewer/mainWindow.h"
 #include "viewer/recordings.h"
 #include "viewer/reportTab.h"
@@ -383,6 +384,15 @@ private slots:
         trigger("copyAll");
         QVERIFY(child<QPushButton>("cancelWork")->isVisible());
         QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        trigger("shareWithoutPrivateData");
+        const QString pdf = folder_.filePath("cancelled.pdf");
+        window_->exportPdf(pdf);
+        QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
+        QVERIFY(waitForJobs(20000));
+        QVERIFY(!QFile::exists(pdf));
+        trigger("shareWithoutPrivateData");
         trigger("hidePrivateData");
         QVERIFY(child<QLabel>("hidden")->isVisible());
         auto* const cancel = child<QPushButton>("cancelHiding");

@@ -4,6 +4,7 @@
 #include "viewer/identificationPanel.h"
 #include "viewer/keys.h"
 #include "viewer/reportTextView.h"
+#include "viewer/statePages.h"
 #include "viewer/textSearch.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -141,25 +142,18 @@ void MainWindow::makeCentre()
 
 QWidget* MainWindow::makeEmptyPage()
 {
-    auto* const text = new QLabel(tr("No report is open.\nOpen one, drop files here, or show this machine."));
-    text->setAlignment(Qt::AlignCenter);
     auto* const open = new QPushButton(tr("&Open…"));
     auto* const machine = new QPushButton(tr("Show &This Machine"));
     connect(open, &QPushButton::clicked, this, &MainWindow::chooseFiles);
     connect(machine, &QPushButton::clicked, this, &MainWindow::openThisMachine);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch(1);
+    auto* const row = new QWidget;
+    auto* const buttons = new QHBoxLayout(row);
+    buttons->setContentsMargins(0, 0, 0, 0);
     buttons->addWidget(open);
     buttons->addWidget(machine);
     buttons->addStretch(1);
-    auto* const page = new QWidget;
-    auto* const layout = new QVBoxLayout(page);
-    layout->setSpacing(16);
-    layout->addStretch(1);
-    layout->addWidget(text);
-    layout->addLayout(buttons);
-    layout->addStretch(2);
-    return page;
+    return centred({boldLabel(tr("No report is open.")),
+                    wrappedLabel(tr("Open one, drop files here, or show this machine.")), row});
 }
 
 void MainWindow::makeFileMenu()

@@ -111,13 +111,7 @@ void OverviewPage::showOutOfMemory()
 
 void OverviewPage::showMessage(const QString& title, const QString& text)
 {
-    QVBoxLayout* const layout = startContent();
-    const int indent = fontMetrics().averageCharWidth();
-    for (QLabel* const label : {titleLabel(title, 1.4), wrappedLabel(text)}) {
-        label->setContentsMargins(indent, 0, indent, fontMetrics().height() / 2);
-        layout->addWidget(label);
-    }
-    layout->addStretch(1);
+    startContent()->addWidget(centred({boldLabel(title), wrappedLabel(text)}));
 }
 
 void OverviewPage::showOverview(const Overview& overview)

@@ -16,10 +16,6 @@
         <translation>Das ist keine gewöhnliche Datei.</translation>
     </message>
     <message>
-        <source>The file is too large for a report.</source>
-        <translation>Die Datei ist zu groß für einen Bericht.</translation>
-    </message>
-    <message>
         <source>The file looks like JSON but is none: %1.</source>
         <translation>Die Datei sieht wie JSON aus, ist aber keines: %1.</translation>
     </message>
@@ -46,6 +42,10 @@
     <message>
         <source>The file is hardly a report: symbols stand for characters that do not print.</source>
         <translation>Die Datei ist kaum ein Bericht: Für Zeichen, die nicht druckbar sind, stehen Symbole.</translation>
+    </message>
+    <message>
+        <source>The file is too large for a report: it has more than %1 MB.</source>
+        <translation>Die Datei ist zu groß für einen Bericht: Sie hat mehr als %1 MB.</translation>
     </message>
 </context>
 <context>
@@ -477,12 +477,6 @@
         <translation>Identifikation</translation>
     </message>
     <message>
-        <source>No report is open.
-Open one, drop files here, or show this machine.</source>
-        <translation>Kein Bericht ist geöffnet.
-Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
-    </message>
-    <message>
         <source>&amp;Open…</source>
         <translation>Ö&amp;ffnen …</translation>
     </message>
@@ -835,6 +829,14 @@ Version %1</translation>
     <message>
         <source>Cancelled: nothing is printed or copied.</source>
         <translation>Abgebrochen: Nichts ist gedruckt oder kopiert.</translation>
+    </message>
+    <message>
+        <source>No report is open.</source>
+        <translation>Kein Bericht ist geöffnet.</translation>
+    </message>
+    <message>
+        <source>Open one, drop files here, or show this machine.</source>
+        <translation>Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
     </message>
 </context>
 <context>
