@@ -126,8 +126,8 @@ NORVEX_SYSTEMINFO_EXPORT bool extractAccessKeyValues(const QString& report, bool
                                                      QString& errorMessage);
 
 /// Date and time: the present moment in local time and in UTC ("dd.MM.yyyy hh:mm:ss"), and the bias in minutes. The
-/// dates have the digits of the system's locale, such as Arabic or Persian ones; the bias always has 0 to 9. The bias is
-/// UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
+/// dates have the digits of the system's locale, such as Arabic or Persian ones; the bias always has 0 to 9. The bias
+/// is UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
 NORVEX_SYSTEMINFO_EXPORT QString qtDateTime();
 
 /// Qt itself: the version that the library was compiled against and the version that runs, the platform, byte order,
@@ -162,12 +162,12 @@ NORVEX_SYSTEMINFO_EXPORT QString qtDesktop();
 /// Source: QStandardPaths.
 NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 
-/// The printers by name, the default printer marked; "    <None>" when there is none or no print server answers. Source:
-/// QPrinterInfo. Call it on the GUI thread.
+/// The printers by name, the default printer marked; "    <None>" when there is none or no print server answers.
+/// Source: QPrinterInfo. Call it on the GUI thread.
 ///
-/// On Linux it asks the print server that CUPS is configured for, which may be another host, and has no limit of its own:
-/// a server that accepts the connection and is silent keeps it, and allInfos() with it, waiting for two minutes (122 s
-/// with CUPS 2.4). An application that cannot wait asks in another process and ends that.
+/// On Linux it asks the print server that CUPS is configured for, which may be another host, and has no limit of its
+/// own: a server that accepts the connection and is silent keeps it, and allInfos() with it, waiting for two minutes
+/// (122 s with CUPS 2.4). An application that cannot wait asks in another process and ends that.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
 /// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. Without an

@@ -94,8 +94,8 @@ int surfacesOf(const std::function<void()>& call)
 
 } // namespace
 
-/// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context can
-/// be made whatever Qt says.
+/// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context
+/// can be made whatever Qt says.
 class OpenGLTest : public QObject
 {
     Q_OBJECT

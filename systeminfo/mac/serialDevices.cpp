@@ -11,7 +11,7 @@ using namespace Internal;
 
 namespace {
 
-/// A warning for the log and the report.
+/// Warns in the log and in the report.
 void appendWarning(SectionText& section, const char* text)
 {
     qWarning("%s", text);
@@ -23,7 +23,7 @@ QString idText(std::int64_t id)
     return hexadecimal(static_cast<quint64>(id), 4);
 }
 
-/// The device or driver above the port; for a USB port, the adapter.
+/// Appends the lines on what the port's driver is attached to, such as a USB adapter.
 void appendProvider(SectionText& section, const IoEntry& provider)
 {
     const auto className = provider.className();

@@ -18,8 +18,8 @@ struct NumberField
 {
     unsigned int Info::*field;
     const char* key;
-    const char* name;        // in the warning about the stored type
-    const char* readFailure; // the warning about a failed read; null for none
+    const char* name;        ///< in the warning about the stored type
+    const char* readFailure; ///< the warning about a failed read; null for none
 };
 
 const NumberField numberFields[] = {
@@ -97,7 +97,7 @@ int ioKitGetUsbDevIterator(unsigned int* iterator)
 
 int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info)
 {
-    // The entry here owns a reference of its own, beside the caller's.
+    // The IoEntry releases a reference, and the caller's is not its to release.
     return readDevice(IoEntry(IOObjectRetain(device) == KERN_SUCCESS ? device : 0), *info);
 }
 

@@ -77,8 +77,8 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
         if (best != nullptr && !isBetter(mount, *best)) {
             continue;
         }
-        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a file
-        // system is a folder. A server that is gone would not answer.
+        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a
+        // file system is a folder. A server that is gone would not answer.
         if (mount.root == "/" || isNetworkType(mount.type) || isFolder(mount.point)) {
             chosen.insert(mount.device, &mount);
         }
