@@ -19,7 +19,7 @@ namespace norvex {
 
 namespace {
 
-/// Finds the string at a key path while the document passes.
+/// Finds the string at a key path while the parser reads the document.
 class StringFinder : public PropertyListHandler
 {
 public:

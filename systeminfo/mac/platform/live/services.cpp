@@ -24,7 +24,7 @@ class Deadline
 public:
     explicit Deadline(std::chrono::milliseconds time) : end_(std::chrono::steady_clock::now() + time) {}
 
-    /// The time that is left: at least 1, because other functions take 0 and less for "no limit" or "the default".
+    /// The time that is left; at least 1, because to the functions that take it 0 or less means no limit or a default.
     int milliseconds() const
     {
         const auto left =
@@ -152,7 +152,7 @@ std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText)
 DaemonAnswer avahiVersion()
 {
     constexpr std::int32_t notRunning = -65563;
-    // This leaves room for the bus library's timers, which may be late by a twentieth.
+    // Less than the promised 200 ms, because the bus library's timers may be 5 % late.
     const Deadline deadline(std::chrono::milliseconds(180));
     for (const QByteArray& address : systemBusAddresses()) {
         if (!busAnswers(socketPath(address), deadline)) {
