@@ -10,7 +10,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstring>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -31,6 +30,8 @@ public:
             std::chrono::duration_cast<std::chrono::milliseconds>(end_ - std::chrono::steady_clock::now());
         return int(std::max<std::chrono::milliseconds::rep>(left.count(), 1));
     }
+
+    std::chrono::steady_clock::time_point end() const { return end_; }
 
 private:
     std::chrono::steady_clock::time_point end_;
@@ -76,11 +77,10 @@ bool busAnswers(const QByteArray& path, const Deadline& deadline)
 
     const FileDescriptor bus(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     static const char request[] = "\0AUTH\r\n";
-    pollfd reply = {bus.get(), POLLIN, 0};
     char first = 0;
     return bus && ::connect(bus.get(), reinterpret_cast<const sockaddr*>(&name), length) == 0 &&
            ::send(bus.get(), request, sizeof request - 1, MSG_NOSIGNAL) > 0 &&
-           ::poll(&reply, 1, deadline.milliseconds()) == 1 && ::recv(bus.get(), &first, 1, 0) == 1;
+           waitUntilReady(bus.get(), POLLIN, deadline.end()) && ::recv(bus.get(), &first, 1, 0) == 1;
 }
 
 /// A connection to a bus that nothing else uses. It is opened as a connection to a peer: to a bus, Qt says Hello while
