@@ -65,7 +65,9 @@ public:
 
     /// A null item.
     CReportItem();
+    /// The same piece of the same report.
     CReportItem(const CReportItem& other);
+    /// Becomes the same piece of the same report.
     CReportItem& operator=(const CReportItem& other);
     ~CReportItem();
 
@@ -91,11 +93,15 @@ protected:
     friend class CReport;
     friend class CReportItemPrivate;
 
+    /// Takes over the data of an item.
     explicit CReportItem(CReportItemPrivate* data);
 
+    /// What a section or block contains.
     QVector<CReportItem> children() const;
+    /// The first entry of that label among children(); a null entry when there is none.
     CReportEntry childEntry(const QString& label) const;
 
+    /// The item's data, which copies share.
     QSharedDataPointer<CReportItemPrivate> d;
 };
 
@@ -192,7 +198,9 @@ public:
 
     /// A difference without paths and values, of the kind Changed.
     CReportDifference();
+    /// The same difference.
     CReportDifference(const CReportDifference& other);
+    /// Becomes the same difference.
     CReportDifference& operator=(const CReportDifference& other);
     ~CReportDifference();
 
@@ -253,7 +261,9 @@ class NORVEX_SYSTEMINFO_EXPORT CReport
 public:
     /// A null report, which has no text.
     CReport();
+    /// The same report.
     CReport(const CReport& other);
+    /// Becomes the same report.
     CReport& operator=(const CReport& other);
     ~CReport();
 
@@ -285,15 +295,16 @@ public:
 
     /// The report as JSON, as docs/json.md and docs/report.schema.json describe it. QJsonDocument::toJson() writes
     /// it down.
-    /// @param[out] errorMessage receives the reason of a failure, and is cleared on success
+    /// @param[out] errorMessage receives the reason of a failure, and is cleared on success; may be null
     /// @return the document; a null one when the report has more than 64 Mi characters or a million lines, or more
     ///         than the QJsonDocument of a Qt before 5.15 can hold
     QJsonDocument toJson(QString* errorMessage = nullptr) const;
 
     /// The report that a JSON document holds, to the character: its texts one behind the other. Names, labels,
     /// values and numbers are made from the texts again, not read.
+    /// @param json a document that toJson() has made, or another program by the rules of docs/json.md
     /// @param[out] errorMessage receives the reason of a failure with the place in the document, and is cleared on
-    ///             success
+    ///             success; may be null
     /// @return the report; a null one when the document is not what toJson() makes, or is beyond its limits
     static CReport fromJson(const QJsonDocument& json, QString* errorMessage = nullptr);
 
@@ -307,8 +318,8 @@ public:
     /// report that is redacted already stays as it is. In sections that are not in the table
     /// (CReportSection::isKnown()), known values and what its shape gives away is replaced; a person should read them.
     /// It takes time in proportion to the text.
-    /// @param redactor learns the values of this report and has those of others; not owned. Null: one for this report
-    ///        alone
+    /// @param redactor learns the values of this report, and knows those of others that it has seen; stays yours. Null
+    ///        stands for one that knows this report alone.
     /// @return the report; a null one for a null report
     CReport redacted(CRedactor* redactor = nullptr) const;
 
