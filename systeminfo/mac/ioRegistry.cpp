@@ -167,6 +167,17 @@ int openServiceIterator(RegistryClass registryClass, unsigned int* iterator)
     return result;
 }
 
+IoIterator iteratorFrom(int (*function)(unsigned int* iterator), const char* name)
+{
+    io_iterator_t iterator = 0;
+    const int result = function(&iterator);
+    if (result != KERN_SUCCESS) {
+        qWarning("%s returned 0x%08x\n", name, static_cast<unsigned int>(result));
+        return IoIterator();
+    }
+    return IoIterator(iterator);
+}
+
 } // namespace norvex::SystemInfo::MacSysInfo
 
 NORVEX_DEPRECATED_CALLS_END

@@ -160,4 +160,8 @@ IoEntry firstServiceOfClass(RegistryClass registryClass);
 /// @return 0, or the code of the call that failed, after a warning
 int openServiceIterator(RegistryClass registryClass, unsigned int* iterator);
 
+/// The iterator that an exported function opens; none when it fails, after a warning.
+/// @param name of the function, for the warning
+IoIterator iteratorFrom(int (*function)(unsigned int* iterator), const char* name);
+
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -81,13 +81,7 @@ QString ioKitGetRs232SerialDevices(bool rs232Only)
 {
     SectionText section(sNewLine);
     section.line("RS232 Serial Devices Info (from IOKit)");
-    io_iterator_t handle = 0;
-    const int opened = ioKitGetSerialBsdDevicesIterator(&handle);
-    if (opened != KERN_SUCCESS) {
-        qWarning("ioKitGetSerialBsdDevicesIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section.text();
-    }
-    IoIterator clients(handle);
+    IoIterator clients = iteratorFrom(ioKitGetSerialBsdDevicesIterator, "ioKitGetSerialBsdDevicesIterator");
     while (const IoEntry client = clients.next()) {
         if (!isListed(client, rs232Only)) {
             continue;

@@ -105,13 +105,7 @@ QString ioKitUsbDevices()
 {
     SectionText section(sNewLine);
     section.line("Attached USB devices (from IOKit):");
-    io_iterator_t handle = 0;
-    const int opened = ioKitGetUsbDevIterator(&handle);
-    if (opened != KERN_SUCCESS) {
-        qWarning("ioKitGetUsbDevIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section.text();
-    }
-    IoIterator devices(handle);
+    IoIterator devices = iteratorFrom(ioKitGetUsbDevIterator, "ioKitGetUsbDevIterator");
     Info info;
     while (const IoEntry device = devices.next()) {
         const int result = readDevice(device, info);

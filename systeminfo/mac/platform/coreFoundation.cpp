@@ -437,11 +437,6 @@ void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void** keys, co
     }
 }
 
-CFTypeID CFURLGetTypeID(void)
-{
-    return typeIdOf(ObjectKind::Url);
-}
-
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef URLString, CFURLRef)
 {
     if (callFails() || URLString->utf8.empty()) {
