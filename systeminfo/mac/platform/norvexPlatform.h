@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// The layer that stands in for macOS on other hosts: a choice of the machine that answers, and what a caller needs to
-/// use the iterators that the library hands out. This header does not exist on macOS. There the system itself answers,
-/// and IOKit has IOIteratorNext and IOObjectRelease.
+/// The layer that stands in for macOS on other systems: a choice of the machine that answers, and what a caller needs
+/// to use the iterators that the library hands out. This header does not exist on macOS. There the system itself
+/// answers, and IOKit has IOIteratorNext and IOObjectRelease.
 ///
 /// You may call all functions on any thread, on several at once, and without an application object. std::bad_alloc
 /// passes through; nothing else is thrown.

@@ -5,7 +5,7 @@
 #include <optional>
 
 /// @file
-/// Strings out of property-list files, XML and binary, on hosts without Foundation.
+/// Strings from property-list files, XML and binary, on systems without Foundation.
 
 namespace norvex {
 
