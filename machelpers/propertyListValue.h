@@ -2,8 +2,8 @@
 
 namespace norvex {
 
-/// getValueForKeyInPropertyList() with exceptions: std::bad_alloc passes through, so -2 always means that the file
-/// has no such string.
+/// getValueForKeyInPropertyList() for callers that let exceptions pass: -2 means that the file has no such
+/// string, never that memory ran out.
 int propertyListValue(const char* plistPath, const char* keyPath, char* buffer, int bufferSize);
 
 } // namespace norvex

@@ -48,7 +48,7 @@ QString checkFtdiDriver()
         return section.text();
     }
     DriverValue name = driverValue(ftdiDriverNameKey);
-    if (name.code == -1) { // The file has gone since the first call.
+    if (name.code == -1) { // the file was there a moment ago
         name.text = QStringLiteral("Unexpected error code %1 for key %2")
                         .arg(-1)
                         .arg(QLatin1String(ftdiDriverNameKey));

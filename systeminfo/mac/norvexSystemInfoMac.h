@@ -17,10 +17,9 @@
 /// iterators that they hand out are yours; use each on one thread at a time. Unless a description names a limit, a call
 /// usually takes a few milliseconds.
 ///
-/// On systems other than macOS the same functions describe this host, or a Mac that was recorded (see
-/// norvexPlatform.h). On Linux the first call of bonjourVersion() or checkBonjour() that finds a system bus leaves a
-/// thread of Qt's D-Bus module behind ("QDBusConnection"), which stays until the process ends. No other function leaves
-/// a thread.
+/// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
+/// norvexPlatform.h). On Linux the first call of bonjourVersion() that finds a system bus leaves a thread of Qt's
+/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one.
 
 #include "../norvexExport.h"
 
@@ -236,9 +235,9 @@ NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
 /// How the file system that holds a path treats letter case.
-/// @param path as for getFileSystemInfo()
-/// @return 1 if it is case sensitive, or if the file system does not know the query; 2 if it preserves case without
-///        being sensitive to it; 0 if it does neither; -1 on failure
+/// @param path in any form that the file system takes
+/// @return 1 case sensitive (also if the file system does not know the query), 2 case preserving but not sensitive,
+///        0 neither, -1 on failure
 ///
 /// From `pathconf` (_PC_CASE_SENSITIVE, _PC_CASE_PRESERVING), which gets the path in UTF-8. The limit of time is that
 /// of getFileSystemInfo().

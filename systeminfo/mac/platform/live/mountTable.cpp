@@ -59,7 +59,7 @@ std::optional<Mount> parseMount(const QByteArray& line)
     return hasId && hasParent && mount.point.startsWith('/') ? std::make_optional(mount) : std::nullopt;
 }
 
-/// Stands for the parent of the first mount that the process sees.
+/// Stands for the mount outside of what the process sees.
 constexpr int outside = -1;
 
 } // namespace

@@ -59,7 +59,7 @@ bool isSharedFolderType(const QByteArray& type);
 /// them may wait without end. autofs counts, too: it mounts such a file system when it is used.
 bool isServedType(const QByteArray& type);
 
-/// The mount points of served file systems in a mountinfo text. The root folder is not among them: when it does not
+/// Where served file systems are mounted, by a mountinfo text. The root folder is not among them: where it does not
 /// answer, nothing runs.
 QList<QByteArray> servedPoints(const QByteArray& mountInfo);
 
