@@ -18,7 +18,9 @@
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
 /// norvexPlatform.h). On Linux the first call of bonjourVersion() that finds a system bus leaves a thread of Qt's
-/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one.
+/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one. The first
+/// question about a file, folder or file system leaves a descriptor of the kernel's mount table open, which tells when
+/// mounts change; if somebody closes it, the next question opens one again.
 
 #include "../norvexExport.h"
 
