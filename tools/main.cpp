@@ -7,6 +7,7 @@
 #include "tools/record/recordingWriter.h"
 #include "tools/reportWork.h"
 #include "tools/sectionList.h"
+#include "tools/silentFolders.h"
 
 #include "systeminfo/norvexSystemInfo.h"
 
@@ -24,6 +25,7 @@ using Action = Options::Action;
 
 QByteArray recording(const Options& options)
 {
+    const TrueEnvironment environment;
     RecordedValue machine = recordMachine();
     if (options.anonymous) {
         // The host of a recording is another one, and so is its user.
@@ -36,7 +38,7 @@ QByteArray recording(const Options& options)
 int record(const Options& options, const Output& output, char* programName)
 {
     QString errorMessage;
-    if (!chooseMachine(options, errorMessage)) {
+    if (!chooseMachine(options, errorMessage) || !avoidSilentFolders(false, errorMessage)) {
         printMessage(errorMessage);
         return exitFailure;
     }
