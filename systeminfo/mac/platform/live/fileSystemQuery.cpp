@@ -33,7 +33,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// How long file systems that do not answer are waited for, all together.
-constexpr std::chrono::milliseconds patience(2000);
+constexpr std::chrono::milliseconds timeout(2000);
 /// When an answer counts as late.
 constexpr std::chrono::milliseconds usualTime(100);
 
@@ -338,9 +338,9 @@ std::optional<Reply> askServed(const QList<QByteArray>& paths, Subject subject, 
     }
     if (!waitForNews(pipe.from, start + usualTime)) {
         // Others may be silent, too. When the time is over, all of them are known.
-        askOthers(point, points, start + patience);
+        askOthers(point, points, start + timeout);
     }
-    if (!waitForNews(pipe.from, start + patience)) {
+    if (!waitForNews(pipe.from, start + timeout)) {
         return std::nullopt;
     }
     question.setOver();
