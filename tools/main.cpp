@@ -25,7 +25,6 @@ using Action = Options::Action;
 
 QByteArray recording(const Options& options)
 {
-    const TrueEnvironment environment;
     RecordedValue machine = recordMachine();
     if (options.anonymous) {
         // The host of a recording is another one, and so is its user.
@@ -43,7 +42,9 @@ int record(const Options& options, const Output& output, char* programName)
         return exitFailure;
     }
     const Application application({}, programName);
-    return output.write(recording(options));
+    QByteArray text;
+    inTrueEnvironment([&] { text = recording(options); });
+    return output.write(text);
 }
 
 int run(const Options& options, Output& output, char* programName)

@@ -99,7 +99,7 @@ int ReportWork::run(const Output& output)
         }
         if (options_.asksMachine()) {
             // Of this machine, what is left out is not asked for. This names its user, and is there without waiting.
-            redactor_.collect(CReport::fromText(inTrueEnvironment(SystemInfo::qtSystemEnvironment)()));
+            redactor_.collect(CReport::fromText(sectionInTrueEnvironment(SystemInfo::qtSystemEnvironment)()));
         }
     }
     if (options_.action == Action::Compare) {

@@ -23,7 +23,7 @@ QVector<SectionInfo> makeReportSections()
         if (section.text == qtPrinterInfo) {
             section.text = printerSection;
         }
-        section.text = inTrueEnvironment(section.text);
+        section.text = sectionInTrueEnvironment(section.text);
     }
     return table;
 }

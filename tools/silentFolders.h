@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace norvex::Tool {
 
 /// Takes folders whose file systems do not answer out of the environment of this process, such as a home folder on a
@@ -12,22 +14,12 @@ namespace norvex::Tool {
 /// @param[out] errorMessage receives the reason when Qt needs such a folder
 bool avoidSilentFolders(bool usesGui, QString& errorMessage);
 
-/// While there is one, the environment is that which the process was started with: for what shows it, or looks at its
-/// folders with a limit of its own.
-class TrueEnvironment
-{
-public:
-    TrueEnvironment();
-    ~TrueEnvironment();
-    Q_DISABLE_COPY(TrueEnvironment)
-
-private:
-    char** before_ = nullptr;
-};
+/// Does work in the environment that the process was started with: what looks at its folders with a limit of its own.
+void inTrueEnvironment(const std::function<void()>& work);
 
 using SectionFunction = QString (*)();
 
 /// What gives the section as if no folder were avoided.
-SectionFunction inTrueEnvironment(SectionFunction section);
+SectionFunction sectionInTrueEnvironment(SectionFunction section);
 
 } // namespace norvex::Tool

@@ -156,6 +156,21 @@ char** trueEnvironment = nullptr;
 /// The same, but without settings that cannot be read. They tell where some of the user's folders are.
 char** foldersEnvironment = nullptr;
 
+/// While there is one, the environment is another one.
+class EnvironmentChange
+{
+public:
+    /// @param environment null changes nothing
+    explicit EnvironmentChange(char** environment)
+        : before_(std::exchange(environ, environment == nullptr ? environ : environment))
+    {}
+    ~EnvironmentChange() { environ = before_; }
+    Q_DISABLE_COPY(EnvironmentChange)
+
+private:
+    char** const before_;
+};
+
 /// Takes silent folders out of variables.
 class Avoidance
 {
@@ -257,42 +272,31 @@ bool avoidSilentFolders(bool usesGui, QString& errorMessage)
     return true;
 }
 
-TrueEnvironment::TrueEnvironment()
+void inTrueEnvironment(const std::function<void()>& work)
 {
-    if (trueEnvironment != nullptr) {
-        before_ = std::exchange(environ, trueEnvironment);
-    }
+    const EnvironmentChange change(trueEnvironment);
+    work();
 }
 
-TrueEnvironment::~TrueEnvironment()
-{
-    if (before_ != nullptr) {
-        environ = before_;
-    }
-}
-
-SectionFunction inTrueEnvironment(SectionFunction section)
+SectionFunction sectionInTrueEnvironment(SectionFunction section)
 {
     using namespace SystemInfo;
     if (section == qtSystemEnvironment) {
         return [] {
-            const TrueEnvironment environment;
+            const EnvironmentChange change(trueEnvironment);
             return qtSystemEnvironment();
         };
     }
     if (section == qtDesktopServices) {
         return [] {
-            const TrueEnvironment environment;
-            if (foldersEnvironment != nullptr) {
-                environ = foldersEnvironment;
-            }
+            const EnvironmentChange change(foldersEnvironment);
             return qtDesktopServices();
         };
     }
     // It finds out itself which lists of applications answer, and says nothing where one does not.
     if (section == MacSysInfo::defaultEmailApp) {
         return [] {
-            const TrueEnvironment environment;
+            const EnvironmentChange change(trueEnvironment);
             return MacSysInfo::defaultEmailApp();
         };
     }

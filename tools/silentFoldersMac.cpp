@@ -7,10 +7,12 @@ bool avoidSilentFolders(bool, QString&)
     return true;
 }
 
-TrueEnvironment::TrueEnvironment() = default;
-TrueEnvironment::~TrueEnvironment() = default;
+void inTrueEnvironment(const std::function<void()>& work)
+{
+    work();
+}
 
-SectionFunction inTrueEnvironment(SectionFunction section)
+SectionFunction sectionInTrueEnvironment(SectionFunction section)
 {
     return section;
 }
