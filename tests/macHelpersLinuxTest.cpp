@@ -3,7 +3,7 @@
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
 #include "machelpers/privilegedToolLinux.h"
-#include "systeminfo/mac/platform/live/letterCase.h"
+#include "systeminfo/mac/platform/live/caseSensitivity.h"
 #include "tests/interruptions.h"
 #include "tests/propertyListCases.h"
 
@@ -460,10 +460,10 @@ private slots:
         }
     }
 
-    void letterCase()
+    void caseSensitivity()
     {
         const auto letters = [](const char* type, const char* options) {
-            const LetterCase found = letterCaseOfFileSystem(type, options);
+            const CaseSensitivity found = caseSensitivityOfFileSystem(type, options);
             return QByteArray(found.isSensitive ? "aA" : "a") + (found.isPreserving ? " kept" : "");
         };
         QCOMPARE(letters("ext4", "rw,casefold"), QByteArray("aA kept"));
@@ -477,17 +477,17 @@ private slots:
     {
         casefolded = QFileInfo(folder_.path()).canonicalFilePath();
         write(path("file"), "");
-        const auto folder = letterCaseOf(QFile::encodeName(casefolded));
-        const auto file = letterCaseOf(path("file"));
+        const auto folder = caseSensitivityOf(QFile::encodeName(casefolded));
+        const auto file = caseSensitivityOf(path("file"));
         casefolded.clear();
         QVERIFY(folder && !folder->isSensitive && folder->isPreserving);
         QVERIFY(file && !file->isSensitive && file->isPreserving);
-        QVERIFY(letterCaseOf("/proc")->isSensitive);
+        QVERIFY(caseSensitivityOf("/proc")->isSensitive);
     }
 
     void executablesVolume()
     {
-        if (!letterCaseOf(QCoreApplication::applicationFilePath().toUtf8())) {
+        if (!caseSensitivityOf(QCoreApplication::applicationFilePath().toUtf8())) {
             QSKIP("the program's mount is not to be seen from here");
         }
         // Whether the file is also found by its name in capitals shows how the file system treats letter case.
@@ -495,11 +495,11 @@ private slots:
         const QFileInfo other(QFileInfo(program).path() + QLatin1Char('/') +
                               QFileInfo(program).fileName().toUpper());
         QCOMPARE(checkVolumeCaseSensitiveForAppExecutableURL(), !other.exists());
-        QVERIFY(!letterCaseOf("/nonexistent"));
-        QVERIFY(letterCaseOf("/proc/self/exe")->isPreserving);
+        QVERIFY(!caseSensitivityOf("/nonexistent"));
+        QVERIFY(caseSensitivityOf("/proc/self/exe")->isPreserving);
         QVERIFY(QFile::copy(program, folder_.filePath("replaced")));
         QCOMPARE(QProcess::execute(folder_.filePath("replaced"), {}),
-                 letterCaseOf(QFile::encodeName(folder_.path()))->isSensitive ? 0 : 1);
+                 caseSensitivityOf(QFile::encodeName(folder_.path()))->isSensitive ? 0 : 1);
     }
 
     void applicationBundle()

@@ -19,7 +19,9 @@
 ///
 /// On hosts without macOS's interfaces the same functions answer from this host, or from the recording of a Mac (see
 /// norvexPlatform.h). On Linux the first call of bonjourVersion() that finds a system bus leaves a thread of Qt's
-/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one.
+/// D-Bus module behind ("QDBusConnection"), which stays until the process ends; no other section leaves one. The first
+/// question about a file, folder or file system leaves a descriptor of the kernel's mount table open, which tells when
+/// mounts change; if somebody closes it, the next question opens one again.
 
 #include "../norvexExport.h"
 
@@ -216,11 +218,11 @@ NORVEX_SYSTEMINFO_EXPORT int ioKitGetSerialBsdDevicesIterator(unsigned int* iter
 /// @name Volumes
 /// @{
 
-/// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type, letter case,
-/// block and file-node counts, and sizes. When `statfs` fails, only the path stands. A count of all ones prints as "-"
-/// or has no size line. On Linux the volumes are the mounted file systems that hold user data, each under its mount
-/// point. A file system that does not answer counts as a failure there, see getFileSystemInfo(); all that do not answer
-/// take 2 seconds together.
+/// The volumes: the entries of /Volumes by name, ignoring case, each with mount point and source, type, case
+/// sensitivity, block and file-node counts, and sizes. When `statfs` fails, only the path stands. A count of all ones
+/// prints as "-" or has no size line. On Linux the volumes are the mounted file systems that hold user data, each under
+/// its mount point. A file system that does not answer counts as a failure there, see getFileSystemInfo(); all that do
+/// not answer take 2 seconds together.
 NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 
 /// Asks `statfs` about the file system that holds a path.
@@ -234,7 +236,7 @@ NORVEX_SYSTEMINFO_EXPORT QString listFileSystemVolumesInfo();
 /// `SIGCHLD` notices it. On macOS nothing limits the time.
 NORVEX_SYSTEMINFO_EXPORT bool getFileSystemInfo(const QString& path, FileSystemRecord* info);
 
-/// How the file system that holds a path treats letter case.
+/// The case sensitivity of the file system that holds a path.
 /// @param path in any form that the file system takes
 /// @return 1 case sensitive (also if the file system does not know the query), 2 case preserving but not sensitive,
 ///        0 neither, -1 on failure

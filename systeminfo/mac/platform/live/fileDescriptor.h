@@ -31,6 +31,8 @@ public:
 
     /// The descriptor, or -1. It stays this object's.
     int get() const { return number_; }
+    /// Gives up the descriptor without closing it.
+    void release() { number_ = -1; }
     explicit operator bool() const { return number_ != -1; }
 
 private:
