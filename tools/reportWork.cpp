@@ -11,6 +11,7 @@
 #include "tools/reportForms.h"
 #include "tools/sections.h"
 #include "tools/selection.h"
+#include "tools/silentFolders.h"
 #include "tools/summary.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -98,7 +99,7 @@ int ReportWork::run(const Output& output)
         }
         if (options_.asksMachine()) {
             // Of this machine, what is left out is not asked for. This names its user, and is there without waiting.
-            redactor_.collect(CReport::fromText(SystemInfo::qtSystemEnvironment()));
+            redactor_.collect(CReport::fromText(sectionInTrueEnvironment(SystemInfo::qtSystemEnvironment)()));
         }
     }
     if (options_.action == Action::Compare) {
@@ -157,8 +158,16 @@ bool ReportWork::startMachine()
     if (!chooseMachine(options_, errorMessage_)) {
         return false;
     }
-    if (std::any_of(sections.begin(), sections.end(),
-                    [](const SectionInfo& section) { return section.text == printerSection; })) {
+    const bool asksPrinters = std::any_of(sections.begin(), sections.end(), [](const SectionInfo& section) {
+        return section.text == printerSection;
+    });
+    const bool usesGui = std::any_of(sections.begin(), sections.end(), [](const SectionInfo& section) {
+        return section.application >= SystemInfo::SectionApplication::Gui;
+    });
+    if (!sections.isEmpty() && !avoidSilentFolders(asksPrinters || usesGui, errorMessage_)) {
+        return false;
+    }
+    if (asksPrinters) {
         startToAskForPrinters();
     }
     application_ = std::make_unique<Application>(sections, programName_);
