@@ -558,6 +558,17 @@ private slots:
         QVERIFY(selected(older).contains(QStringLiteral("10.10.3")));
 
         QTemporaryDir folder;
+        QFile headings(folder.filePath(QStringLiteral("headings.txt")));
+        QVERIFY(headings.open(QIODevice::WriteOnly) &&
+                headings.write(QByteArray("QLocale\n").repeated(200002)) > 0);
+        headings.close();
+        window.openFile(headings.fileName());
+        window.compareWith(older);
+        QTRY_COMPARE_WITH_TIMEOUT(
+            window.currentTab()->findChild<QLabel*>(QStringLiteral("messageText"))->text(),
+            QStringLiteral("One of the reports has too many sections."), mostMs);
+        window.tabs()->setCurrentWidget(newer);
+
         const QString name = folder.filePath(QStringLiteral("a.pdf"));
         window.exportPdf(name);
         QTRY_VERIFY(QFileInfo(name).size() > 1000);

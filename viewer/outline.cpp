@@ -67,6 +67,7 @@ private:
     QVector<quint16> marks_;
     bool hasHalf_ = false;
     bool isComplete_ = true;
+    bool hasTooManyNodes_ = false;
 };
 
 int OutlineBuilder::lineOf(int offset) const
@@ -192,8 +193,8 @@ Outline OutlineBuilder::build()
     marks_.fill(plainMark, lines_.count());
     const int size = std::max(lines_.text().size(), 1);
     report_.visit([this, size](const CReportItem& item) {
-        if (!goesOn_(static_cast<int>(100LL * place_ / size)) ||
-            levels_[0].size() + levels_[1].size() + levels_[2].size() > mostNodes) {
+        hasTooManyNodes_ = levels_[0].size() + levels_[1].size() + levels_[2].size() > mostNodes;
+        if (hasTooManyNodes_ || !goesOn_(static_cast<int>(100LL * place_ / size))) {
             isComplete_ = false;
             return false;
         }
@@ -210,6 +211,7 @@ Outline OutlineBuilder::flattened()
     outline.topCount_ = levels_[0].size();
     outline.marks_ = marks_;
     outline.isComplete_ = isComplete_;
+    outline.hasTooManyNodes_ = hasTooManyNodes_;
     int parents = 0;
     for (QVector<Node>& level : levels_) {
         const int begin = outline.nodes_.size();

@@ -50,6 +50,8 @@ public:
     /// Whether everything is in it. A section of millions of characters has no blocks and labels here, because these
     /// would take many times its memory.
     bool isComplete() const { return isComplete_; }
+    /// Whether there are more sections and blocks than it has.
+    bool hasTooManyNodes() const { return hasTooManyNodes_; }
 
     /// The nodes: those of the top first, and children of one node together.
     const QVector<Node>& nodes() const { return nodes_; }
@@ -69,6 +71,7 @@ private:
     QVector<quint16> marks_; // of each line: where the label ends, or its kind
     int topCount_ = 0;
     bool isComplete_ = true;
+    bool hasTooManyNodes_ = false;
 };
 
 } // namespace norvex::Viewer

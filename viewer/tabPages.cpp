@@ -152,6 +152,11 @@ void ReportTab::startComparison()
         return; // a report is read, and changes when that is done
     }
     isComparisonOld_ = false;
+    if (older->original().outline->hasTooManyNodes() || newer->original().outline->hasTooManyNodes()) {
+        // It would take many times the memory of the texts, and nobody reads what comes of it.
+        comparison_->showMessage(tr("Not compared"), tr("One of the reports has too many sections."));
+        return;
+    }
     comparison_->compare(older->original().report, older->title(), newer->original().report, newer->title(),
                          showsRedacted_);
 }

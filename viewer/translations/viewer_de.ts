@@ -1103,6 +1103,10 @@ Version %1</translation>
         <source>Private data is not replaced. Nothing is shown.</source>
         <translation>Private Daten sind nicht ersetzt. Nichts wird gezeigt.</translation>
     </message>
+    <message>
+        <source>One of the reports has too many sections.</source>
+        <translation>Einer der Berichte hat zu viele Abschnitte.</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::ReportTextView</name>
