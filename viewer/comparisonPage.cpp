@@ -13,7 +13,6 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -216,7 +215,7 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
             }
             emit shown();
         });
-    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+    afterPatience(job_, [this] { showWaiting(); });
 }
 
 std::function<QString(const JobControl&)> ComparisonPage::textMaker(bool isRedacted) const

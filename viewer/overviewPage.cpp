@@ -7,7 +7,6 @@
 #include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -61,7 +60,7 @@ void OverviewPage::setReport(const CReport& report)
             }
             emit shown();
         });
-    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+    afterPatience(job_, [this] { showWaiting(); });
 }
 
 void OverviewPage::showWaiting()

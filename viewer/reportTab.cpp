@@ -16,7 +16,6 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyle>
-#include <QTimer>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -160,7 +159,7 @@ QWidget* ReportTab::makeLoadingPage()
     auto* const page = new QStackedWidget;
     page->addWidget(new QWidget);
     page->addWidget(centred({label, progress_, cancel}));
-    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
+    afterPatience(page, [page] { page->setCurrentIndex(1); });
     return page;
 }
 

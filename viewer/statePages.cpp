@@ -3,9 +3,18 @@
 #include <QCoreApplication>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace norvex::Viewer {
+
+void afterPatience(QObject* context, const std::function<void()>& show)
+{
+    auto* const timer = new QTimer(context);
+    timer->setSingleShot(true);
+    QObject::connect(timer, &QTimer::timeout, context, show);
+    timer->start(patienceMs);
+}
 
 QLabel* wrappedLabel(const QString& text)
 {

@@ -3,12 +3,17 @@
 #include <QLabel>
 #include <QVector>
 
+#include <functional>
+
 class QProgressBar;
 
 namespace norvex::Viewer {
 
 /// A shorter wait needs no picture of waiting.
 const int patienceMs = 250;
+
+/// Calls back when somebody has waited so long that a picture of it helps, unless `context` is deleted before.
+void afterPatience(QObject* context, const std::function<void()>& show);
 
 /// A label of plain text in as many lines as it needs.
 QLabel* wrappedLabel(const QString& text = QString());
