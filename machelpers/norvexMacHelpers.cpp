@@ -236,8 +236,8 @@ bool checkIfProcessWithIdIsRunning(unsigned int processId)
 {
     return guarded(false, [processId] {
         ApplicationServices& services = applicationServices();
-        const bool canBeSomebodys = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
-        if (!isSystemRecentEnough(services) || !canBeSomebodys) {
+        const bool isPossible = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
+        if (!isSystemRecentEnough(services) || !isPossible) {
             return false;
         }
         const AutoreleasePool pool(services);

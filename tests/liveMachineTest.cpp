@@ -249,7 +249,7 @@ void LiveMachineTest::agreesWithTools()
         QCOMPARE(line.simplified(), record->f_mntfromname + QByteArray(" ") + record->f_fstypename + ' ' +
                                         QByteArray::number(quint64(record->f_blocks * record->f_bsize)));
     }
-    // A file system that is no volume answers as well, for any path on it.
+    // A path on a file system that is no volume gets an answer, too.
     const auto processes = liveMachine()->statfs("/proc/self/status");
     QCOMPARE(QByteArray(processes->f_mntonname), QByteArray("/proc"));
     QVERIFY(processes->f_files == UINT64_MAX && processes->f_ffree == UINT64_MAX); // it counts none

@@ -113,7 +113,7 @@ void LiveServicesTest::initTestCase()
                {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
                 QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
     QVERIFY2(bus_.waitForReadyRead(), "dbus-daemon does not run");
-    // Addresses of other kinds and of nobody come first.
+    // In front of it stand an address of another kind and one that nobody listens at.
     address_ = QString::fromUtf8(bus_.readLine().trimmed());
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "tcp:host=x;unix:path=/no/such%20bus;" + address_.toUtf8());
 }
@@ -179,7 +179,7 @@ void LiveServicesTest::stoppedBus()
 
 void LiveServicesTest::silentSocket()
 {
-    // Nobody accepts, and there is room for one who waits: the second connection finds none.
+    // Nobody accepts connections, and the backlog has room for one: the first waits, the second is refused.
     const QByteArray path = folder_.filePath(QStringLiteral("silent")).toUtf8();
     sockaddr_un name = {};
     name.sun_family = AF_UNIX;

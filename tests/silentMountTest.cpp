@@ -62,7 +62,7 @@ private:
         alignas(fuse_in_header) char request[1 << 17];
         while (!isOver_) {
             pollfd news = {device_, POLLIN, 0};
-            // A request that arrives later than a change of the behaviour meets the new one.
+            // Waits only briefly, so that a change of the behaviour soon holds for the next request.
             if (poll(&news, 1, 10) != 1 || behaviour == ReadsNothing) {
                 usleep(1000);
             } else if (read(device_, request, sizeof request) > 0) {
@@ -113,7 +113,8 @@ private:
     std::thread server_;
 };
 
-/// Whether this process has mounts of its own now: nobody else meets the tests', and they end with it.
+/// Gives this process a mount namespace of its own: nobody else sees the tests' mounts, and they end with the process.
+/// @return whether it has one now
 bool separateMounts()
 {
     const auto write = [](const char* path, const QByteArray& text) {
@@ -201,7 +202,7 @@ void SilentMountTest::report()
                              "  Mount to:         " + QFile::encodeName(path("c"));
     QVERIFY2(text.contains(lines) && text.contains("\n  Blocks total:     1000\n"), text.constData());
     QVERIFY2(root.contains("Mount to: ") && text.contains("/\n" + root + '\n'), text.constData());
-    // Where a request can be taken back, nothing waits any longer than the tool.
+    // A request that the program has not read can be withdrawn: no process waits for it after the tool has ended.
     bool isFree = behaviour == AnswersNothing;
     const auto unmount = [&] {
         return isFree = isFree || umount2(QFile::encodeName(path("a")).constData(), 0) == 0;
@@ -264,7 +265,7 @@ void SilentMountTest::paths()
     const QList<bool> all = {true, true, true, true, true, true, true};
     QCOMPARE(answering(), all);
 
-    // All of it waits only once, and leaves nothing when it has been answered.
+    // All calls together wait once, and nothing is left open after the answers.
     const auto descriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
     const auto descriptorsBefore = descriptors();
     mount.behaviour = ReadsNothing;
@@ -290,7 +291,7 @@ void SilentMountTest::links_data()
     QTest::newRow("program") << QStringLiteral("program");
 }
 
-/// What a local folder has of an application may lead out of it.
+/// Files in a local folder of applications may be links to a silent file system.
 void SilentMountTest::links()
 {
     QFETCH(QString, link);

@@ -105,7 +105,7 @@ bool isSharedFolderType(const QByteArray& type)
 
 bool isServedType(const QByteArray& type)
 {
-    // The program's own type may follow.
+    // The type of the program's file system may follow behind a dot.
     return type == "fuse" || type == "fuseblk" || type.startsWith("fuse.") || type.startsWith("fuseblk.") ||
            isNetworkType(type) || isSharedFolderType(type) || type == "autofs";
 }
@@ -116,7 +116,7 @@ MountTable::MountTable(const std::vector<Mount>& mounts)
     for (const Mount& mount : mounts) {
         ids.insert(mount.id);
     }
-    // What the process sees first hangs on a mount that it does not see.
+    // The first mount has a parent that the process does not see.
     for (const Mount& mount : mounts) {
         const bool isInside = mount.parent != mount.id && ids.contains(mount.parent);
         mountedOn_.insert({isInside ? mount.parent : outside, mount.point}, mount.id);
