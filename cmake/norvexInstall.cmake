@@ -93,26 +93,5 @@ if(TARGET norvex-systeminfo)
 endif()
 
 if(TARGET norvex-systeminfo-viewer)
-  install(TARGETS norvex-systeminfo-viewer
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT norvexViewer
-    BUNDLE DESTINATION Applications COMPONENT norvexViewer)
-endif()
-if(TARGET norvex-systeminfo-viewer AND NOT APPLE)
-  norvex_gzip(norvex_viewer_man_page ${PROJECT_SOURCE_DIR}/docs/norvex-systeminfo-viewer.1 norvex-systeminfo-viewer.1)
-  install(FILES ${norvex_viewer_man_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT norvexViewer)
-  set(norvex_viewer_id invalid.norvex.SystemInfoViewer)
-  install(FILES ${PROJECT_SOURCE_DIR}/viewer/${norvex_viewer_id}.desktop
-    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/applications COMPONENT norvexViewer)
-  norvex_release_date(norvex_release_date)
-  configure_file(${PROJECT_SOURCE_DIR}/viewer/${norvex_viewer_id}.metainfo.xml.in
-    ${PROJECT_BINARY_DIR}/${norvex_viewer_id}.metainfo.xml @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/${norvex_viewer_id}.metainfo.xml
-    DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/metainfo COMPONENT norvexViewer)
-  set(icons ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor)
-  install(FILES ${PROJECT_SOURCE_DIR}/viewer/icons/${norvex_viewer_id}.svg
-    DESTINATION ${icons}/scalable/apps COMPONENT norvexViewer)
-  foreach(size IN ITEMS 16 32 48 64 128 256 512)
-    install(FILES ${PROJECT_SOURCE_DIR}/viewer/icons/${size}.png RENAME ${norvex_viewer_id}.png
-      DESTINATION ${icons}/${size}x${size}/apps COMPONENT norvexViewer)
-  endforeach()
+  add_subdirectory(viewer/install)
 endif()

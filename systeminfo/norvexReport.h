@@ -33,6 +33,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <functional>
+
 QT_FORWARD_DECLARE_CLASS(QJsonDocument)
 
 namespace norvex {
@@ -281,6 +283,10 @@ public:
     /// class and of its parts hold an object for each item; they are made anew at each call.
     QVector<CReportItem> content() const;
 
+    /// Gives `act` what content() lists, one after the other, until it returns false. This takes little memory, also
+    /// for a report of millions of items.
+    void visit(const std::function<bool(const CReportItem&)>& act) const;
+
     /// The sections alone.
     QVector<CReportSection> sections() const;
 
@@ -322,6 +328,10 @@ public:
     ///        stands for one that knows this report alone.
     /// @return the report; a null one for a null report
     CReport redacted(CRedactor* redactor = nullptr) const;
+    /// The same for a long report, with progress.
+    /// @param goesOn is called with the percent that are done, in ascending order. When it returns false, the result
+    ///        is a null report, and the redactor keeps what it has learnt.
+    CReport redacted(CRedactor* redactor, const std::function<bool(int percent)>& goesOn) const;
 
 private:
     friend class CRedactor;

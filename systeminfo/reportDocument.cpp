@@ -25,7 +25,10 @@ public:
     {
         return CReportItem(new CReportItemPrivate(data));
     }
-    static QVector<CReportItem> items(const CReportItemPrivate& parent);
+
+    /// Gives `act` what stands in a section or block, one after the other, until it returns false.
+    template <typename Act>
+    static void visit(const CReportItemPrivate& parent, const Act& act);
 };
 
 namespace {
@@ -108,20 +111,29 @@ QString SiblingNames::escape(const QString& name) const
     return escaped;
 }
 
+bool SiblingNames::isGivenAsNumber(const QString& escaped) const
+{
+    const int sign = escaped.lastIndexOf(QLatin1Char('#'));
+    const int number = escaped.mid(sign + 1).toInt();
+    return sign != -1 && number > 1 && number <= counts_.value(escaped.left(sign)) &&
+           escaped.midRef(sign + 1) == QString::number(number);
+}
+
 QString SiblingNames::add(const QString& name)
 {
+    // A name with a number is not kept: neighbours with one name may be millions.
     QString escaped = escape(name);
-    int number = ++counts_[escaped];
-    if (number == 1) {
+    int number = counts_.value(escaped);
+    if (number == 0 && !isGivenAsNumber(escaped)) {
+        counts_.insert(escaped, 1);
         return escaped;
     }
-    // The name of another one may look like this one's number.
-    QString numbered = escaped + QLatin1Char('#') + QString::number(number);
-    while (counts_.contains(numbered)) {
+    number = qMax(number, 1);
+    QString numbered;
+    do {
         numbered = escaped + QLatin1Char('#') + QString::number(++number);
-    }
-    counts_[escaped] = number;
-    counts_[numbered] = 1;
+    } while (counts_.contains(numbered)); // the name of another one may look like this one's number
+    counts_.insert(escaped, number);
     return numbered;
 }
 
@@ -132,9 +144,12 @@ Container CReportItemPrivate::container() const
     return type == CReportItem::Section ? contentOf(text, part, end) : contentOf(piece, *format);
 }
 
-QVector<CReportItem> CReportItemPrivate::items(const CReportItemPrivate& parent)
+template <typename Act>
+void CReportItemPrivate::visit(const CReportItemPrivate& parent, const Act& act)
 {
-    QVector<CReportItem> items;
+    if (parent.type != CReportItem::Section && parent.type != CReportItem::Block) {
+        return;
+    }
     SiblingNames blocks(SiblingNames::InBrackets);
     SiblingNames entries(SiblingNames::Elsewhere);
     CReportItemPrivate data;
@@ -151,9 +166,10 @@ QVector<CReportItem> CReportItemPrivate::items(const CReportItemPrivate& parent)
         } else if (data.type == CReportItem::Entry) {
             data.path = entryPath(parent.path, entries.add(labelOf(data.text, data.piece.entry)));
         }
-        items.append(item(data));
+        if (!act(item(data))) {
+            return;
+        }
     }
-    return items;
 }
 
 CReportItem::CReportItem() : d(new CReportItemPrivate) {}
@@ -210,20 +226,25 @@ CReportEntry CReportItem::toEntry() const
 
 QVector<CReportItem> CReportItem::children() const
 {
-    const bool hasChildren = type() == Section || type() == Block;
-    return hasChildren ? CReportItemPrivate::items(*d) : QVector<CReportItem>();
+    QVector<CReportItem> items;
+    CReportItemPrivate::visit(*d, [&items](const CReportItem& item) {
+        items.append(item);
+        return true;
+    });
+    return items;
 }
 
 CReportEntry CReportItem::childEntry(const QString& label) const
 {
-    const QVector<CReportItem> items = children();
-    for (const CReportItem& item : items) {
-        CReportEntry entry = item.toEntry();
+    CReportEntry found;
+    CReportItemPrivate::visit(*d, [&found, &label](const CReportItem& item) {
+        const CReportEntry entry = item.toEntry();
         if (!entry.isNull() && entry.label() == label) {
-            return entry;
+            found = entry;
         }
-    }
-    return CReportEntry();
+        return found.isNull();
+    });
+    return found;
 }
 
 QString CReportEntry::label() const
@@ -323,13 +344,15 @@ QVector<CReportBlock> CReportSection::blocks() const
 
 CReportBlock CReportSection::block(const QString& name) const
 {
-    const QVector<CReportBlock> all = blocks();
-    for (const CReportBlock& block : all) {
-        if (block.name() == name) {
-            return block;
+    CReportBlock found;
+    CReportItemPrivate::visit(*d, [&found, &name](const CReportItem& item) {
+        const CReportBlock block = item.toBlock();
+        if (!block.isNull() && block.name() == name) {
+            found = block;
         }
-    }
-    return CReportBlock();
+        return found.isNull();
+    });
+    return found;
 }
 
 CReport::CReport() = default;
@@ -357,9 +380,8 @@ bool CReport::isNull() const
     return !d.constData();
 }
 
-QVector<CReportItem> CReport::content() const
+void CReport::visit(const std::function<bool(const CReportItem&)>& act) const
 {
-    QVector<CReportItem> items;
     SiblingNames names(SiblingNames::Elsewhere);
     for (int part = 0; !isNull() && part < d->parts.size(); ++part) {
         CReportItemPrivate data;
@@ -372,50 +394,65 @@ QVector<CReportItem> CReport::content() const
             data.format = data.part.format();
             data.path = names.add(sectionName(data.text, data.part, data.end));
         }
-        items.append(CReportItemPrivate::item(data));
+        if (!act(CReportItemPrivate::item(data))) {
+            return;
+        }
     }
+}
+
+QVector<CReportItem> CReport::content() const
+{
+    QVector<CReportItem> items;
+    visit([&items](const CReportItem& item) {
+        items.append(item);
+        return true;
+    });
     return items;
 }
 
 QVector<CReportSection> CReport::sections() const
 {
     QVector<CReportSection> sections;
-    const QVector<CReportItem> items = content();
-    for (const CReportItem& item : items) {
+    visit([&sections](const CReportItem& item) {
         if (item.type() == CReportItem::Section) {
             sections.append(item.toSection());
         }
-    }
+        return true;
+    });
     return sections;
 }
 
 CReportSection CReport::section(const QString& name) const
 {
-    const QVector<CReportSection> all = sections();
-    for (const CReportSection& section : all) {
-        if (section.name() == name) {
-            return section;
+    CReportSection found;
+    visit([&found, &name](const CReportItem& item) {
+        const CReportSection section = item.toSection();
+        if (!section.isNull() && section.name() == name) {
+            found = section;
         }
-    }
-    return CReportSection();
+        return found.isNull();
+    });
+    return found;
 }
 
 CReportItem CReport::item(const QString& path) const
 {
     const QString wanted = canonicalPath(path);
-    QVector<CReportItem> items = content();
-    for (int i = 0; i < items.size();) {
-        const CReportItem item = items.at(i++);
-        if (item.path().isEmpty() || !leadsTo(wanted, item.path())) {
-            continue;
+    CReportItem found;
+    // The first item whose path leads there is the only one that can.
+    const auto leads = [&found, &wanted](const CReportItem& item) {
+        if (!item.path().isEmpty() && leadsTo(wanted, item.path())) {
+            found = item;
         }
-        if (item.path() == wanted) {
-            return item;
-        }
-        items = item.children();
-        i = 0;
+        return found.isNull();
+    };
+    visit(leads);
+    while (!found.isNull() && found.path() != wanted) {
+        const CReportItem container = found;
+        found = CReportItem();
+        CReportItemPrivate::visit(*container.d, leads);
     }
-    return CReportItem();
+    return found;
 }
 
 QString CReport::value(const QString& path) const

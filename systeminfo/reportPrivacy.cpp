@@ -1,6 +1,7 @@
 #include "systeminfo/reportPrivacy.h"
 
 #include <cstring>
+#include <string_view>
 
 namespace norvex::SystemInfo::Internal {
 
@@ -87,10 +88,12 @@ bool isLabel(const QString& text, const EntryPlace& entry, const char* label)
 }
 
 /// A version has the shape of an address: "1.2.3.4".
-bool isVersion(const QString& label)
+bool isVersion(const QByteArray& label)
 {
-    for (const char* word : {"version", "revision", "firmware", "build", "driver"}) {
-        if (label.contains(QLatin1String(word), Qt::CaseInsensitive)) {
+    const QByteArray lower = label.toLower();
+    const std::string_view letters(lower.constData(), static_cast<std::size_t>(lower.size()));
+    for (const std::string_view word : {"version", "revision", "firmware", "build", "driver"}) {
+        if (letters.find(word) != std::string_view::npos) {
             return true;
         }
     }
@@ -102,9 +105,10 @@ Kind kindByLabel(const QString& label)
     if (label.endsWith(QLatin1String("S/N"), Qt::CaseInsensitive)) {
         return Kind::Serial;
     }
-    const Kind kind = Privacy::privateKindOf(label.toUtf8());
+    const QByteArray key = label.toUtf8();
+    const Kind kind = Privacy::privateKindOf(key);
     if (kind == Kind::None) {
-        return isVersion(label) ? Kind::Model : Kind::None;
+        return isVersion(key) ? Kind::Model : Kind::None;
     }
     return kind == Kind::Constant || kind == Kind::Display ? Kind::Model : kind;
 }

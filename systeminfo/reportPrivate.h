@@ -50,6 +50,8 @@ public:
 
 private:
     QString escape(const QString& name) const;
+    /// Whether add() gave the name as another one's with a number.
+    bool isGivenAsNumber(const QString& escaped) const;
 
     const Escaped escaped_;
     QHash<QString, int> counts_;

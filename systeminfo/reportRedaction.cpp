@@ -3,6 +3,7 @@
 #include "systeminfo/reportPrivacy.h"
 #include "systeminfo/reportPrivate.h"
 
+#include <functional>
 #include <vector>
 
 namespace norvex::SystemInfo {
@@ -32,17 +33,49 @@ public:
     virtual void hide(int begin, int end) = 0;
 };
 
-class Walk
+/// Counts the percent of the texts that are walked through, each once, and asks whether to go on.
+class Progress
 {
 public:
-    Walk(const CReportPrivate& report, Stretches& stretches) : text_(report.text), stretches_(stretches)
+    using GoesOn = std::function<bool(int percent)>;
+
+    Progress(int texts, const GoesOn& goesOn) : texts_(texts), goesOn_(goesOn) {}
+
+    bool isEnded() const { return isEnded_; }
+    void nextText() { ++walked_; }
+    /// @param place in a text of that size, in ascending order
+    bool goesOn(int place, int size)
     {
-        for (int part = 0; part < report.parts.size(); ++part) {
-            takePart(report.parts.at(part), report.endOf(part));
+        const int percent = static_cast<int>((walked_ + 1.0 * place / qMax(size, 1)) * 100 / texts_);
+        if (percent != percent_) {
+            percent_ = percent;
+            isEnded_ = isEnded_ || !goesOn_(percent);
         }
+        return !isEnded_;
     }
 
 private:
+    const int texts_;
+    const GoesOn& goesOn_;
+    int walked_ = 0;
+    int percent_ = -1;
+    bool isEnded_ = false;
+};
+
+class Walk
+{
+public:
+    Walk(const CReportPrivate& report, Stretches& stretches, Progress& progress)
+        : text_(report.text), stretches_(stretches), progress_(progress)
+    {
+        for (int part = 0; part < report.parts.size() && goesOn(report.parts.at(part).begin); ++part) {
+            takePart(report.parts.at(part), report.endOf(part));
+        }
+        progress_.nextText();
+    }
+
+private:
+    bool goesOn(int place) { return progress_.goesOn(place, text_.size()); }
     void takePart(const Part& part, int end);
     void takePieces(const Container& container, const SectionPrivacy& privacy);
     void takeEntry(const Piece& piece, const Container& container, const SectionPrivacy& privacy);
@@ -55,6 +88,7 @@ private:
 
     const QString& text_;
     Stretches& stretches_;
+    Progress& progress_;
     bool isBluetooth_ = false; ///< whether this block says so
 };
 
@@ -76,7 +110,7 @@ void Walk::takePieces(const Container& container, const SectionPrivacy& privacy)
 {
     const bool isBlock = container.ownLines > 0;
     PieceReader reader(text_, container);
-    for (Piece piece; reader.next(piece);) {
+    for (Piece piece; reader.next(piece) && goesOn(piece.begin);) {
         if (piece.type == Piece::Block) {
             isBluetooth_ = SectionPrivacy::isBluetooth(text_, piece, *container.format);
             takePieces(contentOf(piece, *container.format), privacy);
@@ -318,6 +352,13 @@ QString settled(QString text, std::vector<Changed> changed, FixedForms& forms)
     return text;
 }
 
+void learn(const CReportPrivate& report, FixedForms& forms, Progress& progress)
+{
+    Learning learning(report.text, forms);
+    Walk(report, learning, progress);
+    forms.settle();
+}
+
 } // namespace
 
 CRedactor::CRedactor() : d(new CRedactorPrivate) {}
@@ -327,23 +368,30 @@ CRedactor::~CRedactor() = default;
 void CRedactor::collect(const CReport& report)
 {
     if (!report.isNull()) {
-        Learning learning(report.d->text, d->forms);
-        Walk(*report.d, learning);
-        d->forms.settle();
+        const Progress::GoesOn always = [](int) { return true; };
+        Progress progress(1, always);
+        learn(*report.d, d->forms, progress);
     }
 }
 
 CReport CReport::redacted(CRedactor* redactor) const
+{
+    return redacted(redactor, [](int) { return true; });
+}
+
+CReport CReport::redacted(CRedactor* redactor, const std::function<bool(int percent)>& goesOn) const
 {
     if (isNull()) {
         return CReport();
     }
     CRedactor own;
     CRedactor& used = redactor != nullptr ? *redactor : own;
-    used.collect(*this);
+    Progress progress(2, goesOn);
+    learn(*d, used.d->forms, progress);
     Replacing replacing(d->text, used.d->forms);
-    Walk(*d, replacing);
-    return fromText(settled(replacing.text(), replacing.changed(), used.d->forms));
+    Walk(*d, replacing, progress);
+    return progress.isEnded() ? CReport()
+                              : fromText(settled(replacing.text(), replacing.changed(), used.d->forms));
 }
 
 } // namespace norvex::SystemInfo

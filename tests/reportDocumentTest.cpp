@@ -160,6 +160,12 @@ void ReportDocumentTest::everySectionIsRecognised()
         found += section.name();
     }
     QCOMPARE(found, names);
+    QString visited;
+    CReport::fromText(all).visit([&](const CReportItem& item) {
+        visited += item.path() + ' ';
+        return item.path() != names.at(2);
+    });
+    QCOMPARE(visited, names.mid(0, 3).join(' ') + ' ');
 }
 
 void ReportDocumentTest::files_data()

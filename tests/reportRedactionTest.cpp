@@ -64,6 +64,7 @@ private slots:
     void everyCharacter();
     void longTexts_data();
     void longTexts();
+    void progress();
     void nullReport();
 };
 
@@ -283,6 +284,27 @@ void ReportRedactionTest::longTexts()
     timer.start();
     QCOMPARE(redacted(text).count('\n'), text.count('\n'));
     QVERIFY2(timer.elapsed() < 60000, "redacted in time");
+}
+
+/// Whoever waits hears how far it is, and may end it anywhere.
+void ReportRedactionTest::progress()
+{
+    const CReport report = CReport::fromText("Other\n" + QString("a: 10.1.2.3\n").repeated(1000));
+    QVector<int> percents;
+    const auto redactedUpTo = [&](int last) {
+        percents.clear();
+        return report.redacted(nullptr, [&percents, last](int percent) {
+            percents.append(percent);
+            return percent < last;
+        });
+    };
+    QCOMPARE(redactedUpTo(1000).text(), report.redacted().text());
+    QVERIFY(percents.size() > 50 && percents.first() == 0 && percents.last() >= 99);
+    QVERIFY(std::is_sorted(percents.begin(), percents.end()));
+    for (const int last : {0, 20, 70}) {
+        QVERIFY(redactedUpTo(last).isNull());
+        QCOMPARE(percents.last(), last);
+    }
 }
 
 void ReportRedactionTest::nullReport()

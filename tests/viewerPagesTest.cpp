@@ -535,6 +535,28 @@ private slots:
         QCOMPARE(window.currentTab(), older);
         QCOMPARE(selected(older), QStringLiteral("/Volumes/Transfer"));
 
+        window.tabs()->setCurrentWidget(newer);
+        const auto trigger = [&window](const char* name) {
+            window.findChild<QAction*>(QLatin1String(name))->trigger();
+        };
+        QClipboard& clipboard = *QApplication::clipboard();
+        trigger("copyDifferences");
+        QTRY_VERIFY(clipboard.text().contains(QStringLiteral(
+            "\n  MacOS version (changed)\n    - 10.10.3 (Yosemite)\n    + 10.10.5 (Yosemite)\n\nKernel")));
+        QVERIFY(clipboard.text().contains(QStringLiteral("    - /Volumes/Volume 2\n")));
+        QVERIFY(!clipboard.text().contains(QStringLiteral("Transfer")) &&
+                !clipboard.text().contains(QStringLiteral("laptop")));
+        trigger("shareWithoutPrivateData");
+        trigger("swapCompared");
+        QTRY_COMPARE(newer->comparison()->tree()->model()->headerData(2, Qt::Horizontal).toString(),
+                     QStringLiteral("laptopLater.txt"));
+        trigger("copyDifferences");
+        QTRY_VERIFY(clipboard.text().contains(QStringLiteral("    + /Volumes/Transfer\n")));
+        newer->comparison()->tree()->setFocus();
+        QTest::keyClick(newer->comparison()->tree(), Qt::Key_Return); // of the new report
+        QCOMPARE(window.currentTab(), older);
+        QVERIFY(selected(older).contains(QStringLiteral("10.10.3")));
+
         QTemporaryDir folder;
         const QString name = folder.filePath(QStringLiteral("a.pdf"));
         window.exportPdf(name);

@@ -1,13 +1,16 @@
 #include "viewer/document.h"
-#include "viewer/machineReport.h"
+#include "viewer/job.h"
 #include "viewer/mainWindow.h"
 #include "viewer/recordings.h"
 #include "viewer/reportTab.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 #include "viewer/textSearch.h"
 
 #include "systeminfo/norvexReport.h"
 #include "systeminfo/norvexSystemInfo.h"
+
+#include "tests/freezeWatch.h"
 
 #include <QtTest>
 #include <QtWidgets>
@@ -53,26 +56,6 @@ QStringList sectionNames(const QString& report)
     }
     return names;
 }
-
-/// How long the event loop was kept waiting at most.
-class FreezeWatch : public QObject
-{
-public:
-    FreezeWatch()
-    {
-        since_.start();
-        startTimer(5);
-    }
-
-    qint64 longest() const { return longest_; }
-
-protected:
-    void timerEvent(QTimerEvent* /*event*/) override { longest_ = std::max(longest_, since_.restart()); }
-
-private:
-    QElapsedTimer since_;
-    qint64 longest_ = 0;
-};
 
 #if defined(NDEBUG) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 const bool isOptimised = true;
@@ -245,6 +228,10 @@ private slots:
         tree.expand(network);
         const QModelIndex en0 = find(network, "en0");
         tree.scrollTo(en0);
+        QCOMPARE(qt.model()->index(0, 0, qt).data(Qt::ToolTipRole).toString(),
+                 QString("Date, time and bias of the time zone"));
+        QCOMPARE(find(qt, "System environment").data(Qt::ToolTipRole).toString(),
+                 QString("System environemnt (QProcess::systemEnvironment()):"));
         QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::NoModifier, tree.visualRect(en0).center());
         ReportTextView& view = *tab()->view();
         QCOMPARE(lineText(view.firstVisibleLine() + 1), QString("en0"));
@@ -397,9 +384,23 @@ private slots:
         trigger("copyAll");
         QVERIFY(child<QPushButton>("cancelWork")->isVisible());
         QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        trigger("shareWithoutPrivateData");
+        const QString pdf = folder_.filePath("cancelled.pdf");
+        window_->exportPdf(pdf);
+        QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
+        QVERIFY(waitForJobs(20000));
+        QVERIFY(!QFile::exists(pdf));
+        trigger("shareWithoutPrivateData");
         trigger("hidePrivateData");
         QVERIFY(child<QLabel>("hidden")->isVisible());
+        auto* const cancel = child<QPushButton>("cancelHiding");
+        QTest::mouseClick(cancel, Qt::LeftButton);
+        QTest::qWait(100);
         QVERIFY(!tab()->view()->isVisible() && tab()->shown().isNull());
+        QVERIFY(child<QLabel>("hidden")->text().contains("not replaced"));
+        QTest::mouseClick(cancel, Qt::LeftButton); // tries again
         QTRY_VERIFY_WITH_TIMEOUT(tab()->isShownRedacted(), 20000);
         QVERIFY(tab()->view()->isVisible());
         QVERIFY(!tab()->shown().lines->text().contains("C02XXXXXXXXX"));

@@ -50,6 +50,8 @@ void MainWindow::makePageActions(QMenu* menu)
                                   currentTab()->showPage(ReportTab::ComparisonPageNumber);
                                   currentTab()->comparison()->previousAction()->trigger();
                               });
+    swapSides_ = add(menu, tr("&Swap Compared Reports"), "swapCompared",
+                     {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_X)}, [this] { currentTab()->swapComparison(); });
     menu->addSeparator();
 }
 
@@ -61,8 +63,8 @@ void MainWindow::updatePageActions()
     for (QAction* const action : pageActions_) {
         action->setEnabled(hasReport);
     }
-    for (QAction* const action :
-         {pageActions_[ReportTab::ComparisonPageNumber], nextDifference_, previousDifference_}) {
+    for (QAction* const action : {pageActions_[ReportTab::ComparisonPageNumber], nextDifference_,
+                                  previousDifference_, swapSides_, copyDifferences_}) {
         action->setEnabled(hasComparison);
     }
     if (tab != nullptr) {
@@ -90,8 +92,7 @@ void MainWindow::chooseFileToCompare()
 {
     ReportTab* const newer = currentTab();
     const QString file =
-        QFileDialog::getOpenFileName(this, tr("Compare With an Older Report"), QString(),
-                                     tr("Reports (*.txt *.json *.plist *.log);;All files (*)"));
+        QFileDialog::getOpenFileName(this, tr("Compare With an Older Report"), QString(), reportFilter());
     if (file.isEmpty() || newer == nullptr) {
         return;
     }

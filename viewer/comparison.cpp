@@ -245,6 +245,79 @@ Comparison Comparison::of(const CReport& older, const CReport& newer, const JobC
     return ComparisonBuilder(older, newer, control).build();
 }
 
+Comparison Comparison::redacted(const CReport& older, const CReport& newer, const JobControl& control)
+{
+    CRedactor redactor;
+    redactor.collect(older);
+    redactor.collect(newer);
+    const auto goesOn = [&control](int) { return !control.isCancelled(); };
+    return of(older.redacted(&redactor, goesOn), newer.redacted(&redactor, goesOn), control);
+}
+
+QString Comparison::summary() const
+{
+    const struct
+    {
+        CReportDifference::Kind kind;
+        QString text;
+    } kinds[] = {
+        {CReportDifference::Changed, tr("%1 changed")},
+        {CReportDifference::Added, tr("%1 added")},
+        {CReportDifference::Removed, tr("%1 removed")},
+        {CReportDifference::Moved, tr("%1 moved")},
+    };
+    QStringList parts;
+    for (const auto& kind : kinds) {
+        if (count(kind.kind) > 0) {
+            parts += kind.text.arg(count(kind.kind));
+        }
+    }
+    if (expectedCount_ > 0) {
+        parts += tr("%1 expected to differ").arg(expectedCount_);
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+QString Comparison::text(const QString& oldTitle, const QString& newTitle) const
+{
+    QString text = tr("What differs between %1 and %2").arg(oldTitle, newTitle) + QStringLiteral(":\n");
+    text += (count() + expectedCount_ == 0 ? tr("nothing") : summary()) + QLatin1Char('\n');
+    for (const int node : top_) {
+        text += QLatin1Char('\n');
+        appendText(text, nodes_.at(node), QString());
+    }
+    return text;
+}
+
+void Comparison::appendText(QString& text, const Node& node, const QString& indent) const
+{
+    const bool isDifference = node.type == Node::Difference;
+    text += indent + node.name;
+    text +=
+        isDifference ? QStringLiteral(" (%1)\n").arg(kindText(node.difference.kind())) : QStringLiteral("\n");
+    if (isDifference) {
+        const struct
+        {
+            const char* sign;
+            QString value;
+        } sides[] = {{"  - ", node.difference.oldValue()}, {"  + ", node.difference.newValue()}};
+        for (const auto& side : sides) {
+            QString value = side.value;
+            while (value.endsWith(QLatin1Char('\n'))) {
+                value.chop(1);
+            }
+            const QStringList lines = value.isEmpty() ? QStringList() : value.split(QLatin1Char('\n'));
+            for (const QString& line : lines) {
+                text += indent + QLatin1String(side.sign) + line + QLatin1Char('\n');
+            }
+        }
+    } else if (node.type != Node::Expected) {
+        for (const int child : node.children) {
+            appendText(text, nodes_.at(child), indent + QStringLiteral("  "));
+        }
+    }
+}
+
 int Comparison::count() const
 {
     return std::accumulate(std::begin(counts_), std::end(counts_), 0);

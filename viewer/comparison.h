@@ -37,6 +37,9 @@ public:
     /// Compares; it takes time in proportion to the texts. Any thread.
     static Comparison of(const SystemInfo::CReport& older, const SystemInfo::CReport& newer,
                          const JobControl& control);
+    /// The same of the reports without private data. What one of them tells is private in both.
+    static Comparison redacted(const SystemInfo::CReport& older, const SystemInfo::CReport& newer,
+                               const JobControl& control);
 
     const QVector<Node>& nodes() const { return nodes_; }
     const QVector<int>& top() const { return top_; }
@@ -46,8 +49,15 @@ public:
     int count() const;
     int expectedCount() const { return expectedCount_; }
 
+    /// How many differences there are of each kind, in words; empty for none.
+    QString summary() const;
+    /// What differs, with whole values, but for what is expected to.
+    QString text(const QString& oldTitle, const QString& newTitle) const;
+
 private:
     friend class ComparisonBuilder;
+
+    void appendText(QString& text, const Node& node, const QString& indent) const;
 
     QVector<Node> nodes_;
     QVector<int> top_;

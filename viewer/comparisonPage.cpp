@@ -28,8 +28,6 @@ namespace {
 
 enum State { Waiting, Message, Result };
 
-/// A shorter wait needs no picture of waiting.
-const int patienceMs = 250;
 /// Longer values are cut: a QPlainTextEdit lays out all of a line.
 const int longestDetail = 20000;
 const char* const detailNames[] = {"oldValue", "newValue"};
@@ -53,8 +51,9 @@ ComparisonPage::ComparisonPage(QWidget* parent)
 void ComparisonPage::makeActions()
 {
     const auto make = [this](const QString& text, const QKeySequence& key, const char* name,
-                             Direction direction) {
+                             const QString& toolTip, Direction direction) {
         auto* const action = new QAction(text, this);
+        action->setToolTip(toolTip);
         action->setObjectName(QLatin1String(name));
         action->setShortcut(key);
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
@@ -63,16 +62,14 @@ void ComparisonPage::makeActions()
         addAction(action);
         return action;
     };
-    previous_ = make(tr("&Previous Difference"), keys(Qt::SHIFT, Qt::Key_F7), "previousDifference",
-                     Direction::Backward);
-    next_ = make(tr("&Next Difference"), QKeySequence(Qt::Key_F7), "nextDifference", Direction::Forward);
+    previous_ = make(tr("Previous"), keys(Qt::SHIFT, Qt::Key_F7), "previousDifference",
+                     tr("Previous difference (Shift+F7)"), Direction::Backward);
+    next_ = make(tr("Next"), QKeySequence(Qt::Key_F7), "nextDifference", tr("Next difference (F7)"),
+                 Direction::Forward);
 }
 
 QWidget* ComparisonPage::makeWaiting()
 {
-    auto* const progress = new QProgressBar;
-    progress->setRange(0, 0);
-    progress->setAccessibleName(tr("Progress"));
     auto* const cancel = new QPushButton(tr("&Cancel"));
     cancel->setObjectName(QStringLiteral("cancelComparison"));
     connect(cancel, &QPushButton::clicked, this, [this] {
@@ -80,16 +77,13 @@ QWidget* ComparisonPage::makeWaiting()
         showMessage(tr("Not compared"), tr("The comparison was cancelled."));
         emit cancelled();
     });
-    return centred({wrappedLabel(tr("Comparing the reports…")), progress, cancel});
+    return centred({wrappedLabel(tr("Comparing the reports…")), busyBar(), cancel});
 }
 
 QWidget* ComparisonPage::makeMessage()
 {
-    messageTitle_ = wrappedLabel();
+    messageTitle_ = boldLabel();
     messageTitle_->setObjectName(QStringLiteral("messageTitle"));
-    QFont font = messageTitle_->font();
-    font.setBold(true);
-    messageTitle_->setFont(font);
     messageText_ = wrappedLabel();
     messageText_->setObjectName(QStringLiteral("messageText"));
     showExpected_ = new QPushButton(tr("&Show Them"));
@@ -143,20 +137,27 @@ QWidget* ComparisonPage::makeBar()
     summary_ = wrappedLabel();
     summary_->setObjectName(QStringLiteral("summary"));
     layout->addWidget(summary_, 1);
-    const struct
-    {
-        QAction* action;
-        Qt::ArrowType arrow;
-    } steps[] = {{previous_, Qt::UpArrow}, {next_, Qt::DownArrow}};
-    for (const auto& step : steps) {
+    const auto add = [layout](const QString& text, const QString& toolTip, const QString& name) {
         auto* const button = new QToolButton;
-        button->setDefaultAction(step.action);
-        button->setArrowType(step.arrow);
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        button->setText(text);
+        button->setToolTip(toolTip);
+        button->setAccessibleName(name);
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::TabFocus);
         layout->addWidget(button);
-    }
+        return button;
+    };
+    QToolButton* const previous = add(QString(), QString(), tr("Previous difference"));
+    previous->setDefaultAction(previous_);
+    previous->setArrowType(Qt::UpArrow);
+    QToolButton* const next = add(QString(), QString(), tr("Next difference"));
+    next->setDefaultAction(next_);
+    next->setArrowType(Qt::DownArrow);
+    connect(add(tr("S&wap"), tr("Swap the compared reports (Ctrl+Shift+X)"), tr("Swap the compared reports")),
+            &QToolButton::clicked, this, &ComparisonPage::swapRequested);
+    connect(add(tr("C&opy"), tr("Copy the differences (Ctrl+Shift+D)"), tr("Copy the differences")),
+            &QToolButton::clicked, this, &ComparisonPage::copyRequested);
     return bar;
 }
 
@@ -194,22 +195,18 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
                              const QString& newTitle, bool isRedacted)
 {
     delete job_;
+    comparison_.reset();
+    reports_[0] = older;
+    reports_[1] = newer;
     titles_[0] = oldTitle;
     titles_[1] = newTitle;
+    isRedacted_ = isRedacted;
     const auto made = std::make_shared<Comparison>();
     job_ = new Job(
         this,
         [=](const JobControl& control) {
-            if (!isRedacted) {
-                *made = Comparison::of(older, newer, control);
-                return;
-            }
-            // What one report tells is private in both.
-            CRedactor redactor;
-            redactor.collect(older);
-            redactor.collect(newer);
-            const CReport redactedOlder = older.redacted(&redactor);
-            *made = Comparison::of(redactedOlder, newer.redacted(&redactor), control);
+            *made = isRedacted ? Comparison::redacted(older, newer, control)
+                               : Comparison::of(older, newer, control);
         },
         [this, made](bool isOutOfMemory) {
             if (isOutOfMemory) {
@@ -219,10 +216,23 @@ void ComparisonPage::compare(const CReport& older, const QString& oldTitle, cons
             }
             emit shown();
         });
-    auto* const patience = new QTimer(job_);
-    patience->setSingleShot(true);
-    connect(patience, &QTimer::timeout, this, &ComparisonPage::showWaiting);
-    patience->start(patienceMs);
+    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+}
+
+std::function<QString(const JobControl&)> ComparisonPage::textMaker(bool isRedacted) const
+{
+    if (comparison_ == nullptr) {
+        return nullptr;
+    }
+    const bool needsOther = isRedacted && !isRedacted_;
+    // A file may be called after a person.
+    const QString oldTitle = isRedacted ? tr("the old report") : titles_[0];
+    const QString newTitle = isRedacted ? tr("the new report") : titles_[1];
+    return
+        [=, comparison = comparison_, older = reports_[0], newer = reports_[1]](const JobControl& control) {
+            return needsOther ? Comparison::redacted(older, newer, control).text(oldTitle, newTitle)
+                              : comparison->text(oldTitle, newTitle);
+        };
 }
 
 void ComparisonPage::showWaiting()
@@ -262,9 +272,21 @@ void ComparisonPage::showComparison(const std::shared_ptr<Comparison>& compariso
     }
 }
 
+int ComparisonPage::widestKind() const
+{
+    int widest = fontMetrics()
+                     .boundingRect(model_->headerData(ComparisonModel::KindColumn, Qt::Horizontal).toString())
+                     .width();
+    for (const auto kind : {CReportDifference::Added, CReportDifference::Removed, CReportDifference::Changed,
+                            CReportDifference::Moved}) {
+        widest = qMax(widest, fontMetrics().boundingRect(kindText(kind)).width());
+    }
+    return widest;
+}
+
 void ComparisonPage::showTree()
 {
-    summary_->setText(summary());
+    summary_->setText(comparison_->summary());
     // One by one, thousands of branches take seconds.
     tree_->expandAll();
     const QModelIndex last = model_->index(model_->rowCount() - 1, 0);
@@ -273,38 +295,15 @@ void ComparisonPage::showTree()
     }
     const int unit = fontMetrics().averageCharWidth();
     tree_->setColumnWidth(ComparisonModel::NameColumn, unit * 40);
-    tree_->setColumnWidth(ComparisonModel::KindColumn, unit * 13);
-    tree_->setColumnWidth(ComparisonModel::OldColumn, qMax((width() - unit * 55) / 2, unit * 20));
+    tree_->setColumnWidth(ComparisonModel::KindColumn, widestKind() + unit * 2);
+    tree_->setColumnWidth(ComparisonModel::OldColumn,
+                          qMax((width() - unit * 42 - widestKind()) / 2, unit * 20));
     tree_->setCurrentIndex(QModelIndex());
     states_->setCurrentIndex(Result);
     showDetails();
     if (comparison_->count() > 0) {
         step(Direction::Forward);
     }
-}
-
-QString ComparisonPage::summary() const
-{
-    QStringList parts;
-    const struct
-    {
-        CReportDifference::Kind kind;
-        QString text;
-    } kinds[] = {
-        {CReportDifference::Changed, tr("%1 changed")},
-        {CReportDifference::Added, tr("%1 added")},
-        {CReportDifference::Removed, tr("%1 removed")},
-        {CReportDifference::Moved, tr("%1 moved")},
-    };
-    for (const auto& kind : kinds) {
-        if (comparison_->count(kind.kind) > 0) {
-            parts += kind.text.arg(comparison_->count(kind.kind));
-        }
-    }
-    if (comparison_->expectedCount() > 0) {
-        parts += tr("%1 expected to differ").arg(comparison_->expectedCount());
-    }
-    return parts.join(QStringLiteral(", "));
 }
 
 /// The row next to an index in the order of the tree, also where that is folded; a folded branch of what is expected is

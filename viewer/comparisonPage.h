@@ -6,6 +6,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 class QAction;
 class QLabel;
 class QPlainTextEdit;
@@ -38,8 +40,12 @@ public:
     /// Shows why there is nothing to compare.
     void showMessage(const QString& title, const QString& text);
 
+    /// What makes a text of the differences; null while there is no comparison. It takes time, and any thread.
+    /// @param isRedacted whether the text has placeholders for private data, and no titles
+    std::function<QString(const JobControl&)> textMaker(bool isRedacted) const;
+
     QTreeView* tree() const { return tree_; }
-    /// "Next difference" and "Previous difference", for menus.
+    /// Go to the next and to the previous difference.
     QAction* nextAction() const { return next_; }
     QAction* previousAction() const { return previous_; }
 
@@ -50,6 +56,10 @@ signals:
     void cancelled();
     /// The user asks for the lines of an item of one report, see CReport::item().
     void activated(Side side, const QString& path);
+    /// The user asks for the old report in the place of the new one.
+    void swapRequested();
+    /// The user asks for a copy of the differences.
+    void copyRequested();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -65,7 +75,7 @@ private:
     void makeActions();
     void showComparison(const std::shared_ptr<Comparison>& comparison);
     void showTree();
-    QString summary() const;
+    int widestKind() const;
     QModelIndex neighbour(const QModelIndex& index, Direction direction) const;
     QModelIndex difference(Direction direction) const;
     void step(Direction direction);
@@ -85,7 +95,9 @@ private:
     QLabel* detailTitles_[2] = {nullptr, nullptr};
     QPlainTextEdit* details_[2] = {nullptr, nullptr};
     QPointer<Job> job_;
-    std::shared_ptr<const Comparison> comparison_;
+    std::shared_ptr<const Comparison> comparison_; // null while there is none
+    SystemInfo::CReport reports_[2];
+    bool isRedacted_ = false;
     QString titles_[2];
 };
 

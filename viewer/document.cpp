@@ -18,15 +18,16 @@ namespace {
 /// nobody notices the time.
 const int shortText = 1 << 20;
 
-ShownReport shownReport(const CReport& report, const JobControl& control)
+ShownReport redactedReport(const CReport& report, const JobControl& control)
 {
     ShownReport shown;
-    shown.report = report;
-    shown.lines = std::make_shared<TextLines>(report.text());
-    shown.outline = std::make_shared<Outline>(Outline::of(report, *shown.lines, [&control](int percent) {
+    shown.report = report.redacted(nullptr, [&control](int percent) {
         control.setProgress(percent);
         return !control.isCancelled();
-    }));
+    });
+    shown.lines = std::make_shared<TextLines>(shown.report.text());
+    shown.outline = std::make_shared<Outline>(
+        Outline::of(shown.report, *shown.lines, [&control](int) { return !control.isCancelled(); }));
     return shown;
 }
 
@@ -245,21 +246,23 @@ void Document::makeRedacted(QObject* context, const std::function<void(bool)>& d
     }
 }
 
-void Document::stopWaitingForRedacted()
+void Document::cancelRedaction()
 {
     waiting_.clear();
+    delete redacting_;
 }
 
 void Document::startRedaction()
 {
     const auto redacted = std::make_shared<ShownReport>();
     const auto work = [redacted, report = original_.report](const JobControl& control) {
-        *redacted = shownReport(report.redacted(), control);
+        *redacted = redactedReport(report, control);
     };
     redacting_ = new Job(this, work, [this, redacted](bool isOutOfMemory) {
         redacting_.clear();
         takeRedacted(isOutOfMemory ? ShownReport() : *redacted);
     });
+    connect(redacting_, &Job::progressed, this, &Document::redactionProgressed);
 }
 
 void Document::takeRedacted(const ShownReport& redacted)

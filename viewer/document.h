@@ -74,8 +74,8 @@ public:
     /// @param context without it there is no call
     /// @param done its argument says whether there was enough memory. Without it, there will not be later, either.
     void makeRedacted(QObject* context, const std::function<void(bool isMade)>& done);
-    /// Forgets who waits for redacted().
-    void stopWaitingForRedacted();
+    /// Ends what makeRedacted() started; nobody is called back.
+    void cancelRedaction();
     bool isRedactionImpossible() const { return isRedactionImpossible_; }
 
     /// What the original says, whatever is shown.
@@ -96,6 +96,7 @@ signals:
     /// The original has another text now.
     void textChanged();
     void progressed(int percent);
+    void redactionProgressed(int percent);
 
 private:
     struct Analysis;

@@ -1,5 +1,7 @@
 #include "viewer/findBar.h"
 
+#include "viewer/statePages.h"
+
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -16,8 +18,6 @@ namespace {
 
 /// A longer text is no search.
 const int longestSought = 1000;
-/// A shorter wait needs no picture of waiting.
-const int patienceMs = 250;
 
 QToolButton* button(const QString& text, const QString& name)
 {

@@ -6,7 +6,6 @@
 #include "viewer/reportTextView.h"
 #include "viewer/textSearch.h"
 
-#include <QStatusBar>
 #include <QTabWidget>
 
 #include <algorithm>
@@ -16,7 +15,6 @@ namespace Viewer {
 
 namespace {
 
-const int messageMs = 6000;
 /// A longer selection is not what somebody wants to find.
 const int longestSelection = 100;
 
@@ -99,10 +97,8 @@ void MainWindow::searchEnded(ReportTab* tab, ReportTab::Direction direction)
             continue;
         }
         if (next == tab) {
-            statusBar()->showMessage(direction == ReportTab::Direction::Forward
-                                         ? tr("Continued from the top.")
-                                         : tr("Continued from the end."),
-                                     messageMs);
+            say(direction == ReportTab::Direction::Forward ? tr("Continued from the top.")
+                                                           : tr("Continued from the end."));
         }
         tabs_->setCurrentIndex(index);
         const int end = next->shown().lines->text().size();

@@ -1,6 +1,7 @@
 #include "viewer/identificationPanel.h"
 
 #include "viewer/document.h"
+#include "viewer/statePages.h"
 
 #include <QCheckBox>
 #include <QFontDatabase>
@@ -27,18 +28,10 @@ QLabel* valueLabel(const char* name)
     return label;
 }
 
-QLabel* wrappedLabel(const QString& text)
-{
-    auto* const label = new QLabel(text);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
 } // namespace
 
 IdentificationPanel::IdentificationPanel(QWidget* parent)
-    : QWidget(parent), message_(wrappedLabel(QString())), addresses_(valueLabel("macAddresses")),
+    : QWidget(parent), message_(wrappedLabel()), addresses_(valueLabel("macAddresses")),
       processors_(valueLabel("processors")), revision_(valueLabel("revision")), values_(new QWidget),
       skipsBraced_(new QCheckBox(tr("Skip interfaces with names in &braces")))
 {
@@ -47,10 +40,7 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
     values->setContentsMargins(0, 0, 0, 0);
     values->setSpacing(2);
     const auto addValue = [values](const QString& name, QLabel* value) {
-        auto* const label = new QLabel(name);
-        QFont font = label->font();
-        font.setBold(true);
-        label->setFont(font);
+        QLabel* const label = boldLabel(name);
         label->setBuddy(value);
         value->setAccessibleName(name);
         values->addWidget(label);

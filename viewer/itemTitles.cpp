@@ -1,6 +1,6 @@
 #include "viewer/itemTitles.h"
 
-#include "systeminfo/norvexSystemInfo.h"
+#include <QCoreApplication>
 
 namespace norvex::Viewer {
 
@@ -32,25 +32,61 @@ QString withoutOrnaments(const QString& line)
     return line.mid(begin, end - begin);
 }
 
-/// A heading without where the section comes from, which stands behind it in parentheses.
-QString withoutSource(const QString& heading)
+/// What people read in the place of a section's name, close to its heading. Translators: the tooltip shows the heading.
+const struct
 {
-    const int parenthesis = heading.indexOf(QLatin1String(" ("));
-    return parenthesis > 0 && heading.endsWith(QLatin1Char(')')) ? heading.left(parenthesis) : heading;
-}
-
-/// Sections without a heading have their subject in the table.
-QString subjectOf(const QString& section)
-{
-    for (const SectionInfo& info : sections()) {
-        if (section == QLatin1String(info.name)) {
-            QString subject = QString::fromLatin1(info.description).section(QLatin1Char(':'), 0, 0);
-            subject[0] = subject.at(0).toUpper();
-            return subject;
-        }
-    }
-    return section;
-}
+    const char* section;
+    const char* title;
+} sectionTitles[] = {
+    {"osVersion", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Version and name of the system")},
+    {"kernelInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Kernel information")},
+    {"macModel", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Model identifier")},
+    {"architecture",
+     QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Architecture of the machine and of this build")},
+    {"cpuInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Processor")},
+    {"memoryInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Memory sizes")},
+    {"ioKitSataDiskDevices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "AHCI disk")},
+    {"ioKitSerialAtapiDevices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "AHCI Serial ATAPI")},
+    {"ioKitNVMExpressDevices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "NVMEXpress devices")},
+    {"listFileSystemVolumesInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Volumes")},
+    {"ioKitEthernetDevices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Ethernet interfaces")},
+    {"ioKitPlatformInfos", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Platform info")},
+    //: of the I/O registry
+    {"ioKitRootInfos", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Root info")},
+    {"ioKitGraphicsCards", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Graphics card info")},
+    {"ioKitUsbDevices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Attached USB devices")},
+    {"ioKitGetRs232SerialDevices",
+     QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "RS232 Serial Devices Info")},
+    //: for adapters from USB to serial ports
+    {"checkFtdiDriver", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "FTDI driver")},
+    {"bonjourVersion",
+     QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Version of the DNS service discovery daemon")},
+    {"defaultEmailApp",
+     QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Application that opens mail links")},
+    {"qtDateTime",
+     QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Date, time and bias of the time zone")},
+    //: Qt's versions, and how it is built
+    {"qtGlobal", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Qt Global")},
+    //: a class of Qt: what is known of this application
+    {"qtCoreApplication", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QCoreApplication")},
+    //: a class of Qt: country, language, units
+    {"qtLocale", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QLocale")},
+    //: a class of Qt: the screens
+    {"qtScreens", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QScreen")},
+    //: a class of Qt: where the screens are
+    {"qtDesktop", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QDesktopWidget")},
+    //: a class of Qt: the user's folders
+    {"qtDesktopServices", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QDesktopServices")},
+    //: a class of Qt: the printers
+    {"qtPrinterInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QPrinterInfo")},
+    //: a class of Qt: names of host and domain
+    {"qtHostInfo", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QHostInfo")},
+    {"network", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "Network Interfaces Info")},
+    //: variables
+    {"qtSystemEnvironment", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "System environment")},
+    //: a class of Qt: OpenGL
+    {"openGL", QT_TRANSLATE_NOOP("norvex::Viewer::SectionTitles", "QGLFormat")},
+};
 
 } // namespace
 
@@ -80,11 +116,14 @@ QString titleOfHalf(const CReportItem& banner)
 
 QString titleOf(const CReportSection& section)
 {
-    const QString heading = withoutOrnaments(section.heading().left(2 * longestTitle));
-    if (heading.isEmpty()) {
-        return section.isKnown() ? subjectOf(section.name()) : shortened(section.name());
+    const QString name = section.name();
+    for (const auto& row : sectionTitles) {
+        if (section.isKnown() && name == QLatin1String(row.section)) {
+            return QCoreApplication::translate("norvex::Viewer::SectionTitles", row.title);
+        }
     }
-    return shortened(section.isKnown() ? withoutSource(heading) : heading);
+    const QString heading = withoutOrnaments(section.heading().left(2 * longestTitle));
+    return shortened(heading.isEmpty() ? name : heading);
 }
 
 QString titleOf(const CReportBlock& block)

@@ -4,11 +4,11 @@
 
 #include "systeminfo/norvexSystemInfo.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMutex>
 #include <QMutexLocker>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 
 namespace norvex {
@@ -18,26 +18,16 @@ using namespace SystemInfo;
 
 namespace {
 
-const char sectionOption[] = "--print-section";
 const char printerSection[] = "qtPrinterInfo";
+const char openGLSection[] = "openGL";
 
 // The first lines of the halves, as every report has them.
 const char macintoshBanner[] = "############ Macintosh specific section ###########";
 const char qtBanner[] = "###### System informations retrieved using Qt #######";
 
-const SectionInfo* sectionNamed(const char* name)
+bool isNamed(const SectionInfo& section, const char* name)
 {
-    for (const SectionInfo& section : sections()) {
-        if (std::strcmp(section.name, name) == 0) {
-            return &section;
-        }
-    }
-    return nullptr;
-}
-
-bool isPrinters(const SectionInfo& section)
-{
-    return std::strcmp(section.name, printerSection) == 0;
+    return std::strcmp(section.name, name) == 0;
 }
 
 } // namespace
@@ -68,11 +58,13 @@ private:
 
 MachineReport::MachineReport(QObject* parent) : QObject(parent), results_(std::make_shared<Results>())
 {
-    printerLimit_.setSingleShot(true);
+    addProcess(printerSection, printerPatienceMs);
+    // Drivers are loaded with an X server's first window, or never; the viewer starts without them.
+    if (QGuiApplication::platformName() == QLatin1String("xcb")) {
+        addProcess(openGLSection, openGLPatienceMs);
+    }
     limit_.setSingleShot(true);
     connect(&step_, &QTimer::timeout, this, &MachineReport::makeNextOnGuiThread);
-    connect(&printerLimit_, &QTimer::timeout, this,
-            [this] { endPrinters(tr("The print server does not answer: the report names no printer.")); });
     connect(&limit_, &QTimer::timeout, this, [this] {
         delete job_;
         isAsking_ = false;
@@ -80,18 +72,36 @@ MachineReport::MachineReport(QObject* parent) : QObject(parent), results_(std::m
     });
 }
 
-MachineReport::~MachineReport()
+MachineReport::~MachineReport() = default;
+
+void MachineReport::addProcess(const char* section, int mostMs)
 {
-    printers_.disconnect(this);
-    if (printers_.state() != QProcess::NotRunning) {
-        printers_.kill();
-        printers_.waitForFinished(1000);
-    }
+    auto* const process = new SectionProcess(this, section, mostMs);
+    processes_.append(process);
+    connect(process, &SectionProcess::ended, this, [this, process](const QString& text) {
+        for (int i = 0; i < sections().size(); ++i) {
+            if (process->outcome() == SectionProcess::Outcome::Answered &&
+                isNamed(sections().at(i), process->section())) {
+                results_->set(i, text);
+            }
+        }
+        takeProgress();
+        finishIfDone();
+    });
+}
+
+bool MachineReport::hasProcess(const SectionInfo& section) const
+{
+    return std::any_of(processes_.begin(), processes_.end(), [&section](const SectionProcess* process) {
+        return isNamed(section, process->section());
+    });
 }
 
 void MachineReport::start()
 {
-    startPrinters();
+    for (SectionProcess* const process : processes_) {
+        process->start();
+    }
     startSections();
     step_.start(0);
 }
@@ -100,7 +110,7 @@ void MachineReport::startSections()
 {
     QVector<int> elsewhere;
     for (int i = 0; i < sections().size(); ++i) {
-        if (!isPrinters(sections().at(i))) {
+        if (!hasProcess(sections().at(i))) {
             (sections().at(i).thread == SectionThread::Any ? elsewhere : guiSections_).append(i);
         }
     }
@@ -122,48 +132,6 @@ void MachineReport::startSections()
     });
     connect(job_, &Job::progressed, this, &MachineReport::takeProgress);
     limit_.start(patienceMs);
-}
-
-void MachineReport::startPrinters()
-{
-    isAskingPrinters_ = true;
-    connect(&printers_, static_cast<void (QProcess::*)(int, QProcess::ExitStatus)>(&QProcess::finished), this,
-            [this](int exitCode, QProcess::ExitStatus status) {
-                const bool isAnswered = status == QProcess::NormalExit && exitCode == 0;
-                if (isAnswered) {
-                    for (int i = 0; i < sections().size(); ++i) {
-                        if (isPrinters(sections().at(i))) {
-                            results_->set(i, QString::fromUtf8(printers_.readAllStandardOutput()));
-                        }
-                    }
-                }
-                endPrinters(isAnswered ? QString()
-                                       : tr("The printers could not be asked: the report names none."));
-            });
-    connect(&printers_, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) {
-            endPrinters(tr("No process can be started to ask for the printers: the report names none."));
-        }
-    });
-    printers_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    printerLimit_.start(printerPatienceMs);
-    printers_.start(QCoreApplication::applicationFilePath(),
-                    {QLatin1String(sectionOption), QLatin1String(printerSection)});
-}
-
-void MachineReport::endPrinters(const QString& reason)
-{
-    printerLimit_.stop();
-    if (!isAskingPrinters_) {
-        return;
-    }
-    isAskingPrinters_ = false;
-    if (!reason.isEmpty()) {
-        notices_ += reason;
-        printers_.kill();
-    }
-    takeProgress();
-    finishIfDone();
 }
 
 void MachineReport::makeNextOnGuiThread()
@@ -190,7 +158,9 @@ void MachineReport::takeProgress()
 
 void MachineReport::finishIfDone()
 {
-    if (isAsking_ || isAskingPrinters_ || step_.isActive() || isFinished_) {
+    const bool isWaiting = std::any_of(processes_.begin(), processes_.end(),
+                                       [](const SectionProcess* process) { return !process->hasEnded(); });
+    if (isAsking_ || isWaiting || step_.isActive() || isFinished_) {
         return;
     }
     isFinished_ = true;
@@ -198,8 +168,13 @@ void MachineReport::finishIfDone()
     const QVector<QString> texts = results_->texts();
     QStringList missing;
     for (int i = 0; i < texts.size(); ++i) {
-        if (texts.at(i).isNull() && !isPrinters(sections().at(i))) {
+        if (texts.at(i).isNull() && !hasProcess(sections().at(i))) {
             missing += QLatin1String(sections().at(i).name);
+        }
+    }
+    for (const SectionProcess* const process : processes_) {
+        if (process->outcome() != SectionProcess::Outcome::Answered) {
+            notices_ += noticeOf(*process);
         }
     }
     if (!missing.isEmpty()) {
@@ -207,6 +182,17 @@ void MachineReport::finishIfDone()
             tr("The system does not answer; the report lacks: %1.").arg(missing.join(QStringLiteral(", ")));
     }
     emit finished(assembled(), notices_);
+}
+
+QString MachineReport::noticeOf(const SectionProcess& process)
+{
+    const bool isSilent = process.outcome() == SectionProcess::Outcome::Silent;
+    if (std::strcmp(process.section(), printerSection) == 0) {
+        return isSilent ? tr("The print server does not answer: the report names no printer.")
+                        : tr("The printers could not be asked: the report names none.");
+    }
+    return isSilent ? tr("The graphics driver does not answer: the report says nothing about OpenGL.")
+                    : tr("The graphics driver could not be asked: the report says nothing about OpenGL.");
 }
 
 QString MachineReport::assembled() const
@@ -228,20 +214,6 @@ QString MachineReport::assembled() const
         previous = &section;
     }
     return report + separator();
-}
-
-bool answersSection(int argc, char* argv[])
-{
-    const int arguments = 3;
-    if (argc != arguments || std::strcmp(argv[1], sectionOption) != 0) {
-        return false;
-    }
-    const QCoreApplication application(argc, argv);
-    if (const SectionInfo* const section = sectionNamed(argv[2])) {
-        const QByteArray text = section->text().toUtf8();
-        std::fwrite(text.constData(), 1, static_cast<size_t>(text.size()), stdout);
-    }
-    return true;
 }
 
 } // namespace Viewer

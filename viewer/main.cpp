@@ -1,6 +1,6 @@
 #include "viewer/job.h"
-#include "viewer/machineReport.h"
 #include "viewer/mainWindow.h"
+#include "viewer/sectionProcess.h"
 #include "viewer/translations.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -38,6 +38,32 @@ private:
     norvex::Viewer::MainWindow* const window_;
 };
 
+/// While it lives, Qt does not load OpenGL's driver for an X server's first window. That would take half the time of a
+/// start, and the window is painted without it.
+class WithoutOpenGL
+{
+public:
+    WithoutOpenGL() : isWanted_(!qEnvironmentVariableIsSet(variable))
+    {
+        if (isWanted_) {
+            qputenv(variable, "none");
+        }
+    }
+    ~WithoutOpenGL()
+    {
+        // Neither the report nor other processes are to find it.
+        if (isWanted_) {
+            qunsetenv(variable);
+        }
+    }
+    WithoutOpenGL(const WithoutOpenGL&) = delete;
+    WithoutOpenGL& operator=(const WithoutOpenGL&) = delete;
+
+private:
+    static constexpr const char* variable = "QT_XCB_GL_INTEGRATION";
+    const bool isWanted_;
+};
+
 int run(QApplication& application)
 {
     using namespace norvex::Viewer;
@@ -51,6 +77,10 @@ int run(QApplication& application)
         QStringLiteral("[FILE...]"));
     parser.process(application);
     MainWindow window;
+    {
+        const WithoutOpenGL withoutOpenGL;
+        window.winId(); // makes the window's counterpart on the screen
+    }
     application.installEventFilter(new FileOpener(&window));
     QStringList files = parser.positionalArguments();
     if (files.isEmpty()) {

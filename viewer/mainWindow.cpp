@@ -4,6 +4,7 @@
 #include "viewer/identificationPanel.h"
 #include "viewer/keys.h"
 #include "viewer/reportTextView.h"
+#include "viewer/statePages.h"
 #include "viewer/textSearch.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -46,6 +47,7 @@ namespace {
 
 enum CentrePage { EmptyPage, TabsPage };
 
+const int messageMs = 6000;
 const int mostRecentFiles = 10;
 const int mostZoomSteps = 20;
 const char recentFilesKey[] = "recentFiles";
@@ -140,25 +142,18 @@ void MainWindow::makeCentre()
 
 QWidget* MainWindow::makeEmptyPage()
 {
-    auto* const text = new QLabel(tr("No report is open.\nOpen one, drop files here, or show this machine."));
-    text->setAlignment(Qt::AlignCenter);
     auto* const open = new QPushButton(tr("&Open…"));
     auto* const machine = new QPushButton(tr("Show &This Machine"));
     connect(open, &QPushButton::clicked, this, &MainWindow::chooseFiles);
     connect(machine, &QPushButton::clicked, this, &MainWindow::openThisMachine);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch(1);
+    auto* const row = new QWidget;
+    auto* const buttons = new QHBoxLayout(row);
+    buttons->setContentsMargins(0, 0, 0, 0);
     buttons->addWidget(open);
     buttons->addWidget(machine);
     buttons->addStretch(1);
-    auto* const page = new QWidget;
-    auto* const layout = new QVBoxLayout(page);
-    layout->setSpacing(16);
-    layout->addStretch(1);
-    layout->addWidget(text);
-    layout->addLayout(buttons);
-    layout->addStretch(2);
-    return page;
+    return centred({boldLabel(tr("No report is open.")),
+                    wrappedLabel(tr("Open one, drop files here, or show this machine.")), row});
 }
 
 void MainWindow::makeFileMenu()
@@ -207,6 +202,8 @@ void MainWindow::makeEditMenu()
                        [this] { copySection(); });
     QAction* const copyAll = add(menu, tr("Copy Whole &Report"), "copyAll",
                                  {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_A)}, [this] { this->copyAll(); });
+    copyDifferences_ = add(menu, tr("Copy &Differences"), "copyDifferences",
+                           {keys(Qt::CTRL + Qt::SHIFT, Qt::Key_D)}, [this] { copyDifferences(); });
     QAction* const selectAll = add(menu, tr("Select &All"), "selectAll", {QKeySequence::SelectAll}, [this] {
         if (ReportTab* const tab = currentTab()) {
             tab->view()->selectAll();
@@ -241,9 +238,9 @@ void MainWindow::makeViewMenu()
     panel->setShortcut(keys(Qt::CTRL, Qt::Key_I));
     menu->addAction(panel);
     menu->addSeparator();
-    add(menu, tr("Zoom &In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
+    add(menu, tr("&Zoom In"), "zoomIn", {QKeySequence::ZoomIn, keys(Qt::CTRL, Qt::Key_Equal)},
         [this] { zoom(zoom_ + 1); });
-    add(menu, tr("Zoom &Out"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
+    add(menu, tr("Zoom O&ut"), "zoomOut", {QKeySequence::ZoomOut}, [this] { zoom(zoom_ - 1); });
     add(menu, tr("&Normal Size"), "zoomNormal", {keys(Qt::CTRL, Qt::Key_0)}, [this] { zoom(0); });
     menu->addSeparator();
     const auto step = [this](int by) {
@@ -399,6 +396,7 @@ void MainWindow::addTab(Document* document)
     connect(tab, &ReportTab::searchEnded, this,
             [this, tab](ReportTab::Direction direction) { searchEnded(tab, direction); });
     connect(tab, &ReportTab::pageChanged, this, &MainWindow::updatePageActions);
+    connect(tab, &ReportTab::differencesCopyRequested, this, &MainWindow::copyDifferences);
     connect(tab, &ReportTab::otherItemWanted, this, [this](ReportTab* other, const QString& path) {
         tabs_->setCurrentWidget(other);
         other->showItem(path);
@@ -406,7 +404,12 @@ void MainWindow::addTab(Document* document)
     connect(tab->view(), &ReportTextView::copyRequested, this, &MainWindow::copySelection);
     connect(tab->view(), &ReportTextView::selectionMade, this, &MainWindow::offerSelection);
     connect(tab->document(), &Document::progressed, this, [this, tab](int percent) {
-        if (tab == currentTab()) {
+        if (tab == currentTab() && sharing_ == nullptr) {
+            workProgress_->setValue(percent);
+        }
+    });
+    connect(tab->document(), &Document::redactionProgressed, this, [this, tab](int percent) {
+        if (tab->document() == sharing_) {
             workProgress_->setValue(percent);
         }
     });
@@ -475,7 +478,7 @@ void MainWindow::updateBusyness()
     const ReportTab* const tab = currentTab();
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
-    const bool isPrinting = printing_ != nullptr;
+    const bool isPrinting = working_ != nullptr;
     const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
@@ -484,11 +487,11 @@ void MainWindow::updateBusyness()
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
-                       : isPrinting   ? printingNote_
+                       : isPrinting   ? workingNote_
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, (isRefreshing || isPrinting) && !isReplacing ? 100 : 0);
+    workProgress_->setRange(0, isRefreshing || isPrinting || isReplacing ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()
@@ -533,8 +536,8 @@ QFont MainWindow::zoomedFont() const
 
 void MainWindow::chooseFiles()
 {
-    const QStringList files = QFileDialog::getOpenFileNames(
-        this, tr("Open Reports"), QString(), tr("Reports (*.txt *.json *.plist *.log);;All files (*)"));
+    const QStringList files =
+        QFileDialog::getOpenFileNames(this, tr("Open Reports"), QString(), reportFilter());
     for (const QString& file : files) {
         openFile(file);
     }
@@ -585,6 +588,16 @@ void MainWindow::dropEvent(QDropEvent* event)
         }
     }
     event->acceptProposedAction();
+}
+
+QString MainWindow::reportFilter()
+{
+    return tr("Reports (*.txt *.json *.plist *.log);;All files (*)");
+}
+
+void MainWindow::say(const QString& message)
+{
+    statusBar()->showMessage(message, messageMs);
 }
 
 void MainWindow::showAbout()

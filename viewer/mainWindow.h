@@ -85,6 +85,9 @@ private:
     void fillRecentFiles();
     void rememberFile(const QString& fileName);
     void showAbout();
+    static QString reportFilter();
+    /// Tells what was done, for a while.
+    void say(const QString& message);
     void zoom(int steps);
     QFont zoomedFont() const;
 
@@ -98,9 +101,14 @@ private:
     void startSaving(const SystemInfo::CReport& report, const QString& fileName);
     void choosePdfName();
     void print();
+    QString titleToShare(const ReportTab& tab) const;
+    void copyDifferences();
+    bool canStartWork();
+    void startWork(const QString& note, const Job::Work& work, const std::function<void(bool)>& done);
     void startPrinting(const QString& note,
                        const std::function<QString(const TextLines&, const JobControl&)>& work,
                        const QString& doneNote, const QString& failedNote);
+    void showFailure(const QString& text, const QString& reason);
     void cancelWork();
 
     void makePageActions(QMenu* menu);
@@ -135,14 +143,16 @@ private:
     QAction* pageActions_[3] = {nullptr, nullptr, nullptr}; // by the numbers of ReportTab::Page
     QAction* nextDifference_ = nullptr;
     QAction* previousDifference_ = nullptr;
+    QAction* swapSides_ = nullptr;
+    QAction* copyDifferences_ = nullptr;
     QMenu* compareMenu_ = nullptr;
     QLabel* privacyNote_ = nullptr;
     QLabel* workNote_ = nullptr;
     QProgressBar* workProgress_ = nullptr;
     QPushButton* cancelWork_ = nullptr;
     QPointer<Job> saving_;
-    QPointer<Job> printing_;
-    QString printingNote_;
+    QPointer<Job> working_; // on what is printed, exported or copied
+    QString workingNote_;
     QPointer<Document> sharing_; // whose redacted report somebody waits for
     bool isTyping_ = false;      // a search that just began
     bool isSearchStopped_ = false;

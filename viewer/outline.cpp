@@ -10,8 +10,8 @@ using namespace SystemInfo;
 
 namespace {
 
-/// No person reads more, and a tree of more takes more memory than the text.
-const int mostNodes = 1000000;
+/// No person reads more, and a tree of more can take more memory than the text.
+const int mostNodes = 200000;
 /// A longer section is not looked into.
 const int longestSection = 4 << 20;
 /// Longer ones are not kept: the path of a line of millions of characters has as many.
@@ -48,6 +48,7 @@ public:
 private:
     using Node = Outline::Node;
 
+    void addItem(const CReportItem& item);
     void addHalf(const CReportItem& banner);
     Outline flattened();
     void addSection(const CReportSection& section);
@@ -174,26 +175,31 @@ void OutlineBuilder::markLabel(const CReportEntry& entry)
     marks_[line] = static_cast<quint16>(end);
 }
 
+void OutlineBuilder::addItem(const CReportItem& item)
+{
+    const int next = place_ + item.text().size();
+    switch (item.type()) {
+    case CReportItem::Banner: addHalf(item); break;
+    case CReportItem::Separator: marks_[lines_.lineAt(place_)] = separatorMark; break;
+    case CReportItem::Section: addSection(item.toSection()); break;
+    default: break;
+    }
+    place_ = next;
+}
+
 Outline OutlineBuilder::build()
 {
     marks_.fill(plainMark, lines_.count());
-    const QVector<CReportItem> content = report_.content();
     const int size = std::max(lines_.text().size(), 1);
-    for (const CReportItem& item : content) {
+    report_.visit([this, size](const CReportItem& item) {
         if (!goesOn_(static_cast<int>(100LL * place_ / size)) ||
             levels_[0].size() + levels_[1].size() + levels_[2].size() > mostNodes) {
             isComplete_ = false;
-            break;
+            return false;
         }
-        const int next = place_ + item.text().size();
-        switch (item.type()) {
-        case CReportItem::Banner: addHalf(item); break;
-        case CReportItem::Separator: marks_[lines_.lineAt(place_)] = separatorMark; break;
-        case CReportItem::Section: addSection(item.toSection()); break;
-        default: break;
-        }
-        place_ = next;
-    }
+        addItem(item);
+        return true;
+    });
     return flattened();
 }
 

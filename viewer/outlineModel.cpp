@@ -11,13 +11,15 @@ namespace {
 
 /// As many rows as a tree takes without a pause.
 const int rowsAtOnce = 2000;
+const int longestHeading = 100;
 
 } // namespace
 
-void OutlineModel::setOutline(std::shared_ptr<const Outline> outline)
+void OutlineModel::setOutline(std::shared_ptr<const Outline> outline, std::shared_ptr<const TextLines> lines)
 {
     beginResetModel();
     outline_ = std::move(outline);
+    lines_ = std::move(lines);
     fetched_.clear();
     endResetModel();
 }
@@ -74,8 +76,8 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
         return QVariant();
     }
     switch (role) {
-    case Qt::DisplayRole:
-    case Qt::ToolTipRole: return shown->name;
+    case Qt::DisplayRole: return shown->name;
+    case Qt::ToolTipRole: return heading(*shown).toHtmlEscaped();
     case Qt::FontRole: {
         QFont font;
         font.setBold(shown->type == Outline::Node::Half);
@@ -83,6 +85,17 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
     }
     default: return QVariant();
     }
+}
+
+/// How the report itself calls a section, whatever the language of its title is.
+QString OutlineModel::heading(const Outline::Node& node) const
+{
+    const int line = node.firstLine;
+    if (node.type != Outline::Node::Section || outline_->kind(line) != LineKind::Heading) {
+        return node.name;
+    }
+    const int begin = lines_->begin(line);
+    return lines_->text().mid(begin, std::min(lines_->end(line) - begin, longestHeading));
 }
 
 bool OutlineModel::hasChildren(const QModelIndex& parent) const

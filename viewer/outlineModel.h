@@ -17,7 +17,8 @@ class OutlineModel : public QAbstractItemModel
 public:
     using QAbstractItemModel::QAbstractItemModel;
 
-    void setOutline(std::shared_ptr<const Outline> outline);
+    /// @param lines of the report; they have the headings
+    void setOutline(std::shared_ptr<const Outline> outline, std::shared_ptr<const TextLines> lines);
 
     /// The index of a node, after what leads to it has been handed out; invalid for -1.
     QModelIndex indexOf(int node);
@@ -38,7 +39,10 @@ private:
     int firstChild(const QModelIndex& parent) const;
     void fetchUpTo(const QModelIndex& parent, int row);
 
+    QString heading(const Outline::Node& node) const;
+
     std::shared_ptr<const Outline> outline_;
+    std::shared_ptr<const TextLines> lines_;
     QHash<int, int> fetched_; // the number of children handed out, by node; -1 stands for the top
 };
 

@@ -23,6 +23,8 @@ const int longestSection = 4 << 20;
 /// More things of one kind are no overview.
 const int mostThings = 200;
 const int mostDevices = 8;
+/// Of sections that are in no table.
+const int mostUnknownSections = 1000;
 /// In pixels. Anything else comes from a driver that does not know, and would make all other screens specks.
 const int longestScreenSide = 32768;
 const int longestScreenShape = 10; // times as wide as high, or as high as wide
@@ -122,20 +124,21 @@ private:
 
 OverviewBuilder::OverviewBuilder(const CReport& report)
 {
-    const QVector<CReportItem> content = report.content();
-    for (const CReportItem& item : content) {
+    report.visit([this](const CReportItem& item) {
         const CReportSection section = item.toSection();
         if (section.isNull() || section.text().size() > longestSection) {
-            continue;
+            return true;
         }
-        if (section.half() == QLatin1String("windows")) {
+        if (windowsSections_.size() < mostUnknownSections && section.half() == QLatin1String("windows")) {
             windowsSections_.append(section);
         }
         const QString name = section.name();
-        if (!sections_.contains(name)) {
+        const bool isWanted = section.isKnown() || sections_.size() < mostUnknownSections;
+        if (isWanted && !sections_.contains(name)) {
             sections_.insert(name, section);
         }
-    }
+        return true;
+    });
 }
 
 QString OverviewBuilder::value(const char* section, const char* label) const

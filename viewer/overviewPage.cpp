@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QProgressBar>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -59,6 +61,12 @@ void OverviewPage::setReport(const CReport& report)
             }
             emit shown();
         });
+    QTimer::singleShot(patienceMs, job_.data(), [this] { showWaiting(); });
+}
+
+void OverviewPage::showWaiting()
+{
+    startContent()->addWidget(centred({wrappedLabel(tr("Looking through the report…")), busyBar()}));
 }
 
 void OverviewPage::changeEvent(QEvent* event)
@@ -103,13 +111,7 @@ void OverviewPage::showOutOfMemory()
 
 void OverviewPage::showMessage(const QString& title, const QString& text)
 {
-    QVBoxLayout* const layout = startContent();
-    const int indent = fontMetrics().averageCharWidth();
-    for (QLabel* const label : {titleLabel(title, 1.4), wrappedLabel(text)}) {
-        label->setContentsMargins(indent, 0, indent, fontMetrics().height() / 2);
-        layout->addWidget(label);
-    }
-    layout->addStretch(1);
+    startContent()->addWidget(centred({boldLabel(title), wrappedLabel(text)}));
 }
 
 void OverviewPage::showOverview(const Overview& overview)

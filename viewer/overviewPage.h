@@ -40,6 +40,7 @@ protected:
 private:
     using Items = QVector<OverviewItem*>;
 
+    void showWaiting();
     void showOverview(const Overview& overview);
     void showOutOfMemory();
     void showMessage(const QString& title, const QString& text);

@@ -6,56 +6,64 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressBar>
 #include <QStandardPaths>
-#include <QStatusBar>
 
 namespace norvex {
 namespace Viewer {
 
-namespace {
+/// The title of what leaves the window: a file may be called after a person.
+QString MainWindow::titleToShare(const ReportTab& tab) const
+{
+    return sharesRedacted() ? tr("System Information") : tab.document()->title();
+}
 
-const int messageMs = 6000;
+bool MainWindow::canStartWork()
+{
+    if (working_ != nullptr) {
+        say(tr("Wait until the work before is done."));
+    }
+    return working_ == nullptr;
+}
 
-} // namespace
+/// Runs work beside the window, with progress and a cancel button.
+void MainWindow::startWork(const QString& note, const Job::Work& work, const std::function<void(bool)>& done)
+{
+    workingNote_ = note;
+    working_ = new Job(this, work, [this, done](bool isOutOfMemory) {
+        working_.clear();
+        updateBusyness();
+        done(isOutOfMemory);
+    });
+    connect(working_, &Job::progressed, workProgress_, &QProgressBar::setValue);
+    updateBusyness();
+    workProgress_->setValue(0);
+}
 
-/// Runs work on the text of the tab in front beside the window, with progress and a cancel button.
+/// Runs work on the text of the tab in front.
 void MainWindow::startPrinting(const QString& note,
                                const std::function<QString(const TextLines&, const JobControl&)>& work,
                                const QString& doneNote, const QString& failedNote)
 {
-    if (printing_ != nullptr) {
-        statusBar()->showMessage(tr("Wait until the report before is printed."), messageMs);
+    if (!canStartWork()) {
         return;
     }
     withReport([=](ReportTab& tab, bool isRedacted) {
         const ShownReport& report = isRedacted ? tab.document()->redacted() : tab.document()->original();
         const std::shared_ptr<const TextLines> lines = report.lines;
         const auto reason = std::make_shared<QString>();
-        printingNote_ = note;
-        printing_ = new Job(
-            this, [=](const JobControl& control) { *reason = work(*lines, control); },
+        startWork(
+            note, [=](const JobControl& control) { *reason = work(*lines, control); },
             [=](bool isOutOfMemory) {
-                printing_.clear();
-                updateBusyness();
                 const QString why = isOutOfMemory ? tr("There is not enough memory.") : *reason;
                 if (why.isEmpty()) {
-                    statusBar()->showMessage(doneNote, messageMs);
-                    return;
+                    say(doneNote);
+                } else {
+                    showFailure(failedNote, why);
                 }
-                auto* const message = new QMessageBox(QMessageBox::Warning, tr("System Information"),
-                                                      failedNote, QMessageBox::Ok, this);
-                message->setAttribute(Qt::WA_DeleteOnClose);
-                message->setTextFormat(Qt::PlainText);
-                message->setInformativeText(why);
-                message->open();
             });
-        connect(printing_, &Job::progressed, workProgress_, &QProgressBar::setValue);
-        updateBusyness();
-        workProgress_->setValue(0);
     });
 }
 
@@ -78,7 +86,7 @@ void MainWindow::exportPdf(const QString& fileName)
     if (tab == nullptr) {
         return;
     }
-    const QString title = tab->document()->title();
+    const QString title = titleToShare(*tab);
     startPrinting(
         tr("Exporting…"),
         [=](const TextLines& lines, const JobControl& control) {
@@ -96,7 +104,7 @@ void MainWindow::print()
         return;
     }
     const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-    const QString title = tab->document()->title();
+    const QString title = titleToShare(*tab);
     printer->setDocName(title);
     QPrintDialog dialog(printer.get(), this);
     dialog.setWindowTitle(sharesRedacted() ? tr("Print With Placeholders for Private Data")

@@ -27,6 +27,12 @@ struct Reading
     Q_DECLARE_TR_FUNCTIONS(Reading)
 };
 
+QString tooLarge()
+{
+    return Reading::tr("The file is too large for a report: it has more than %1 MB.")
+        .arg(longestFile / 1000000);
+}
+
 /// @return the reason of a failure; empty on success
 QString readBytes(const QString& fileName, const JobControl& control, QByteArray& bytes)
 {
@@ -42,7 +48,7 @@ QString readBytes(const QString& fileName, const JobControl& control, QByteArray
         return Reading::tr("This is no regular file.");
     }
     if (info.size() > longestFile) {
-        return Reading::tr("The file is too large for a report.");
+        return tooLarge();
     }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
@@ -57,7 +63,7 @@ QString readBytes(const QString& fileName, const JobControl& control, QByteArray
         control.setProgress(info.size() == 0 ? 0 : static_cast<int>(100LL * bytes.size() / info.size()));
     }
     if (bytes.size() > longestFile) {
-        return Reading::tr("The file is too large for a report.");
+        return tooLarge();
     }
     return file.error() == QFileDevice::NoError ? QString() : file.errorString();
 }

@@ -29,8 +29,6 @@ namespace {
 
 enum StatePage { LoadingPage, ErrorPage, HiddenPage, ReportPage };
 
-/// A shorter wait needs no picture of waiting.
-const int patienceMs = 250;
 /// Sections of so few halves are seen at once.
 const int mostExpanded = 200;
 
@@ -150,8 +148,7 @@ QWidget* ReportTab::makeLoadingPage()
     label->setText(document_->origin() == Document::Origin::ThisMachine
                        ? tr("Asking this machine…")
                        : tr("Reading “%1”…").arg(QDir::toNativeSeparators(document_->fileName())));
-    progress_ = new QProgressBar;
-    progress_->setAccessibleName(tr("Progress"));
+    progress_ = busyBar();
     connect(document_, &Document::progressed, this, [this](int percent) {
         // What comes behind reading does not say how far it is.
         progress_->setRange(0, percent < 100 ? 100 : 0);
@@ -163,10 +160,7 @@ QWidget* ReportTab::makeLoadingPage()
     auto* const page = new QStackedWidget;
     page->addWidget(new QWidget);
     page->addWidget(centred({label, progress_, cancel}));
-    auto* const patience = new QTimer(page);
-    patience->setSingleShot(true);
-    connect(patience, &QTimer::timeout, page, [page] { page->setCurrentIndex(1); });
-    patience->start(patienceMs);
+    QTimer::singleShot(patienceMs, page, [page] { page->setCurrentIndex(1); });
     return page;
 }
 
@@ -197,16 +191,30 @@ QWidget* ReportTab::makeHiddenPage()
 {
     hidden_ = selectableLabel();
     hidden_->setObjectName(QStringLiteral("hidden"));
-    hiddenProgress_ = new QProgressBar;
-    hiddenProgress_->setRange(0, 0);
-    hiddenProgress_->setAccessibleName(tr("Progress"));
-    return centred({hidden_, hiddenProgress_});
+    hiddenProgress_ = busyBar();
+    hiddenProgress_->setRange(0, 100);
+    connect(document_, &Document::redactionProgressed, hiddenProgress_, &QProgressBar::setValue);
+    hiddenButton_ = new QPushButton;
+    hiddenButton_->setObjectName(QStringLiteral("cancelHiding"));
+    connect(hiddenButton_, &QPushButton::clicked, this, &ReportTab::toggleRedaction);
+    return centred({hidden_, hiddenProgress_, hiddenButton_});
+}
+
+/// Gives up replacing private data, or begins again. The original is not shown instead: it is what the user hides.
+void ReportTab::toggleRedaction()
+{
+    isRedactionCancelled_ = !isRedactionCancelled_;
+    if (isRedactionCancelled_) {
+        document_->cancelRedaction();
+    }
+    update();
 }
 
 void ReportTab::setShowsRedacted(bool showsRedacted)
 {
     isComparisonOld_ = isComparisonOld_ || showsRedacted != showsRedacted_;
     showsRedacted_ = showsRedacted;
+    isRedactionCancelled_ = false;
     update();
     updatePages();
 }
@@ -230,12 +238,21 @@ void ReportTab::showState()
         break;
     case Document::State::Ready: states_->setCurrentIndex(isHidden_ ? HiddenPage : ReportPage); break;
     }
-    hidden_->setText(document_->isRedactionImpossible()
-                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
-                         : tr("Replacing private data…"));
-    hiddenProgress_->setVisible(!document_->isRedactionImpossible());
+    showHidden();
     notice_->setText(document_->notices().join(QLatin1Char('\n')));
     notice_->setVisible(document_->state() == Document::State::Ready && !document_->notices().isEmpty());
+}
+
+void ReportTab::showHidden()
+{
+    const bool isImpossible = document_->isRedactionImpossible();
+    hidden_->setText(isImpossible
+                         ? tr("There is not enough memory to replace private data. Nothing is shown.")
+                     : isRedactionCancelled_ ? tr("Private data is not replaced. Nothing is shown.")
+                                             : tr("Replacing private data…"));
+    hiddenProgress_->setVisible(!isImpossible && !isRedactionCancelled_);
+    hiddenButton_->setVisible(!isImpossible);
+    hiddenButton_->setText(isRedactionCancelled_ ? tr("&Try Again") : tr("&Cancel"));
 }
 
 void ReportTab::showReport()
@@ -247,7 +264,7 @@ void ReportTab::showReport()
         return;
     }
     stopSearch();
-    if (!document_->isRedactionImpossible()) {
+    if (!document_->isRedactionImpossible() && !isRedactionCancelled_) {
         document_->makeRedacted(this, [](bool) {});
     }
 }
@@ -268,7 +285,7 @@ void ReportTab::showText(const ShownReport& report)
     }
     if (hasOtherText || hasOtherOutline) {
         view_->setOutline(shown_.outline);
-        outlineModel_->setOutline(shown_.outline);
+        outlineModel_->setOutline(shown_.outline, shown_.lines);
         if (shown_.outline != nullptr && shown_.outline->topCount() <= mostExpanded) {
             tree_->expandToDepth(shown_.outline->nodes().size() <= mostExpanded ? 1 : 0);
         }

@@ -46,6 +46,8 @@ public:
     /// Shows what differs between the report of another tab, the old one, and this one, as soon as both are read.
     void compareWith(ReportTab* other);
     bool hasComparison() const { return isComparing_; }
+    /// Makes the old report of the comparison the new one, and this tab's the old one, or the other way round.
+    void swapComparison();
     ComparisonPage* comparison() const { return comparison_; }
     OverviewPage* overview() const { return overview_; }
     QSplitter* splitter() const { return splitter_; }
@@ -84,6 +86,7 @@ signals:
     /// The user asks for an item of the report that this one is compared with.
     void otherItemWanted(ReportTab* other, const QString& path);
     void pageChanged();
+    void differencesCopyRequested();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
@@ -96,6 +99,8 @@ private:
     void showReport();
     void showText(const ShownReport& report);
     void showState();
+    void showHidden();
+    void toggleRedaction();
     void startSearch();
     void goOnFinding();
     void jumpTo(const QModelIndex& index);
@@ -117,9 +122,11 @@ private:
     QPushButton* retry_;
     QLabel* hidden_;
     QProgressBar* hiddenProgress_;
+    QPushButton* hiddenButton_;
     ShownReport shown_;
     const ShownReport nothing_;
     bool isHidden_ = false; // while private data is being replaced
+    bool isRedactionCancelled_ = false;
     bool showsRedacted_ = false;
     bool isShownRedacted_ = false;
     bool isJumping_ = false;
@@ -127,6 +134,7 @@ private:
     ComparisonPage* const comparison_;
     QPointer<ReportTab> comparedTab_;
     bool isComparing_ = false;
+    bool isSwapped_ = false;      // this tab's report is the old one
     bool isOverviewOld_ = true;   // not of the report that is shown
     bool isComparisonOld_ = true; // not of the reports that are shown
     QString sought_;

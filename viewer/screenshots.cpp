@@ -58,7 +58,7 @@ void wait(const std::function<bool()>& isDone)
 bool take(const QString& page, const QStringList& reports, const QString& picture)
 {
     MainWindow window;
-    window.resize(1080, page == QLatin1String("overview") ? 980 : 760);
+    window.resize(1080, page == QLatin1String("overview") ? 1090 : 760);
     window.show();
     for (const QString& report : reports) {
         window.openFile(report);

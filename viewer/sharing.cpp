@@ -2,6 +2,7 @@
 
 #include "viewer/mainWindow.h"
 
+#include "viewer/comparisonPage.h"
 #include "viewer/reportTextView.h"
 
 #include <QAction>
@@ -14,7 +15,6 @@
 #include <QMessageBox>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <QStatusBar>
 
 namespace norvex {
 namespace Viewer {
@@ -23,7 +23,6 @@ using SystemInfo::CReport;
 
 namespace {
 
-const int messageMs = 6000;
 /// Other programs get a longer selection when it is copied, not while it is made.
 const int longestOffer = 1 << 20;
 
@@ -73,7 +72,7 @@ void MainWindow::withReport(const std::function<void(ReportTab& tab, bool isReda
         if (isMade) {
             act(*tab, true);
         } else {
-            statusBar()->showMessage(tr("There is not enough memory to replace private data."), messageMs);
+            say(tr("There is not enough memory to replace private data."));
         }
     });
     updateBusyness();
@@ -82,13 +81,12 @@ void MainWindow::withReport(const std::function<void(ReportTab& tab, bool isReda
 void MainWindow::copy(const QString& text, bool isRedacted)
 {
     if (text.isEmpty()) {
-        statusBar()->showMessage(tr("Nothing is selected."), messageMs);
+        say(tr("Nothing is selected."));
         return;
     }
     QApplication::clipboard()->setText(text);
-    statusBar()->showMessage(isRedacted ? tr("Copied, with placeholders for private data.")
-                                        : tr("Copied, private data included."),
-                             messageMs);
+    say(isRedacted ? tr("Copied, with placeholders for private data.")
+                   : tr("Copied, private data included."));
 }
 
 void MainWindow::copySelection()
@@ -124,6 +122,27 @@ void MainWindow::copyAll()
         copy((isRedacted ? tab.document()->redacted() : tab.document()->original()).lines->text(),
              isRedacted);
     });
+}
+
+void MainWindow::copyDifferences()
+{
+    const ReportTab* const tab = currentTab();
+    const bool isRedacted = sharesRedacted();
+    const auto make = tab == nullptr ? nullptr : tab->comparison()->textMaker(isRedacted);
+    if (!make || !canStartWork()) {
+        return;
+    }
+    const auto text = std::make_shared<QString>();
+    startWork(
+        isRedacted ? tr("Replacing private data…") : tr("Copying…"),
+        [text, make](const JobControl& control) { *text = make(control); },
+        [this, text, isRedacted](bool isOutOfMemory) {
+            if (isOutOfMemory) {
+                say(tr("There is not enough memory."));
+            } else {
+                copy(*text, isRedacted);
+            }
+        });
 }
 
 void MainWindow::chooseSaveName()
@@ -172,28 +191,34 @@ void MainWindow::startSaving(const CReport& report, const QString& fileName)
             *reason = tr("There is not enough memory.");
         }
         if (reason->isEmpty()) {
-            statusBar()->showMessage(tr("Saved as %1.").arg(QFileInfo(fileName).fileName()), messageMs);
+            say(tr("Saved as %1.").arg(QFileInfo(fileName).fileName()));
             return;
         }
-        auto* const message = new QMessageBox(QMessageBox::Warning, tr("System Information"),
-                                              tr("The report is not saved."), QMessageBox::Ok, this);
-        message->setAttribute(Qt::WA_DeleteOnClose);
-        message->setTextFormat(Qt::PlainText);
-        message->setInformativeText(QDir::toNativeSeparators(fileName) + QStringLiteral(": ") + *reason);
-        message->open();
+        showFailure(tr("The report is not saved."),
+                    QDir::toNativeSeparators(fileName) + QStringLiteral(": ") + *reason);
     });
     updateBusyness();
+}
+
+void MainWindow::showFailure(const QString& text, const QString& reason)
+{
+    auto* const message =
+        new QMessageBox(QMessageBox::Warning, tr("System Information"), text, QMessageBox::Ok, this);
+    message->setAttribute(Qt::WA_DeleteOnClose);
+    message->setTextFormat(Qt::PlainText);
+    message->setInformativeText(reason);
+    message->open();
 }
 
 void MainWindow::cancelWork()
 {
     if (sharing_ != nullptr) {
-        sharing_->stopWaitingForRedacted();
+        sharing_->cancelRedaction();
         sharing_.clear();
-        statusBar()->showMessage(tr("Cancelled: nothing is copied or saved."), messageMs);
-    } else if (printing_ != nullptr) {
-        delete printing_;
-        statusBar()->showMessage(tr("Cancelled: nothing is printed."), messageMs);
+        say(tr("Cancelled: nothing is copied or saved."));
+    } else if (working_ != nullptr) {
+        delete working_;
+        say(tr("Cancelled: nothing is printed or copied."));
     } else if (ReportTab* const tab = currentTab()) {
         tab->document()->cancel();
     }

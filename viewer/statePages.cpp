@@ -1,5 +1,7 @@
 #include "viewer/statePages.h"
 
+#include <QCoreApplication>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -11,6 +13,23 @@ QLabel* wrappedLabel(const QString& text)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     return label;
+}
+
+QLabel* boldLabel(const QString& text)
+{
+    QLabel* const label = wrappedLabel(text);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+QProgressBar* busyBar()
+{
+    auto* const bar = new QProgressBar;
+    bar->setRange(0, 0);
+    bar->setAccessibleName(QCoreApplication::translate("norvex::Viewer::ReportTab", "Progress"));
+    return bar;
 }
 
 QWidget* centred(const QVector<QWidget*>& widgets)

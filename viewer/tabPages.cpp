@@ -46,12 +46,15 @@ void ReportTab::makePages()
     connect(overview_, &OverviewPage::activated, this, &ReportTab::showItem);
     connect(comparison_, &ComparisonPage::activated, this,
             [this](ComparisonPage::Side side, const QString& path) {
-                if (side == ComparisonPage::Side::New) {
+                const bool isOwn = (side == ComparisonPage::Side::New) != isSwapped_;
+                if (isOwn) {
                     showItem(path);
                 } else if (comparedTab_ != nullptr) {
                     emit otherItemWanted(comparedTab_, path);
                 }
             });
+    connect(comparison_, &ComparisonPage::swapRequested, this, &ReportTab::swapComparison);
+    connect(comparison_, &ComparisonPage::copyRequested, this, &ReportTab::differencesCopyRequested);
 }
 
 ReportTab::Page ReportTab::page() const
@@ -117,6 +120,7 @@ void ReportTab::compareWith(ReportTab* other)
     }
     comparedTab_ = other;
     isComparing_ = true;
+    isSwapped_ = false;
     isComparisonOld_ = true;
     comparison_->showWaiting();
     connect(other->document(), &Document::textChanged, comparison_, [this] {
@@ -141,13 +145,22 @@ void ReportTab::startComparison()
                                           : tr("The other report was closed before it was read."));
         return;
     }
-    const SystemInfo::CReport& older = other->original().report;
-    const SystemInfo::CReport& newer = document_->original().report;
-    if (other->state() != Document::State::Ready || older.isNull() || newer.isNull()) {
+    const Document* const older = isSwapped_ ? document_ : other;
+    const Document* const newer = isSwapped_ ? other : document_;
+    if (other->state() != Document::State::Ready || older->original().report.isNull() ||
+        newer->original().report.isNull()) {
         return; // a report is read, and changes when that is done
     }
     isComparisonOld_ = false;
-    comparison_->compare(older, other->title(), newer, document_->title(), showsRedacted_);
+    comparison_->compare(older->original().report, older->title(), newer->original().report, newer->title(),
+                         showsRedacted_);
+}
+
+void ReportTab::swapComparison()
+{
+    isSwapped_ = !isSwapped_;
+    isComparisonOld_ = true;
+    updatePages();
 }
 
 } // namespace Viewer

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <string_view>
 
 namespace norvex::Privacy {
 
@@ -12,6 +13,7 @@ namespace {
 QByteArray lettersAndDigits(const QByteArray& key)
 {
     QByteArray letters;
+    letters.reserve(key.size());
     for (const char c : key) {
         if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
             letters += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -25,7 +27,7 @@ enum class Part { Begin, End, Anywhere, Whole };
 /// The first row that matches decides.
 const struct
 {
-    const char* text; // lower-case letters and digits
+    std::string_view text; // lower-case letters and digits
     Part part;
     PrivateKind kind;
 } rows[] = {
@@ -104,12 +106,12 @@ const struct
     {"mediumtype", Part::Whole, PrivateKind::Model},
 };
 
-bool matches(const QByteArray& key, Part part, const char* text)
+bool matches(std::string_view key, Part part, std::string_view text)
 {
     switch (part) {
-    case Part::Begin: return key.startsWith(text);
-    case Part::End: return key.endsWith(text);
-    case Part::Anywhere: return key.contains(text);
+    case Part::Begin: return key.substr(0, text.size()) == text;
+    case Part::End: return key.size() >= text.size() && key.substr(key.size() - text.size()) == text;
+    case Part::Anywhere: return key.find(text) != std::string_view::npos;
     case Part::Whole: return key == text;
     }
     return false;
@@ -128,7 +130,7 @@ PrivateKind privateKindOf(const QByteArray& key)
 {
     const QByteArray letters = lettersAndDigits(key);
     for (const auto& row : rows) {
-        if (matches(letters, row.part, row.text)) {
+        if (matches({letters.constData(), static_cast<std::size_t>(letters.size())}, row.part, row.text)) {
             return row.kind;
         }
     }

@@ -16,10 +16,6 @@
         <translation>Das ist keine gewöhnliche Datei.</translation>
     </message>
     <message>
-        <source>The file is too large for a report.</source>
-        <translation>Die Datei ist zu groß für einen Bericht.</translation>
-    </message>
-    <message>
         <source>The file looks like JSON but is none: %1.</source>
         <translation>Die Datei sieht wie JSON aus, ist aber keines: %1.</translation>
     </message>
@@ -46,6 +42,10 @@
     <message>
         <source>The file is hardly a report: symbols stand for characters that do not print.</source>
         <translation>Die Datei ist kaum ein Bericht: Für Zeichen, die nicht druckbar sind, stehen Symbole.</translation>
+    </message>
+    <message>
+        <source>The file is too large for a report: it has more than %1 MB.</source>
+        <translation>Die Datei ist zu groß für einen Bericht: Sie hat mehr als %1 MB.</translation>
     </message>
 </context>
 <context>
@@ -93,6 +93,34 @@
         <source>moved</source>
         <translation>verschoben</translation>
     </message>
+    <message>
+        <source>%1 changed</source>
+        <translation>%1 geändert</translation>
+    </message>
+    <message>
+        <source>%1 added</source>
+        <translation>%1 hinzugekommen</translation>
+    </message>
+    <message>
+        <source>%1 removed</source>
+        <translation>%1 entfallen</translation>
+    </message>
+    <message>
+        <source>%1 moved</source>
+        <translation>%1 verschoben</translation>
+    </message>
+    <message>
+        <source>%1 expected to differ</source>
+        <translation>%1 erwartungsgemäß verschieden</translation>
+    </message>
+    <message>
+        <source>What differs between %1 and %2</source>
+        <translation>Was sich zwischen %1 und %2 unterscheidet</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>nichts</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::ComparisonModel</name>
@@ -107,18 +135,6 @@
 </context>
 <context>
     <name>norvex::Viewer::ComparisonPage</name>
-    <message>
-        <source>&amp;Previous Difference</source>
-        <translation>&amp;Voriger Unterschied</translation>
-    </message>
-    <message>
-        <source>&amp;Next Difference</source>
-        <translation>&amp;Nächster Unterschied</translation>
-    </message>
-    <message>
-        <source>Progress</source>
-        <translation>Fortschritt</translation>
-    </message>
     <message>
         <source>&amp;Cancel</source>
         <translation>&amp;Abbrechen</translation>
@@ -172,28 +188,64 @@
         <translation>Beide Berichte sagen dasselbe, bis auf das, was sich zwischen Berichten immer unterscheidet, etwa Datum und freier Platz: %1.</translation>
     </message>
     <message>
-        <source>%1 changed</source>
-        <translation>%1 geändert</translation>
-    </message>
-    <message>
-        <source>%1 added</source>
-        <translation>%1 hinzugekommen</translation>
-    </message>
-    <message>
-        <source>%1 removed</source>
-        <translation>%1 entfallen</translation>
-    </message>
-    <message>
-        <source>%1 moved</source>
-        <translation>%1 verschoben</translation>
-    </message>
-    <message>
-        <source>%1 expected to differ</source>
-        <translation>%1 erwartungsgemäß verschieden</translation>
-    </message>
-    <message>
         <source>[%1 more characters]</source>
         <translation>[%1 weitere Zeichen]</translation>
+    </message>
+    <message>
+        <source>the old report</source>
+        <translation>dem alten Bericht</translation>
+    </message>
+    <message>
+        <source>the new report</source>
+        <translation>dem neuen Bericht</translation>
+    </message>
+    <message>
+        <source>Previous</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Previous difference (Shift+F7)</source>
+        <translation>Voriger Unterschied (Umschalt+F7)</translation>
+    </message>
+    <message>
+        <source>Next</source>
+        <translation>Weiter</translation>
+    </message>
+    <message>
+        <source>Next difference (F7)</source>
+        <translation>Nächster Unterschied (F7)</translation>
+    </message>
+    <message>
+        <source>Previous difference</source>
+        <translation>Voriger Unterschied</translation>
+    </message>
+    <message>
+        <source>Next difference</source>
+        <translation>Nächster Unterschied</translation>
+    </message>
+    <message>
+        <source>S&amp;wap</source>
+        <translation>&amp;Tauschen</translation>
+    </message>
+    <message>
+        <source>Swap the compared reports (Ctrl+Shift+X)</source>
+        <translation>Die verglichenen Berichte tauschen (Strg+Umschalt+X)</translation>
+    </message>
+    <message>
+        <source>Swap the compared reports</source>
+        <translation>Die verglichenen Berichte tauschen</translation>
+    </message>
+    <message>
+        <source>C&amp;opy</source>
+        <translation>K&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy the differences (Ctrl+Shift+D)</source>
+        <translation>Die Unterschiede kopieren (Strg+Umschalt+D)</translation>
+    </message>
+    <message>
+        <source>Copy the differences</source>
+        <translation>Die Unterschiede kopieren</translation>
     </message>
 </context>
 <context>
@@ -217,6 +269,10 @@
     <message>
         <source>There is not enough memory to look through the text: nothing is set off.</source>
         <translation>Der Arbeitsspeicher reicht nicht, um den Text durchzusehen: Nichts ist hervorgehoben.</translation>
+    </message>
+    <message>
+        <source>Not everything is set off: the text is too long.</source>
+        <translation>Nicht alles ist hervorgehoben: Der Text ist zu lang.</translation>
     </message>
 </context>
 <context>
@@ -346,12 +402,16 @@
         <translation>Die Drucker konnten nicht abgefragt werden: Der Bericht nennt keinen.</translation>
     </message>
     <message>
-        <source>No process can be started to ask for the printers: the report names none.</source>
-        <translation>Es lässt sich kein Prozess starten, der die Drucker abfragt: Der Bericht nennt keinen.</translation>
-    </message>
-    <message>
         <source>The system does not answer; the report lacks: %1.</source>
         <translation>Das System antwortet nicht; im Bericht fehlt: %1.</translation>
+    </message>
+    <message>
+        <source>The graphics driver does not answer: the report says nothing about OpenGL.</source>
+        <translation>Der Grafiktreiber antwortet nicht: Der Bericht sagt nichts über OpenGL.</translation>
+    </message>
+    <message>
+        <source>The graphics driver could not be asked: the report says nothing about OpenGL.</source>
+        <translation>Der Grafiktreiber lässt sich nicht abfragen: Der Bericht sagt nichts über OpenGL.</translation>
     </message>
 </context>
 <context>
@@ -415,12 +475,6 @@
     <message>
         <source>Identification</source>
         <translation>Identifikation</translation>
-    </message>
-    <message>
-        <source>No report is open.
-Open one, drop files here, or show this machine.</source>
-        <translation>Kein Bericht ist geöffnet.
-Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
     </message>
     <message>
         <source>&amp;Open…</source>
@@ -515,11 +569,11 @@ Open one, drop files here, or show this machine.</source>
         <translation>&amp;Identifikation</translation>
     </message>
     <message>
-        <source>Zoom &amp;In</source>
+        <source>&amp;Zoom In</source>
         <translation>Ver&amp;größern</translation>
     </message>
     <message>
-        <source>Zoom &amp;Out</source>
+        <source>Zoom O&amp;ut</source>
         <translation>Ver&amp;kleinern</translation>
     </message>
     <message>
@@ -649,10 +703,6 @@ Version %1</source>
 Version %1</translation>
     </message>
     <message>
-        <source>Wait until the report before is printed.</source>
-        <translation>Warten Sie, bis der vorige Bericht gedruckt ist.</translation>
-    </message>
-    <message>
         <source>There is not enough memory.</source>
         <translation>Der Arbeitsspeicher reicht nicht.</translation>
     </message>
@@ -745,10 +795,6 @@ Version %1</translation>
         <translation>Abgebrochen: Nichts ist kopiert oder gesichert.</translation>
     </message>
     <message>
-        <source>Cancelled: nothing is printed.</source>
-        <translation>Abgebrochen: Nichts ist gedruckt.</translation>
-    </message>
-    <message>
         <source>T&amp;ext</source>
         <translation>&amp;Text</translation>
     </message>
@@ -758,11 +804,39 @@ Version %1</translation>
     </message>
     <message>
         <source>Previous Di&amp;fference</source>
-        <translation>V&amp;origer Unterschied</translation>
+        <translation>Vorig&amp;er Unterschied</translation>
     </message>
     <message>
         <source>Co&amp;mpare With</source>
         <translation>&amp;Vergleichen mit</translation>
+    </message>
+    <message>
+        <source>&amp;Swap Compared Reports</source>
+        <translation>Verglichene Berichte tau&amp;schen</translation>
+    </message>
+    <message>
+        <source>Copy &amp;Differences</source>
+        <translation>&amp;Unterschiede kopieren</translation>
+    </message>
+    <message>
+        <source>Wait until the work before is done.</source>
+        <translation>Warten Sie, bis die vorige Arbeit fertig ist.</translation>
+    </message>
+    <message>
+        <source>Copying…</source>
+        <translation>Wird kopiert …</translation>
+    </message>
+    <message>
+        <source>Cancelled: nothing is printed or copied.</source>
+        <translation>Abgebrochen: Nichts ist gedruckt oder kopiert.</translation>
+    </message>
+    <message>
+        <source>No report is open.</source>
+        <translation>Kein Bericht ist geöffnet.</translation>
+    </message>
+    <message>
+        <source>Open one, drop files here, or show this machine.</source>
+        <translation>Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
     </message>
 </context>
 <context>
@@ -966,6 +1040,10 @@ Version %1</translation>
         <source>%1 more in the report</source>
         <translation>%1 weitere im Bericht</translation>
     </message>
+    <message>
+        <source>Looking through the report…</source>
+        <translation>Der Bericht wird durchgesehen …</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::ReportTab</name>
@@ -1021,6 +1099,10 @@ Version %1</translation>
         <source>The other report was closed before it was read.</source>
         <translation>Der andere Bericht wurde geschlossen, ehe er gelesen war.</translation>
     </message>
+    <message>
+        <source>Private data is not replaced. Nothing is shown.</source>
+        <translation>Private Daten sind nicht ersetzt. Nichts wird gezeigt.</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::ReportTextView</name>
@@ -1038,6 +1120,145 @@ Version %1</translation>
     <message>
         <source>primary</source>
         <translation>Haupt</translation>
+    </message>
+</context>
+<context>
+    <name>norvex::Viewer::SectionTitles</name>
+    <message>
+        <source>Version and name of the system</source>
+        <translation>Version und Name des Systems</translation>
+    </message>
+    <message>
+        <source>Kernel information</source>
+        <translation>Kernel</translation>
+    </message>
+    <message>
+        <source>Model identifier</source>
+        <translation>Modellkennung</translation>
+    </message>
+    <message>
+        <source>Architecture of the machine and of this build</source>
+        <translation>Architektur des Geräts und dieses Programms</translation>
+    </message>
+    <message>
+        <source>Processor</source>
+        <translation>Prozessor</translation>
+    </message>
+    <message>
+        <source>Memory sizes</source>
+        <translation>Speichergrößen</translation>
+    </message>
+    <message>
+        <source>AHCI disk</source>
+        <translation>AHCI-Laufwerke</translation>
+    </message>
+    <message>
+        <source>AHCI Serial ATAPI</source>
+        <translation>AHCI-Laufwerke (ATAPI)</translation>
+    </message>
+    <message>
+        <source>NVMEXpress devices</source>
+        <translation>NVMe-Laufwerke</translation>
+    </message>
+    <message>
+        <source>Volumes</source>
+        <translation>Volumes</translation>
+    </message>
+    <message>
+        <source>Ethernet interfaces</source>
+        <translation>Ethernet-Schnittstellen</translation>
+    </message>
+    <message>
+        <source>Platform info</source>
+        <translation>Plattform</translation>
+    </message>
+    <message>
+        <source>Root info</source>
+        <extracomment>of the I/O registry</extracomment>
+        <translation>I/O-Register</translation>
+    </message>
+    <message>
+        <source>Graphics card info</source>
+        <translation>Grafikkarten</translation>
+    </message>
+    <message>
+        <source>Attached USB devices</source>
+        <translation>Angeschlossene USB-Geräte</translation>
+    </message>
+    <message>
+        <source>RS232 Serial Devices Info</source>
+        <translation>Serielle Anschlüsse (RS-232)</translation>
+    </message>
+    <message>
+        <source>FTDI driver</source>
+        <extracomment>for adapters from USB to serial ports</extracomment>
+        <translation>FTDI-Treiber</translation>
+    </message>
+    <message>
+        <source>Version of the DNS service discovery daemon</source>
+        <translation>Version des Dienstes für DNS-SD</translation>
+    </message>
+    <message>
+        <source>Application that opens mail links</source>
+        <translation>Programm für E-Mail-Links</translation>
+    </message>
+    <message>
+        <source>Date, time and bias of the time zone</source>
+        <translation>Datum, Uhrzeit und Zeitzone</translation>
+    </message>
+    <message>
+        <source>Qt Global</source>
+        <extracomment>Qt&apos;s versions, and how it is built</extracomment>
+        <translation>Qt-Versionen (Qt Global)</translation>
+    </message>
+    <message>
+        <source>QCoreApplication</source>
+        <extracomment>a class of Qt: what is known of this application</extracomment>
+        <translation>Programm (QCoreApplication)</translation>
+    </message>
+    <message>
+        <source>QLocale</source>
+        <extracomment>a class of Qt: country, language, units</extracomment>
+        <translation>Land und Sprache (QLocale)</translation>
+    </message>
+    <message>
+        <source>QScreen</source>
+        <extracomment>a class of Qt: the screens</extracomment>
+        <translation>Bildschirme (QScreen)</translation>
+    </message>
+    <message>
+        <source>QDesktopWidget</source>
+        <extracomment>a class of Qt: where the screens are</extracomment>
+        <translation>Anordnung der Bildschirme (QDesktopWidget)</translation>
+    </message>
+    <message>
+        <source>QDesktopServices</source>
+        <extracomment>a class of Qt: the user&apos;s folders</extracomment>
+        <translation>Ordner (QDesktopServices)</translation>
+    </message>
+    <message>
+        <source>QPrinterInfo</source>
+        <extracomment>a class of Qt: the printers</extracomment>
+        <translation>Drucker (QPrinterInfo)</translation>
+    </message>
+    <message>
+        <source>QHostInfo</source>
+        <extracomment>a class of Qt: names of host and domain</extracomment>
+        <translation>Rechnername (QHostInfo)</translation>
+    </message>
+    <message>
+        <source>Network Interfaces Info</source>
+        <translation>Netzwerkschnittstellen</translation>
+    </message>
+    <message>
+        <source>System environment</source>
+        <extracomment>variables</extracomment>
+        <translation>Umgebungsvariablen</translation>
+    </message>
+    <message>
+        <source>QGLFormat</source>
+        <extracomment>a class of Qt: OpenGL</extracomment>
+        <translation>OpenGL (QGLFormat)</translation>
     </message>
 </context>
 <context>
