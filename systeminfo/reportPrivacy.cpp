@@ -1,5 +1,7 @@
 #include "systeminfo/reportPrivacy.h"
 
+#include "systeminfo/privacy/environmentVariables.h"
+
 #include <cstring>
 
 namespace norvex::SystemInfo::Internal {
@@ -62,6 +64,8 @@ const struct
     {"qtCoreApplication", others, Kind::Model},
     {"qtCoreApplication", "Application DirPath", Kind::Path},
     {"qtCoreApplication", "Application FilePath", Kind::Path},
+    {"qtCoreApplication", "Organization Domain", Kind::Product},
+    {"qtCoreApplication", "Organization Name", Kind::Product},
     {"qtCoreApplication", "Library Paths", Kind::Path},
     {"qtLocale", others, Kind::Model},
     {"qtScreens", others, Kind::Model},
@@ -74,6 +78,7 @@ const struct
     {"qtHostInfo", "Local host name", Kind::Host},
     {"qtHostInfo", "Local domain name", Kind::Domain},
     {"network", others, Kind::Model},
+    {"network", blockLine, Kind::Interface},
     {"network", "Hardware address", Kind::Address},
     {"network", "Addresses", Kind::Addresses},
     {"qtSystemEnvironment", others, Kind::Token}, // but for harmless variables
@@ -103,6 +108,10 @@ Kind kindByLabel(const QString& label)
         return Kind::Serial;
     }
     const Kind kind = Privacy::privateKindOf(label.toUtf8());
+    const Kind ofVariable = Privacy::kindOfVariable(label);
+    if (ofVariable == Kind::Person || ofVariable == Kind::Host || ofVariable == Kind::Domain) {
+        return ofVariable;
+    }
     if (kind == Kind::None) {
         return isVersion(label) ? Kind::Model : Kind::None;
     }

@@ -99,6 +99,13 @@ void ReportRedactionTest::nothingLeft()
     }
     QVERIFY2(planted >= (name == "macintosh" ? 60 : 15), qPrintable(QString::number(planted)));
     QCOMPARE(redacted(QString(text).replace("\n", "\r\n")), QString(clean).replace("\n", "\r\n"));
+    for (const char* mark : {"> ", "> > ", "    ", "|\t"}) {
+        const auto quoted = [mark](QString report) {
+            report.replace(QRegularExpression("^", QRegularExpression::MultilineOption), mark);
+            return "You wrote:\n\n" + report;
+        };
+        sameLines(redacted(quoted(text)), quoted(clean));
+    }
 }
 
 void ReportRedactionTest::values_data()
@@ -135,6 +142,32 @@ void ReportRedactionTest::values_data()
           "Serial number: To be filled by O.E.M.\nSerial number: SERIAL-1");
     other("Owner name: Jane Wolff\nBy Wolff, JANE and Wolffs Mac",
           "Owner name: user1\nBy user1, user1 and user1s Mac");
+    other("3C15.C2D6.F03F 3c15c2d6f03f 2018.2019.2020", "3C15.C200.0001 3c15c2000001 2018.2019.2020");
+    other("S-1-5-21-36-33-30-1013 S-1-5-18 S-1-5-21-36-33-30, S-1-12-1-1-2-3-4",
+          "S-1-5-21-SERIAL-1-1013 S-1-5-18 S-1-5-21-SERIAL-1, S-1-12-1-SERIAL-2");
+    other("http://a/b?token=ab.c&key=7&page=2#f mailto:a@b.org emil:pw9@turm jim+x@10.0.0.1",
+          "http://a/b?token=SERIAL-1&key=SERIAL-2&page=2#f mailto:user1@host1.domain1 user2:user3@host2 "
+          "user4@192.0.2.1");
+    other("Hostname=al7\nHostname=al7: up\nHost name = al 8\nTo host=al9;user=\"Jo D\";password=pw1 Port=80",
+          "Hostname=host1\nHostname=host2\nHost name = host3\nTo host=host4;user=\"user1\";password=SERIAL-1 "
+          "Port=80");
+    other("LOGNAME=Jo Doe\nUser: gerda\nuser=12.5\nx host=none",
+          "LOGNAME=user1\nUser: user2\nuser=12.5\nx host=none");
+    row("Kernel information:\nVersion: Linux 6 (Jo Doe@my pc) (x @ y) #1\n",
+        "Kernel information:\nVersion: Linux 6 (user1@host1) (x @ y) #1\n");
+    const QString interfaces = "%1\nNetwork Interfaces Info\n" + QString(55, '_') +
+                               "\nwg-%2\nAddresses: IP , netmask , broadcast\nfe80::1%wg-%2 ,  , \n" +
+                               QString(55, '_') + "\nen0\n";
+    row(interfaces.arg("Owner name: otto77\nOwner name: en0", "otto77"),
+        QString(interfaces).replace("fe80", "2001:db8").arg("Owner name: user1\nOwner name: user2", "user1"));
+    row("Hostname: turm8.amt.example\nQCoreApplication:\nOrganization Domain:  amt.example\nOrganization "
+        "Name: x\n",
+        "Hostname: host1.domain1\nQCoreApplication:\nOrganization Domain:  domain1\nOrganization Name: x\n");
+    // quoted
+    row("Model: A\nJo:\n>  " + environment + ">    A=x1\nx2\n>\n>    B=" + separatorLine + ">    C=x3\n> " +
+            separatorLine + "x4\n",
+        "Model: A\nJo:\n>  " + environment + ">    A=VALUE-1\n…\n>\n>    B=VALUE-2\n>    C=VALUE-3\n> " +
+            separatorLine + "x4\n");
     other("SSID: x\nBSSID: 3c:15:c2:d6:f0:3f\nx", "SSID: Network 1\nBSSID: 3c:15:c2:00:00:01\nx");
     row("Graphics card info (from IOKit)\nCard #1\n   Model:      jdoe's /home/jdoe\n",
         "Graphics card info (from IOKit)\nCard #1\n   Model:      jdoe's /home/user1\n");
@@ -231,7 +264,10 @@ void ReportRedactionTest::generated()
     const int count = qMax(1000, qEnvironmentVariableIntValue("NORVEX_REPORTS"));
     ReportGenerator generator(fileText(folder + "pieces.txt").split('\n'));
     for (int i = 0; i < count; ++i) {
-        const QString text = generator.next();
+        QString text = generator.next();
+        if (i % 3 == 0) {
+            text.replace("\n", "\n> ");
+        }
         const QString found = fault(text);
         QVERIFY2(found.isEmpty(), qPrintable(found + "\nof " + text));
     }

@@ -165,22 +165,23 @@ bool isHexDigit(QChar c)
 AddressText::AddressText(const QString& addressText) : text(addressText)
 {
     const bool isSeparated = std::any_of(text.begin(), text.end(), [](QChar c) { return !isHexDigit(c); });
+    const bool isInPairs = text.indexOf(QLatin1Char('.')) != 4; // unlike "3c15.c2d6.f03f"
     for (int i = 0; i < text.size();) {
         int end = i;
         while (end < text.size() && end < i + 2 && isHexDigit(text.at(end))) {
             ++end;
         }
         const bool isEnd = end == text.size();
+        const bool isBetween = isSeparated && (isInPairs || bytes.size() % 2 == 1);
         const bool goesOn =
-            !isEnd &&
-            (!isSeparated || (QStringLiteral(":-.").contains(text.at(end)) && end + 1 < text.size()));
+            !isEnd && (!isBetween || (QStringLiteral(":-.").contains(text.at(end)) && end + 1 < text.size()));
         if (end == i || !(isEnd || goesOn)) {
             places.clear();
             return;
         }
         places.push_back({i, end - i});
         bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
-        i = isEnd ? end : end + (isSeparated ? 1 : 0);
+        i = isEnd ? end : end + (isBetween ? 1 : 0);
     }
     const bool isWhole = text.size() == 2 * addressSize || text.size() == 2 * extendedAddressSize;
     if (!isSeparated && !isWhole) {
@@ -341,7 +342,7 @@ private:
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
     QString form = formOf(text, kind);
-    if (form != text || kind == PrivateKind::Token) {
+    if (form != text || kind == PrivateKind::Token || kind == PrivateKind::Interface) {
         return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
@@ -376,6 +377,8 @@ QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
     case PrivateKind::Network: return formOfName(value, Family::Network);
     case PrivateKind::Printer:
         return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
+    case PrivateKind::Interface:
+        return textWithForms(value, isInterfaceName(value) ? PrivateKind::Model : PrivateKind::Product);
     case PrivateKind::Folder: return givenNameForm(value).family == Family::Count ? QString(ellipsis) : value;
     default: return value;
     }
