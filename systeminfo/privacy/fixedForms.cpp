@@ -507,7 +507,7 @@ protected:
     QString form(Family family, const QString& key, const QString& value) override
     {
         const ByteHash hash = keyHash(family, key);
-        if (!forms_.indices_.contains(hash)) {
+        if (forms_.indices_.find(hash) == nullptr) {
             const auto index = static_cast<std::uint32_t>(forms_.numbers_.size());
             forms_.numbers_.push_back(0);
             forms_.addLearned(family, index, value);
@@ -518,14 +518,14 @@ protected:
 
     void alsoKnownAs(Family family, const QString& key, const QString& other) override
     {
-        const auto known = forms_.indices_.constFind(keyHash(family, keyOf(family, key)));
+        const std::uint32_t* const known = forms_.indices_.find(keyHash(family, keyOf(family, key)));
         const bool isOther = family == Family::Address || keyOf(family, other) != keyOf(family, key);
-        if (known == forms_.indices_.constEnd() || !isOther) {
+        if (known == nullptr || !isOther) {
             return;
         }
         const ByteHash hash = keyHash(family, QLatin1Char('=') + other);
         const ByteHash own = keyHash(family, keyOf(family, other));
-        if (!forms_.indices_.contains(hash) && !forms_.indices_.contains(own)) {
+        if (forms_.indices_.find(hash) == nullptr && forms_.indices_.find(own) == nullptr) {
             const std::uint32_t index = *known;
             forms_.addLearned(family, index, other);
             forms_.indices_.insert(family == Family::Address ? hash : own, index);
@@ -560,8 +560,8 @@ public:
 protected:
     QString form(Family family, const QString& key, const QString&) override
     {
-        const std::uint32_t index = forms_.indices_.value(keyHash(family, key), unknown);
-        const std::uint32_t number = index < forms_.numbers_.size() ? forms_.numbers_[index] : 0;
+        const std::uint32_t* const index = forms_.indices_.find(keyHash(family, key));
+        const std::uint32_t number = index == nullptr ? 0 : forms_.numbers_[*index];
         if (number == 0) {
             return family == Family::Address ? QString() : QString(ellipsis);
         }
@@ -592,8 +592,6 @@ protected:
     }
 
 private:
-    static constexpr std::uint32_t unknown = UINT32_MAX;
-
     const FixedForms& forms_;
 };
 
@@ -616,7 +614,7 @@ QString FixedForms::replaced(const QString& text, PrivateKind kind) const
 
 void FixedForms::settle()
 {
-    for (const Learned& learned : learned_) {
+    for (Learned& learned : learned_) {
         const auto family = std::size_t(learned.family);
         std::uint32_t& number = numbers_[learned.index];
         if (number == 0) {
@@ -626,8 +624,9 @@ void FixedForms::settle()
             number = last_.at(family);
         }
         searchFor(learned, number);
+        learned.text = QString(); // its memory serves the next one
     }
-    learned_.clear();
+    learned_ = {};
 }
 
 /// Of either letter case.
@@ -680,7 +679,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
 {
     const QString& text = learned.text;
     const QString form = nameForm(learned.family, number);
-    if (learned.word != 0 && !words_.contains(learned.word)) {
+    if (learned.word != 0) {
         words_.insert(learned.word, {learned.family, learned.isPlural, number});
     }
     if (text.isEmpty()) {
@@ -740,8 +739,8 @@ QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
         }
         if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
             const QString word = text.mid(begin, end - begin);
-            const auto known = words_.constFind(wordHash(word));
-            if (known != words_.constEnd() && mayStandIn(known->family, word, kind)) {
+            const Word* const known = words_.find(wordHash(word));
+            if (known != nullptr && mayStandIn(known->family, word, kind)) {
                 result += text.midRef(copied, begin - copied);
                 result += formOfWord(word, *known);
                 copied = end;

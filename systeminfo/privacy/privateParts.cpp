@@ -63,6 +63,7 @@ class Finder
 public:
     explicit Finder(const QString& text) : text_(text), characters_(text) {}
 
+    /// Once.
     Parts parts(PrivateKind kind)
     {
         switch (kind) {
@@ -141,13 +142,16 @@ private:
     {
         std::stable_sort(parts_.begin(), parts_.end(),
                          [](const PrivatePart& a, const PrivatePart& b) { return a.start < b.start; });
-        Parts separate;
-        for (const PrivatePart& part : parts_) {
-            if (separate.empty() || part.start >= separate.back().start + separate.back().length) {
-                separate.push_back(part);
+        std::size_t kept = 0;
+        int end = 0;
+        for (const PrivatePart part : parts_) {
+            if (part.start >= end) {
+                parts_[kept++] = part;
+                end = part.start + part.length;
             }
         }
-        return separate;
+        parts_.resize(kept);
+        return std::move(parts_);
     }
 
     template <typename Use>
