@@ -143,6 +143,7 @@ void ReportRedactionTest::values_data()
     other("Owner name: Jane Wolff\nBy Wolff, JANE and Wolffs Mac",
           "Owner name: user1\nBy user1, user1 and user1s Mac");
     other("3C15.C2D6.F03F 3c15c2d6f03f 2018.2019.2020", "3C15.C200.0001 3c15c2000001 2018.2019.2020");
+    other("MAC address: 00:0A:27:02:00:48:11:22", "MAC address: 00:0A:27:00:00:00:00:01");
     other("S-1-5-21-36-33-30-1013 S-1-5-18 S-1-5-21-36-33-30, S-1-12-1-1-2-3-4",
           "S-1-5-21-SERIAL-1-1013 S-1-5-18 S-1-5-21-SERIAL-1, S-1-12-1-SERIAL-2");
     other("http://a/b?token=ab.c&key=7&page=2#f mailto:a@b.org emil:pw9@turm jim+x@10.0.0.1",

@@ -342,7 +342,9 @@ private:
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
     QString form = formOf(text, kind);
-    if (form != text || kind == PrivateKind::Token || kind == PrivateKind::Interface) {
+    // One of eight bytes looks like an IPv6 address.
+    const bool isAddress = kind == PrivateKind::Address && AddressText(text).isAddress();
+    if (form != text || kind == PrivateKind::Token || kind == PrivateKind::Interface || isAddress) {
         return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
