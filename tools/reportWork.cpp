@@ -31,6 +31,21 @@ namespace {
 using Action = Options::Action;
 using Form = Options::Form;
 
+/// While this lives, nothing is printed about sections that nobody asked for.
+class NoWarnings
+{
+public:
+    NoWarnings()
+        : before_(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}))
+    {}
+    NoWarnings(const NoWarnings&) = delete;
+    NoWarnings& operator=(const NoWarnings&) = delete;
+    ~NoWarnings() { qInstallMessageHandler(before_); }
+
+private:
+    const QtMessageHandler before_;
+};
+
 class ReportWork
 {
 public:
@@ -100,6 +115,7 @@ int ReportWork::run(const Output& output)
             redactor_.collect(report);
         }
         if (options_.asksMachine()) {
+            const NoWarnings noWarnings;
             redactor_.collect(CReport::fromText(reportOf(otherSections())));
         }
     }
