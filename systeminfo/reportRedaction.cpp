@@ -201,14 +201,14 @@ void Walk::takePart(const Part& part, int end)
 void Walk::takePieces(const Container& container, const SectionPrivacy& privacy)
 {
     const bool isBlock = container.ownLines > 0;
+    const bool isUnknown = &privacy == &SectionPrivacy::of(nullptr);
     PieceReader reader(text_, container);
     for (Piece piece; reader.next(piece);) {
         if (piece.type == Piece::Block) {
             isBluetooth_ = SectionPrivacy::isBluetooth(text_, piece, *container.format);
             takePieces(contentOf(piece, *container.format), privacy);
             isBluetooth_ = false;
-        } else if (container.format == nullptr &&
-                   (piece.type == Piece::Lines || isAssignment(text_, piece.entry))) {
+        } else if (isUnknown && (piece.type == Piece::Lines || isAssignment(text_, piece.entry))) {
             takeOtherLines(piece.begin, piece.end);
         } else if (piece.type == Piece::Entry) {
             takeEntry(piece, container, privacy);
