@@ -129,6 +129,9 @@ private:
         if (characters_.has("=") && kind == PrivateKind::None) {
             addAssigned();
         }
+        if (characters_.has("@") && kind == PrivateKind::None) { // elsewhere a label may stand in front
+            addPasswords();
+        }
         if (characters_.has("sS") && characters_.has("0123456789") && kind == PrivateKind::None) {
             addSerialNumbers();
         }
@@ -388,9 +391,6 @@ private:
         // In sentences, what stands between parentheses is more than a name.
         static const QRegularExpression builderWithBlanks =
             expression(R"(\((?! )([^()/]{1,128})(?<! )@(?! )([^()/@]{1,255})(?<! )\))");
-        // Without a protocol in front: "otto:geheim@lager"
-        static const QRegularExpression password = expression(
-            R"((?<![\w/:.\-])(?!(?i:mailto|sips?|xmpp|acct|git|ssh):)(?=[\d.\-]{0,63}[\p{L}_])([\w.\-]{1,64}):([^\s:@/]{1,255})@([\p{L}\d][\w.\-]{0,254}))");
         static const QRegularExpression account =
             expression(R"((?<![\w\p{M}.+\-])([\w\p{M}.+\-]{1,64})@([\w\-][\w\p{M}.\-]{0,254}))");
         static const QRegularExpression host =
@@ -415,15 +415,20 @@ private:
                 }
             });
         }
-        if (kind == PrivateKind::None) { // a label may look like a name, too
-            forEach(password, [this](const Match& found) {
-                add(PrivateKind::Person, found, 1);
-                add(PrivateKind::Person, found, 2);
-                add(PrivateKind::Host, found, 3);
-            });
-        }
         forEach(local, [this](const Match& found) {
             add(PrivateKind::Host, found, found.capturedLength(1) > 0 ? 1 : 2);
+        });
+    }
+
+    /// Without a protocol in front: "otto:geheim@lager".
+    void addPasswords()
+    {
+        static const QRegularExpression password = expression(
+            R"((?<![\w/:.\-])(?!(?i:mailto|sips?|xmpp|acct|git|ssh):)(?=[\d.\-]{0,63}[\p{L}_])([\w.\-]{1,64}):([^\s:@/]{1,255})@([\p{L}\d][\w.\-]{0,254}))");
+        forEach(password, [this](const Match& found) {
+            add(PrivateKind::Person, found, 1);
+            add(PrivateKind::Person, found, 2);
+            add(PrivateKind::Host, found, 3);
         });
     }
 
