@@ -8,26 +8,26 @@ namespace norvex::SystemInfo::Internal {
 
 namespace {
 
-bool isMark(QChar c)
-{
-    return c == QLatin1Char(' ') || c == QLatin1Char('>') || c == QLatin1Char('\t') ||
-           c == QLatin1Char('|') || c == QChar(QChar::Nbsp);
-}
-
+constexpr int longestMark = 60;
 constexpr int mostUnquoted = 200; ///< lines between quoted ones; bounds the time
 
-/// How many marks stand in front of a line that only reports have; 0 for any other line.
+/// How many marks stand in front of a line that only reports have; 0 for any other line. A mark has no letter or digit, and
+/// does not go on as the line begins.
 int marksBeforeStructure(const QString& text, const Line& line)
 {
-    int begin = line.begin;
-    while (begin < line.end && isMark(text.at(begin))) {
-        ++begin;
+    const int last = std::min(line.end, line.begin + longestMark);
+    for (int begin = line.begin; begin < last && !text.at(begin).isLetterOrNumber(); ++begin) {
+        const QChar next = begin + 1 < line.end ? text.at(begin + 1) : QChar();
+        if (next == text.at(begin)) {
+            continue; // within hyphens or number signs
+        }
+        const Line bare = {begin + 1, line.end, line.next};
+        if (isSeparator(text, bare) || bannerHalf(text, bare) != Half::None ||
+            sectionOf(text, bare, Half::Qt) == environmentFormat()) {
+            return bare.begin - line.begin;
+        }
     }
-    const Line bare = {begin, line.end, line.next};
-    const bool isStructure =
-        begin > line.begin && (isSeparator(text, bare) || bannerHalf(text, bare) != Half::None ||
-                               sectionOf(text, bare, Half::Qt) == environmentFormat());
-    return isStructure ? begin - line.begin : 0;
+    return 0;
 }
 
 } // namespace

@@ -11,7 +11,7 @@ class QuotedReport
 {
 public:
     /// Looks for the first one between two positions, the first of which begins a line. What makes one is a banner, a
-    /// separator or the environment's heading that has blanks or marks of a quotation in front of it.
+    /// separator or the environment's heading that has blanks or marks such as "> " or "# " in front of it.
     QuotedReport(const QString& text, int begin, int end);
 
     bool isNull() const { return lines_.empty(); }

@@ -99,7 +99,7 @@ void ReportRedactionTest::nothingLeft()
     }
     QVERIFY2(planted >= (name == "macintosh" ? 60 : 15), qPrintable(QString::number(planted)));
     QCOMPARE(redacted(QString(text).replace("\n", "\r\n")), QString(clean).replace("\n", "\r\n"));
-    for (const char* mark : {"> ", "> > ", "    ", "|\t"}) {
+    for (const char* mark : {"> ", "> > ", "    ", "|\t", "## ", "- * "}) {
         const auto quoted = [mark](QString report) {
             report.replace(QRegularExpression("^", QRegularExpression::MultilineOption), mark);
             return "You wrote:\n\n" + report;
