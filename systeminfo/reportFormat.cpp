@@ -243,7 +243,8 @@ FirstLines::FirstLines()
 {
     for (const SectionFormat& format : sectionFormats()) {
         if (format.heading != nullptr) {
-            add(QString::fromLatin1(format.heading), false, format);
+            // Whatever a mail program puts behind the environment's: what follows is private.
+            add(QString::fromLatin1(format.heading), isSection(&format, environmentSection), format);
             continue;
         }
         for (const EntryFormat& entry : format.entries) {

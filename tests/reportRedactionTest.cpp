@@ -164,7 +164,8 @@ void ReportRedactionTest::values_data()
     row("Hostname: turm8.amt.example\nQCoreApplication:\nOrganization Domain:  amt.example\nOrganization "
         "Name: x\n",
         "Hostname: host1.domain1\nQCoreApplication:\nOrganization Domain:  domain1\nOrganization Name: x\n");
-    // quoted
+    // in a mail
+    row(environment.trimmed() + "=20\n  A=x1=20\n", environment.trimmed() + "=20\n  A=VALUE-1\n");
     row("Model: A\nJo:\n>  " + environment + ">    A=x1\nx2\n>\n>    B=" + separatorLine + ">    C=x3\n> " +
             separatorLine + "x4\n",
         "Model: A\nJo:\n>  " + environment + ">    A=VALUE-1\n…\n>\n>    B=VALUE-2\n>    C=VALUE-3\n> " +
