@@ -1,53 +1,17 @@
+#include "benchmarks/longTexts.h"
 #include "systeminfo/norvexReport.h"
 
-#include <QFile>
 #include <QJsonDocument>
-#include <benchmark/benchmark.h>
-#include <ctime>
 
 namespace {
 
 using norvex::SystemInfo::CReport;
 
-const QString windowsBanner = QStringLiteral("############ Windows specific section ###########");
-
-QString report()
-{
-    QFile file(QStringLiteral(NORVEX_TEST_DATA "/reports/macintosh.txt"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        qFatal("%s cannot be read", qPrintable(file.fileName()));
-    }
-    return QString::fromUtf8(file.readAll());
-}
-
-/// A report with its last section, the environment, filled up to the length with further variables.
-QString filled(int length, const QString& variables)
-{
-    QString text = report();
-    text.reserve(length + variables.size() + 20);
-    for (int number = 0; text.size() < length; ++number) {
-        text += variables.arg(number);
-    }
-    text.truncate(length); // more is no JSON
-    return text;
-}
-
-/// Short lines, as the reader's benchmark has them.
-QString shortLines(int length)
-{
-    return filled(length,
-                  QStringLiteral("  PATH_%1=/usr/local/bin:/usr/bin:/bin:/usr/sbin:/sbin:/opt/tools/bin\n"
-                                 "  XDG_SESSION_%1=c2\n"
-                                 "  LS_COLORS_%1=rs=0:di=01;34:ln=01;36:mh=00:pi=40;33:so=01;35\n"
-                                 "  SSH_AUTH_SOCK_%1=/private/tmp/com.example.launchd.7Xk2/Listeners\n"
-                                 "  LC_CTYPE_%1=UTF-8\n"
-                                 "  __CF_USER_TEXT_ENCODING_%1=0x1F5:0x0:0x3\n"));
-}
-
 /// Few enough lines for JSON.
 QString longLines(int length)
 {
-    return filled(length, QStringLiteral("  LINE_%1=") + QString(200, QLatin1Char('x')) + QLatin1Char('\n'));
+    return filledReport(length,
+                        QStringLiteral("  LINE_%1=") + QString(200, QLatin1Char('x')) + QLatin1Char('\n'));
 }
 
 QString repeated(const QString& text, int length)
@@ -81,24 +45,8 @@ QString almostSeparators(int length)
     return repeated(QString(71, QLatin1Char('-')) + QLatin1Char('\n'), length);
 }
 
-/// Processor time, so that other programs do not count.
-double secondsSince(std::clock_t start)
-{
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-double secondsOfOnePass(const QString& text)
-{
-    const int passes = 10;
-    const std::clock_t start = std::clock();
-    for (int i = 0; i < passes; ++i) {
-        benchmark::DoNotOptimize(text.indexOf(windowsBanner));
-    }
-    return secondsSince(start) / passes;
-}
-
-/// The counter "passes" says how many passes of QString::indexOf for the Windows banner take the time of one parse,
-/// "ns_a_line" what a line costs.
+/// The counter "passes" says how many passes of QString::indexOf take the time of one parse, "ns_a_line" how many
+/// nanoseconds a line takes.
 void parse(benchmark::State& state, QString (*write)(int))
 {
     const QString text = write(static_cast<int>(state.range(0)));
@@ -160,14 +108,6 @@ void redact(benchmark::State& state, QString (*write)(int))
 void usualAndLargest(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->Arg(10000)->Arg(1 << 26)->Unit(benchmark::kMicrosecond);
-}
-
-void lengths(benchmark::internal::Benchmark* benchmark)
-{
-    benchmark->RangeMultiplier(2)
-        ->Range(1 << 23, 1 << 26)
-        ->Complexity(benchmark::oN)
-        ->Unit(benchmark::kMillisecond);
 }
 
 /// A usual report: less than 0.2 ms. At 64 Mi characters: at most 20 passes.

@@ -1,4 +1,4 @@
-/// The least that a program takes which asks Qt for screens and printers: what the tool's whole run is compared with.
+// The least time of any program that asks Qt for screens and printers, beside which the tool's whole run is measured.
 
 #include <QApplication>
 #include <QPrinterInfo>

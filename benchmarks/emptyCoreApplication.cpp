@@ -1,4 +1,4 @@
-/// The least that a program with Qt takes: what "norvex-systeminfo --version" is compared with.
+// The least time of any program with Qt, beside which "norvex-systeminfo --version" is measured.
 
 #include <QCoreApplication>
 

@@ -1,10 +1,10 @@
 #include "machelpers/applicationServices.h"
 #include "machelpers/errorStreamLinux.h"
 #include "machelpers/privilegedToolLinux.h"
+#include "systeminfo/mac/platform/live/caseSensitivity.h"
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
-#include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/machine.h"
 
 #include <QGuiApplication>
@@ -106,9 +106,9 @@ public:
 
     bool executableVolumeCaseSensitivity(int& value) override
     {
-        const std::optional<LetterCase> letterCase = letterCaseOf(executablesFolder());
-        value = letterCase && letterCase->isSensitive ? 1 : 0;
-        return letterCase.has_value();
+        const std::optional<CaseSensitivity> caseSensitivity = caseSensitivityOf(executablesFolder());
+        value = caseSensitivity && caseSensitivity->isSensitive ? 1 : 0;
+        return caseSensitivity.has_value();
     }
 
     const char* applicationPath(const char* identifier) override

@@ -2,7 +2,6 @@
 
 #include "systeminfo/mac/platform/live/fileDescriptor.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -64,13 +63,6 @@ FileDescriptor nonBlockingErrorStream()
                                    : -1);
 }
 
-bool waitUntilWritable(int descriptor, Clock::time_point end)
-{
-    const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-    pollfd news = {descriptor, POLLOUT, 0};
-    return poll(&news, 1, std::max(0, static_cast<int>(rest.count()))) == 1;
-}
-
 ssize_t writeSome(int descriptor, const char* text, std::size_t length)
 {
     const ssize_t sent = send(descriptor, text, length, MSG_DONTWAIT | MSG_NOSIGNAL);
@@ -87,7 +79,7 @@ void writeErrorLine(const char* text)
     const int stream = nonBlocking ? nonBlocking.get() : STDERR_FILENO;
     const Clock::time_point end = Clock::now() + patience;
     // One call is enough as a rule, so that the lines of several threads do not mix.
-    for (std::size_t position = 0; position < line.size() && waitUntilWritable(stream, end);) {
+    for (std::size_t position = 0; position < line.size() && waitUntilReady(stream, POLLOUT, end);) {
         const ssize_t written = writeSome(stream, line.data() + position, line.size() - position);
         if (written > 0) {
             position += static_cast<std::size_t>(written);

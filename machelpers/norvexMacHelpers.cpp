@@ -197,26 +197,26 @@ void beginOnlyActivity(ApplicationServices& services, const char* reason)
 
 namespace norvex {
 
-int propertyListValue(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
+PropertyListResult propertyListValue(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
 {
     ApplicationServices& services = applicationServices();
     const AutoreleasePool pool(services);
     if (!plistPath || !services.fileExists(plistPath)) {
-        return -1;
+        return PropertyListResult::NoFile;
     }
     std::string value;
     if (!keyPath || !services.propertyListString(plistPath, keyPath, value)) {
-        return -2;
+        return PropertyListResult::NoString;
     }
     if (!buffer || bufferSize < 1) {
-        return -3;
+        return PropertyListResult::BufferTooSmall;
     }
     const auto size = static_cast<std::size_t>(bufferSize);
     const bool fits = value.size() < size;
     const std::size_t length = fits ? value.size() : size - 1;
     std::memcpy(buffer, value.data(), length);
     buffer[length] = '\0';
-    return fits ? 0 : -3;
+    return fits ? PropertyListResult::Found : PropertyListResult::BufferTooSmall;
 }
 
 } // namespace norvex
@@ -236,8 +236,8 @@ bool checkIfProcessWithIdIsRunning(unsigned int processId)
 {
     return guarded(false, [processId] {
         ApplicationServices& services = applicationServices();
-        const bool canBeSomebodys = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
-        if (!isSystemRecentEnough(services) || !canBeSomebodys) {
+        const bool isPossible = processId != 0 && processId <= static_cast<unsigned int>(INT_MAX);
+        if (!isSystemRecentEnough(services) || !isPossible) {
             return false;
         }
         const AutoreleasePool pool(services);
@@ -269,7 +269,9 @@ const char* absolutePathForAppBundleWithIdentifier(const char* bundleIdentifier)
 int getValueForKeyInPropertyList(const char* plistPath, const char* keyPath, char* buffer, int bufferSize)
 {
     // Running out of memory does not mean that there is no file.
-    return guarded(-2, [&] { return norvex::propertyListValue(plistPath, keyPath, buffer, bufferSize); });
+    return static_cast<int>(guarded(norvex::PropertyListResult::NoString, [&] {
+        return norvex::propertyListValue(plistPath, keyPath, buffer, bufferSize);
+    }));
 }
 
 bool executeWithAuthorization(const char* toolPath, char* const* arguments, bool waitForExit)

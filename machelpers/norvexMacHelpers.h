@@ -3,10 +3,10 @@
 #include "../systeminfo/norvexExport.h"
 
 /// @file
-/// Application helpers: free functions that a macOS application needs beside the report.
+/// Application helpers: free functions for macOS applications, beside the report.
 ///
-/// All texts are UTF-8 C strings. Call a function on any thread unless its description names one. Only a
-/// successful activation logs a line.
+/// All texts are UTF-8 C strings. Call a function on any thread unless its description names one. Apart from
+/// macLog, only a successful activation logs a line.
 ///
 /// No function throws. A function that fails, or that gets no memory (std::bad_alloc), says so by its result
 /// alone. On Linux libplist, behind getValueForKeyInPropertyList, ends the process when memory runs out.
@@ -78,7 +78,7 @@ NORVEX_SYSTEMINFO_EXPORT bool checkIfApplicationIsAlreadyRunningThenActivate();
 /// number is no process identifier.
 NORVEX_SYSTEMINFO_EXPORT bool checkIfProcessWithIdIsRunning(unsigned int processId);
 
-/// Whether the volume that holds this application's executable tells upper from lower case in names
+/// Whether the volume that holds this application's executable has case-sensitive names
 /// (`NSURLVolumeSupportsCaseSensitiveNamesKey`).
 /// @return false also when the query fails
 ///
@@ -127,8 +127,8 @@ NORVEX_SYSTEMINFO_EXPORT int getValueForKeyInPropertyList(const char* plistPath,
 
 /// Runs a tool with administrator rights, after the system has authorised the user (Authorization Services,
 /// right "system.privilege.admin").
-/// @param toolPath the tool's path. No shell is involved.
-/// @param arguments null-terminated and passed on unchanged, without the tool's path; null stands for none
+/// @param toolPath the tool's path; null gives false. No shell is involved.
+/// @param arguments what the tool gets, unchanged: a null-terminated list without the tool's path; null for none
 /// @param waitForExit whether to wait for the tool
 /// @return true when the tool started and, with @p waitForExit, ended normally with exit code 0. False also
 ///        when the user cancels or is no administrator; the tool does not start then.
@@ -165,6 +165,6 @@ NORVEX_SYSTEMINFO_EXPORT double macBackingScaleFactor();
 /// On macOS characters outside ASCII may be garbled in the log: NSLog reads the text in the system's legacy encoding
 /// (`%s`).
 ///
-/// On Linux the call waits up to 100 ms for whoever reads standard error. What does not fit by then reaches `syslog`
-/// alone. It raises no `SIGPIPE`.
+/// On Linux the call waits up to 100 ms when the reader of standard error falls behind. What does not fit by then
+/// reaches `syslog` alone. The call raises no `SIGPIPE`.
 NORVEX_SYSTEMINFO_EXPORT void macLog(const char* message);

@@ -19,9 +19,8 @@ struct PrivilegedTool
 /// @return 0 when the tool runs, otherwise an error number (EACCES when the launcher refuses)
 ///
 /// The tool gets the standard streams and no other descriptor, no blocked signal, and default actions for all
-/// signals. An awaited tool is a child of this process; whoever waits for it sees the launcher's refusal. A
-/// detached tool is nobody's child. In that case nothing that this function starts raises SIGCHLD, and nobody
-/// can wait for it.
+/// signals. An awaited tool is a child of this process; a refusal of the launcher is its exit code. A detached tool
+/// is no child of this process: its end raises no SIGCHLD, and no wait finds it.
 ///
 /// A launcher must become the tool in the same process, must keep other descriptors than the standard streams
 /// open until then, and must report a refusal by its exit code 126 or 127. pkexec does so.

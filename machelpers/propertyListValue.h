@@ -2,8 +2,17 @@
 
 namespace norvex {
 
-/// getValueForKeyInPropertyList() for callers that let exceptions pass: -2 means that the file has no such
+/// What getValueForKeyInPropertyList() returns.
+enum class PropertyListResult : int {
+    Found = 0,
+    NoFile = -1,
+    NoString = -2, ///< at the key path
+    BufferTooSmall = -3,
+};
+
+/// getValueForKeyInPropertyList() for callers that let exceptions pass: NoString means that the file has no such
 /// string, never that memory ran out.
-int propertyListValue(const char* plistPath, const char* keyPath, char* buffer, int bufferSize);
+PropertyListResult propertyListValue(const char* plistPath, const char* keyPath, char* buffer,
+                                     int bufferSize);
 
 } // namespace norvex

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The oldest supported systems and versions of Qt have only interfaces that later ones deprecate. Code between these
-/// two macros uses such interfaces without a warning.
+/// Switches off warnings about deprecated interfaces between the two macros. The oldest systems and versions of Qt that
+/// the library supports have nothing newer in place of these interfaces.
 
 #define NORVEX_DEPRECATED_CALLS_BEGIN                                                                        \
     _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wdeprecated-declarations\"")

@@ -5,7 +5,7 @@
 
 namespace norvex::SystemInfo::Internal {
 
-bool isBesideApplicationThread()
+bool isOutsideGuiThread()
 {
     const QCoreApplication* application = QCoreApplication::instance();
     return application && application->thread() != QThread::currentThread();
@@ -13,7 +13,7 @@ bool isBesideApplicationThread()
 
 bool mayUseWidgets()
 {
-    return qobject_cast<QApplication*>(QCoreApplication::instance()) && !isBesideApplicationThread();
+    return qobject_cast<QApplication*>(QCoreApplication::instance()) && !isOutsideGuiThread();
 }
 
 } // namespace norvex::SystemInfo::Internal

@@ -22,11 +22,11 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// The network section: every interface that Qt sees, in Qt's order, with its name, hardware address, state
 /// and addresses.
 ///
-/// @return the heading "Network Interfaces Info" and a block for each interface, opened by separatorNetIf();
-///        the heading alone when there is no interface. "Up" and "Down" are Qt's flag
-///        QNetworkInterface::IsUp: on macOS whether the interface is switched on, on Linux (with Qt 5.11 or
-///        later) also whether it has a link, where the kernel knows that. Behind the label of a missing hardware address stands nothing. The text
-///        does not end in a section separator.
+/// @return the heading "Network Interfaces Info" and a block for each interface, opened by separatorNetIf(); the
+///        heading alone when there is no interface. "Up" and "Down" are Qt's flag QNetworkInterface::IsUp: on macOS
+///        whether the interface is switched on, on Linux (with Qt 5.11 or later) also whether it has a link, where the
+///        kernel knows that. Behind the label of a missing hardware address stands nothing. The text does not end in a
+///        section separator.
 ///
 /// Source: QNetworkInterface::allInterfaces(). SystemInfo::extractAccessKeyValues() reads the names and
 /// hardware addresses back out of this text.

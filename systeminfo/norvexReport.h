@@ -7,9 +7,13 @@
 /// Any text is a document. What this library or its Windows counterpart wrote is recognised; everything else
 /// keeps its lines. CReport::text() gives back the text that CReport::fromText() took, whatever it holds.
 ///
-/// All classes are values that share their data until they change; copying one costs next to nothing. They
-/// look at nothing but the text, need no application object, and may be used on any thread; one object must
-/// not be changed by one thread while another uses it. An exception such as std::bad_alloc passes through.
+/// All classes but CRedactor are values that share their data until they change, so a copy costs next to nothing. An
+/// item keeps the data of its report alive. All functions look at nothing but the text and need no application object.
+/// You may call them on any thread, and on one object on several at once, as long as none of them changes it.
+/// std::bad_alloc passes through; nothing else is thrown.
+///
+/// A null object answers with empty texts and lists. Texts that are looked for, such as names, labels and paths, are
+/// exact and case-sensitive. No call waits for anything; how long it takes depends on the length of the text alone.
 ///
 /// A path names the same thing in every report:
 ///
@@ -18,9 +22,8 @@
 ///     cpuInfo/CPU family#2                            the second entry of that label
 ///     qtSystemEnvironment/HOME                        a variable; qtSystemEnvironment[HOME] is the same
 ///
-/// In names \c \, \c /, \c [ and \c ] have a backslash in front of them; between the brackets of a block \c / may
-/// do without. Where several things side by side have one name, all but the first have \c # and a number from 2
-/// behind it.
+/// In the names of a path \c \, \c /, \c [ and \c ] have a backslash in front of them, but \c / needs none between the
+/// brackets of a block. Of several neighbours with one name, the second has \c #2 behind it, the third \c #3, and so on.
 
 #include "norvexExport.h"
 
@@ -44,13 +47,14 @@ class CReportItemPrivate;
 class CReportPrivate;
 class CReportSection;
 
-/// A piece of a report: a whole number of its lines. An object of another class derived from this one is the
-/// same piece with further functions.
+/// A piece of a report: one or several whole lines. The classes that are derived from this one add functions for their
+/// type of piece; toSection(), toBlock() and toEntry() convert to them.
 class NORVEX_SYSTEMINFO_EXPORT CReportItem
 {
 public:
+    /// What a piece can be.
     enum Type {
-        Null,      ///< nothing; what a search gives that found nothing
+        Null,      ///< nothing; the result of a search that found nothing
         Banner,    ///< the line that begins a half of the report
         Section,   ///< what a section function writes, see CReportSection
         Separator, ///< the line of 72 hyphens
@@ -61,11 +65,15 @@ public:
 
     /// A null item.
     CReportItem();
+    /// The same piece of the same report.
     CReportItem(const CReportItem& other);
+    /// Becomes the same piece of the same report.
     CReportItem& operator=(const CReportItem& other);
     ~CReportItem();
 
+    /// What the piece is.
     Type type() const;
+    /// Whether this is nothing, such as the result of a search that found nothing.
     bool isNull() const { return type() == Null; }
 
     /// The item's lines with their line ends, as they stand in the report.
@@ -74,22 +82,26 @@ public:
     /// The path of a section, block or entry; empty for other items.
     QString path() const;
 
-    /// This item as a section; a null one when it is none.
+    /// This item as a section; a null item when it is none.
     CReportSection toSection() const;
-    /// This item as a block; a null one when it is none.
+    /// This item as a block; a null item when it is none.
     CReportBlock toBlock() const;
-    /// This item as an entry; a null one when it is none.
+    /// This item as an entry; a null item when it is none.
     CReportEntry toEntry() const;
 
 protected:
     friend class CReport;
     friend class CReportItemPrivate;
 
+    /// Takes over the data of an item.
     explicit CReportItem(CReportItemPrivate* data);
 
+    /// What a section or block contains.
     QVector<CReportItem> children() const;
+    /// The first entry of that label among children(); a null entry when there is none.
     CReportEntry childEntry(const QString& label) const;
 
+    /// The item's data, which copies share.
     QSharedDataPointer<CReportItemPrivate> d;
 };
 
@@ -100,22 +112,21 @@ public:
     /// The label as printed, without indentation and colon; the name of a variable.
     QString label() const;
 
-    /// The value, without the blanks and apostrophes around it; a variable's value is what it is. The values
-    /// of a list with a line feed between them.
+    /// The value without the blanks and apostrophes around it; the value of a variable unchanged; the values of a list
+    /// with line feeds between them.
     QString value() const;
 
     /// Whether this is a list: library paths, addresses, printers.
     bool isList() const;
 
-    /// The values of a list, none for "<None>" and "<no address>"; the value alone of any other entry.
+    /// The values of a list, which is empty for "<None>" and "<no address>"; for any other entry its one value.
     QStringList values() const;
 
-    /// The numbers that the value prints, in their base units and rounded down; the sizes of a screen are
-    /// several. Empty when the value is not a size, a speed or a length, or when a number is negative or above
-    /// 2^53.
+    /// The numbers that the value shows, in their base units and rounded down; several only for the sizes of a screen.
+    /// Empty when the value is not a size, a speed or a length, or when a number is negative or above 2^53.
     QVector<qint64> numbers() const;
 
-    /// For each of numbers() its unit: "byte", "hertz", "millimetre", "inch" or "bit a second".
+    /// The unit of each of numbers(): "byte", "hertz", "millimetre", "inch" or "bit a second".
     QStringList units() const;
 
     /// Whether the value differs between two reports of one machine in one state: the date, the boot time, the
@@ -127,9 +138,9 @@ public:
 class NORVEX_SYSTEMINFO_EXPORT CReportBlock : public CReportItem
 {
 public:
-    /// What names the block, each where the one before it is missing, at last number() in decimal: disks: serial
-    /// number, BSD name, model; Ethernet interfaces: BSD name, MAC address; graphics cards: model; USB devices:
-    /// VENDOR:PRODUCT\@LOCATION; serial ports: device path; volumes: path; screens and interfaces: name.
+    /// What names the block: the first of these values that it has, or else number() in decimal. Disks: serial number,
+    /// BSD name, model. Ethernet interfaces: BSD name, MAC address. Graphics cards: model. USB devices:
+    /// VENDOR:PRODUCT\@LOCATION. Serial ports: device path. Volumes: path. Screens and network interfaces: name.
     QString name() const;
 
     /// The block's place among those of its section, counted from 1.
@@ -138,7 +149,7 @@ public:
     /// The entries and lines of the block in their order.
     QVector<CReportItem> content() const { return children(); }
 
-    /// The first entry of that label; a null one when there is none.
+    /// The first entry of that label; a null entry when there is none.
     CReportEntry entry(const QString& label) const { return childEntry(label); }
 };
 
@@ -166,10 +177,10 @@ public:
     /// The blocks alone.
     QVector<CReportBlock> blocks() const;
 
-    /// The first block of that name; a null one when there is none.
+    /// The first block of that name; a null block when there is none.
     CReportBlock block(const QString& name) const;
 
-    /// The first entry of that label outside the blocks; a null one when there is none.
+    /// The first entry of that label outside the blocks; a null entry when there is none.
     CReportEntry entry(const QString& label) const { return childEntry(label); }
 };
 
@@ -177,6 +188,7 @@ public:
 class NORVEX_SYSTEMINFO_EXPORT CReportDifference
 {
 public:
+    /// How two reports differ at a path.
     enum Kind {
         Added,   ///< only the new report has it
         Removed, ///< only the old report has it
@@ -184,24 +196,30 @@ public:
         Moved    ///< it stands at another place among its neighbours; a USB device: at another location
     };
 
+    /// A difference without paths and values, of the kind Changed.
     CReportDifference();
+    /// The same difference.
     CReportDifference(const CReportDifference& other);
+    /// Becomes the same difference.
     CReportDifference& operator=(const CReportDifference& other);
     ~CReportDifference();
 
+    /// How the reports differ.
     Kind kind() const;
 
-    /// The path in the new report, of something removed in the old one.
+    /// The path in the new report; for something removed the path in the old one.
     QString path() const;
     /// The path in the old report; empty for something added.
     QString oldPath() const;
 
-    /// The path of the section that it is about.
+    /// The path of the section that the difference is in.
     QString section() const;
 
-    /// The value of an entry, the text of a section or block that was added or removed, or the lines that are no
-    /// entries. Empty where the report has none, and for something that only moved.
+    /// What the old report has: the value of an entry; the text of a section or block that was added or removed as a
+    /// whole; of a section or block that changed, the lines that are no entries. Empty where the report has nothing, and
+    /// for something that only moved.
     QString oldValue() const;
+    /// The same for the new report.
     QString newValue() const;
 
     /// Whether this differs between two reports of one machine in one state: CReportEntry::isVolatile(), and the
@@ -220,6 +238,7 @@ private:
 class NORVEX_SYSTEMINFO_EXPORT CRedactor
 {
 public:
+    /// A redactor that knows no values yet.
     CRedactor();
     ~CRedactor();
 
@@ -242,7 +261,9 @@ class NORVEX_SYSTEMINFO_EXPORT CReport
 public:
     /// A null report, which has no text.
     CReport();
+    /// The same report.
     CReport(const CReport& other);
+    /// Becomes the same report.
     CReport& operator=(const CReport& other);
     ~CReport();
 
@@ -263,7 +284,7 @@ public:
     /// The sections alone.
     QVector<CReportSection> sections() const;
 
-    /// The first section of that name; a null one when there is none.
+    /// The first section of that name; a null section when there is none.
     CReportSection section(const QString& name) const;
 
     /// The section, block or entry of that path; a null item when there is none.
@@ -274,7 +295,7 @@ public:
 
     /// The report as JSON, as docs/json.md and docs/report.schema.json describe it. QJsonDocument::toJson() writes
     /// it down.
-    /// @param[out] errorMessage receives the reason of a failure, and is cleared on success
+    /// @param[out] errorMessage receives the reason of a failure, and is cleared on success; may be null
     /// @return the document; a null one when the report has more than 64 Mi characters or a million lines, or more
     ///         than the QJsonDocument of a Qt before 5.15 can hold
     QJsonDocument toJson(QString* errorMessage = nullptr) const;
@@ -285,8 +306,9 @@ public:
 
     /// The report that a JSON document holds, to the character: its texts one behind the other. Names, labels,
     /// values and numbers are made from the texts again, not read.
+    /// @param json a document that toJson() has made, or another program by the rules of docs/json.md
     /// @param[out] errorMessage receives the reason of a failure with the place in the document, and is cleared on
-    ///             success
+    ///             success; may be null
     /// @return the report; a null one when the document is not what toJson() makes, or is beyond its limits
     static CReport fromJson(const QJsonDocument& json, QString* errorMessage = nullptr);
 
@@ -300,8 +322,8 @@ public:
     /// report that is redacted already stays as it is. In sections that are not in the table
     /// (CReportSection::isKnown()), known values and what its shape gives away is replaced; a person should read them.
     /// It takes time in proportion to the text.
-    /// @param redactor learns the values of this report and has those of others; not owned. Null: one for this report
-    ///        alone
+    /// @param redactor learns the values of this report, and knows those of others that it has seen; stays yours. Null
+    ///        stands for one that knows this report alone.
     /// @return the report; a null one for a null report
     CReport redacted(CRedactor* redactor = nullptr) const;
 

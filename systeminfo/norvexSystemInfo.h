@@ -36,7 +36,9 @@ extern NORVEX_SYSTEMINFO_EXPORT QString sNewLine;
 /// @return the report. Its frame is always complete: a section that cannot be answered is short, never missing.
 ///
 /// Call it on the application's GUI thread while the QApplication exists: otherwise the screen, desktop and OpenGL
-/// sections describe nothing (see there). Exceptions such as std::bad_alloc pass through.
+/// sections describe nothing (see there). It takes milliseconds. What it may wait for, on Linux with these limits, are
+/// file systems of servers and programs (2 seconds, see MacSysInfo::listFileSystemVolumesInfo()), the system bus
+/// (0.2 s) and the print server (no limit of its own, see qtPrinterInfo()).
 NORVEX_SYSTEMINFO_EXPORT QString allInfos(bool skipOpenGL);
 
 /// The line behind a group of sections: 72 hyphens and sNewLine.
@@ -79,18 +81,17 @@ struct SectionInfo
 /// The topics are system, cpu, memory, disks, volumes, network, graphics, usb, serial, screens, printers, environment
 /// and opengl.
 ///
-/// @return the table; the first call makes it, and it lives until the library is unloaded. Any thread. The first call
-///        passes on std::bad_alloc.
+/// @return the table, which the first call makes and which lives until the library is unloaded. Any thread.
 NORVEX_SYSTEMINFO_EXPORT const QVector<SectionInfo>& sections();
 
 /// The library's version numbers, the least significant first.
 ///
-/// @param[out] a the patch number, 171
-/// @param[out] b the minor number, 2
-/// @param[out] c the major number, 1
+/// @param[out] a the patch number: 171 of version 1.2.171
+/// @param[out] b the minor number: 2
+/// @param[out] c the major number: 1
 NORVEX_SYSTEMINFO_EXPORT void libVersion(int& a, int& b, int& c);
 
-/// The library's version as people write it, the most significant number first: "1.2.171".
+/// The library's version as people write it, the most significant number first, such as "1.2.171".
 NORVEX_SYSTEMINFO_EXPORT QString libVersionString();
 
 /// The name of the platform, exactly as MacSysInfo::platformName() gives it.
@@ -99,8 +100,8 @@ NORVEX_SYSTEMINFO_EXPORT QString platformName();
 /// Reads the hardware identification values out of the text of a report.
 ///
 /// The report may come from this library or from its Windows counterpart, with LF or CR LF line ends. A report with
-/// the banners of both counts as a Windows report. The reader finds values by exact, case-sensitive search for the
-/// texts that the writers produce; the first occurrence counts.
+/// the banners of both counts as a Windows report. The reader searches for the labels exactly as the reports have them,
+/// letter case included; the first occurrence counts.
 ///
 /// @param report the text of a report
 /// @param skipBracedInterfaceNames true skips network interfaces whose name begins with "{" and ends with "}"
@@ -126,8 +127,8 @@ NORVEX_SYSTEMINFO_EXPORT bool extractAccessKeyValues(const QString& report, bool
                                                      QString& errorMessage);
 
 /// Date and time: the present moment in local time and in UTC ("dd.MM.yyyy hh:mm:ss"), and the bias in minutes. The
-/// dates have the digits of the system's locale, such as Arabic or Persian ones; the bias always has 0 to 9. The bias is
-/// UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
+/// dates have the digits of the system's locale, such as Arabic or Persian ones; the bias always has 0 to 9. The bias
+/// is UTC minus local time with daylight saving, so it is negative east of Greenwich. Source: QDateTime.
 NORVEX_SYSTEMINFO_EXPORT QString qtDateTime();
 
 /// Qt itself: the version that the library was compiled against and the version that runs, the platform, byte order,
@@ -162,12 +163,12 @@ NORVEX_SYSTEMINFO_EXPORT QString qtDesktop();
 /// Source: QStandardPaths.
 NORVEX_SYSTEMINFO_EXPORT QString qtDesktopServices();
 
-/// The printers by name, the default printer marked; "    <None>" when there is none or no print server answers. Source:
-/// QPrinterInfo. Call it on the GUI thread.
+/// The printers by name, the default printer marked; "    <None>" when there is none or no print server answers.
+/// Source: QPrinterInfo. Call it on the GUI thread.
 ///
-/// On Linux it asks the print server that CUPS is configured for, which may be another host, and has no limit of its own:
-/// a server that accepts the connection and is silent keeps it, and allInfos() with it, waiting for two minutes (122 s
-/// with CUPS 2.4). An application that cannot wait asks in another process and ends that.
+/// On Linux it asks the print server that CUPS is configured for, which may be another host, and has no limit of its
+/// own: a server that accepts the connection and is silent keeps it, and allInfos() with it, waiting for two minutes
+/// (122 s with CUPS 2.4). An application that cannot wait asks in another process and ends that.
 NORVEX_SYSTEMINFO_EXPORT QString qtPrinterInfo();
 
 /// The names of this host and of its domain; the domain is empty if none is configured. Source: QHostInfo. Without an

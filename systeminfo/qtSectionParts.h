@@ -22,6 +22,7 @@ QString dateTimeLines(const QDateTime& localTime);
 /// The library paths in a column behind their label; the label alone for an empty list.
 QString libraryPathLines(const QStringList& paths);
 
+/// A measurement system as the locale section names it; "unknown" for all but two.
 QString measurementSystemName(QLocale::MeasurementSystem system);
 
 /// What a report shows of a screen.
@@ -42,6 +43,7 @@ struct ScreenFacts
     Qt::ScreenOrientation primaryOrientation = Qt::PrimaryOrientation;
 };
 
+/// What Qt says of a screen.
 ScreenFacts screenFacts(const QScreen& screen);
 
 /// The lines of one screen; number counts from 1.
@@ -85,6 +87,7 @@ struct InterfaceFacts
     QList<QNetworkAddressEntry> addresses;
 };
 
+/// The lines of one interface, from the separator above them on.
 QString interfaceBlock(const InterfaceFacts& iface);
 
 } // namespace norvex::SystemInfo::Internal

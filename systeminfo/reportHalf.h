@@ -4,7 +4,7 @@
 
 namespace norvex::SystemInfo::Internal {
 
-/// What the frame of a report's half is made of; each namespace has its own.
+/// The texts that frame a half of the report. Each half takes them from its own namespace.
 struct HalfFrame
 {
     const char* banner;

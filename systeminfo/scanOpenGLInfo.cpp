@@ -147,7 +147,7 @@ COpenGLVersionInfo CScanOpenGLInfo::GetOpenGLVersion()
 
 COpenGLVersionInfo CScanOpenGLInfo::GetOpenGLVersionCached()
 {
-    if (Internal::isBesideApplicationThread()) {
+    if (Internal::isOutsideGuiThread()) {
         return GetOpenGLVersion();
     }
     if (!versionInfoCache.isNull) {

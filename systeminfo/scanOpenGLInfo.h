@@ -71,8 +71,8 @@ public:
     /// Apart from the versions of the first call, that is the only context that it makes.
     ///
     /// @param[out] info receives the section and loses what it held. Without OpenGL the section ends after the
-    ///        versions. A string that the driver does not give is empty; where Qt has OpenGL but no context can be made,
-    ///        all four are.
+    ///        versions. A string that the driver does not give is empty; where Qt has OpenGL but no context can be
+    ///        made, all four are.
     void getInfo(QString& info);
 
     /// The result of the first probe in this process; null until then. Read it on the GUI thread only, and let

@@ -22,7 +22,7 @@ void forEachLoneSurrogate(const QString& text, Visit visit)
     }
 }
 
-/// The text as UTF-8 can hold it.
+/// The text with U+FFFD in place of each lone surrogate, which UTF-8 cannot encode.
 inline QString validText(const QString& text)
 {
     QString valid = text;

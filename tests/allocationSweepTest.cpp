@@ -59,7 +59,8 @@ private:
 
 } // namespace
 
-// In place of the C library's (or the sanitizer's, and then called before its shadow memory exists).
+// These functions replace those of the C library or, under the address sanitizer, its own. The sanitizer calls them
+// before its shadow memory exists, so they must not be instrumented.
 #define NORVEX_INTERPOSED [[gnu::visibility("default"), gnu::no_sanitize_address]]
 #define NORVEX_NEXT(function)                                                                                \
     static decltype(&(function)) next = nullptr;                                                             \
@@ -91,7 +92,7 @@ NORVEX_INTERPOSED void* calloc(std::size_t count, std::size_t size) noexcept
 NORVEX_INTERPOSED void* realloc(void* block, std::size_t size) noexcept
 {
     NORVEX_ALLOCATE(realloc, block, size);
-    // The old block is gone, unless there was none or there is no new one.
+    // realloc() frees the old block, if there was one, unless it fails to allocate the new one.
     liveBlocks -= block != nullptr && (allocated != nullptr || size == 0) ? 1 : 0;
     return allocated;
 }
@@ -137,7 +138,7 @@ NORVEX_INTERPOSED void* aligned_alloc(std::size_t alignment, std::size_t size) n
     const NothingFails nothingFails;                                                                         \
     return next(__VA_ARGS__)
 
-// Frees a block twice where there is no memory for its list of matches (glibc 2.36).
+// glob() of glibc 2.36 frees a block twice when there is no memory for its list of matches.
 NORVEX_INTERPOSED int glob(const char* pattern, int flags, int (*onError)(const char*, int),
                            glob_t* found) noexcept
 {
@@ -149,13 +150,13 @@ NORVEX_INTERPOSED void plist_from_bin(const char* contents, std::uint32_t length
     NORVEX_SPARED(plist_from_bin, contents, length, list);
 }
 
-// The leak sanitizer's, where it watches.
+// Defined only in a build with the leak sanitizer.
 [[gnu::weak]] void __lsan_disable(); // NOLINT(bugprone-reserved-identifier)
 [[gnu::weak]] void __lsan_enable();  // NOLINT(bugprone-reserved-identifier)
 
 } // extern "C"
 
-/// The sanitizer's operators do not go through malloc; these do.
+/// The operators of the address sanitizer do not call malloc(), where allocations fail; these do.
 NORVEX_INTERPOSED void* operator new(std::size_t size)
 {
     if (void* const block = malloc(size)) {
@@ -197,7 +198,7 @@ using Section = QString (*)();
 
 constexpr long everyAllocation = 0;
 
-/// Some of Qt's own functions leak when they get no memory. While one of these lives, so many blocks may stay.
+/// Some functions of Qt leak when they get no memory. While an object of this class lives, a number of blocks may leak.
 class QtLeaks
 {
 public:
@@ -423,7 +424,7 @@ void AllocationSweepTest::reports_data()
     }
 }
 
-/// The first of them finds everything that is made once and kept not yet made.
+/// The first report also makes all that is made once and kept.
 void AllocationSweepTest::reports()
 {
     QFETCH(QString, name);
@@ -496,7 +497,7 @@ void AllocationSweepTest::liveSections()
     QFETCH(long, limit);
     const QString expected = section();
     const QStringList labels = labelsOf(expected);
-    // A serial port that libudev cannot describe appears where there is none.
+    // A serial port that libudev fails to describe shows lines that this machine's report may not have.
     const QStringList allLabels =
         labelsOf(expected + contentsOf(NORVEX_TEST_DATA "/recordings/report-codesOfZero.txt"));
     // QStandardPaths leaks what realpath gives, QNetworkInterface a socket.
@@ -542,7 +543,7 @@ void AllocationSweepTest::linuxHelpers()
 {
     const QByteArray xml =
         write("xml.plist", "<plist><dict><key>k</key><string>value</string></dict></plist>");
-    // A dictionary of the second and the third object, then their offsets, and how they are written.
+    // A dictionary, its key and its value, the table of their offsets, and the trailer.
     const QByteArray binary = write(
         "binary.plist", QByteArray::fromHex("62706c6973743030d10102516b5576616c7565080b0d0000000000000101"
                                             "000000000000000300000000000000000000000000000013"));
@@ -651,7 +652,7 @@ void AllocationSweepTest::documents()
     };
     const QString redacted = redact();
     QVERIFY(redacted.contains("host1 has C:\\Users\\user1 and 192.0.2.1"));
-    // An expression without memory finds nothing; then more is hidden.
+    // A QRegularExpression that gets no memory finds nothing; the redaction then hides more than it has to.
     const QtLeaks leaks(QtLeaks::ofExpression);
     sweep(redact, [&redacted](const QString& result, bool hasFailed) {
         const bool isPrivate = result.contains("otto", Qt::CaseInsensitive) || result.contains("jo") ||

@@ -23,7 +23,7 @@ QVector<SectionInfo> macintoshSections()
     return found;
 }
 
-/// Lines that only a failure puts into the report.
+/// Lines that stand in the report only because a call failed.
 const QStringList failureLines{
     "failed to get IO master port",
     "ioCalloutDeviceName == NULL!! Maybe no correct driver installed for that RS232 device!",
@@ -58,7 +58,7 @@ QSet<QString> labelsOf(const QString& text)
     return labels;
 }
 
-/// The first line of a group whose label is not among those of the known lines and that tells of no failure.
+/// The first line of a group that is neither a failure line nor has a label of the known lines.
 QString strangeLine(const QString& group, const QString& known)
 {
     const QSet<QString> labels = labelsOf(known);

@@ -46,7 +46,7 @@ struct Section
     QString (*text)();
 };
 
-/// In the order of the expected texts.
+/// The sections in the order of the expected texts.
 const Section sections[] = {
     {"disks", MacSysInfo::ioKitSataDiskDevices},
     {"optical drives", MacSysInfo::ioKitSerialAtapiDevices},
@@ -66,7 +66,7 @@ QStringList expectedSections(const QString& testbed)
                                           : QStringList();
 }
 
-/// Of the entries of a class.
+/// The identifiers of all entries of a class.
 QList<std::uint64_t> identifiersOf(const norvex::Registry& registry, const char* className)
 {
     QList<std::uint64_t> identifiers;
@@ -197,7 +197,7 @@ void LiveDevicesTest::unpluggedAndUnknown()
     QVERIFY(hostSuperclassOf("IOFireWireDevice").isEmpty());
 }
 
-/// The testbed needs its library in front of the C library's calls, and behind the address sanitizer's.
+/// Starts itself again with the testbed's library preloaded, behind the address sanitizer's, which has to be the first.
 int main(int argc, char** argv)
 {
     if (!qgetenv("LD_PRELOAD").contains("umockdev")) {

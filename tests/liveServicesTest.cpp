@@ -1,5 +1,6 @@
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/services.h"
+#include "tests/cases.h"
 
 #include <QtDBus>
 #include <QtTest>
@@ -76,7 +77,7 @@ private slots:
     void stoppedBus();
     void silentSocket();
     void noBus();
-    void urlHandlers_data();
+    void urlHandlers_data() { addCases("urlHandlers.txt", {"files", "handler"}); }
     void urlHandlers();
     void cleanupTestCase();
 
@@ -112,7 +113,7 @@ void LiveServicesTest::initTestCase()
                {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
                 QStringLiteral("--config-file=") + folder_.filePath(QStringLiteral("bus.conf"))});
     QVERIFY2(bus_.waitForReadyRead(), "dbus-daemon does not run");
-    // Addresses of other kinds and of nobody come first.
+    // In front of it stand an address of another kind and one that nobody listens at.
     address_ = QString::fromUtf8(bus_.readLine().trimmed());
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "tcp:host=x;unix:path=/no/such%20bus;" + address_.toUtf8());
 }
@@ -178,7 +179,7 @@ void LiveServicesTest::stoppedBus()
 
 void LiveServicesTest::silentSocket()
 {
-    // Nobody accepts, and there is room for one who waits: the second connection finds none.
+    // Nobody accepts connections, and the backlog has room for one: the first waits, the second is refused.
     const QByteArray path = folder_.filePath(QStringLiteral("silent")).toUtf8();
     sockaddr_un name = {};
     name.sun_family = AF_UNIX;
@@ -207,77 +208,19 @@ void LiveServicesTest::noBus()
     QVERIFY2(asked.milliseconds <= 50, QByteArray::number(asked.milliseconds).constData());
 }
 
-void LiveServicesTest::urlHandlers_data()
-{
-    // Each file as its path, ":" and its lines, with a blank between them.
-    QTest::addColumn<QByteArrayList>("files");
-    QTest::addColumn<QByteArray>("handler");
-    const QByteArray chosen =
-        ":[Other] x-scheme-handler/mailto=b.desktop [Default_Applications] x-scheme-handler/mailto=";
-    const QByteArray usable = ":[Desktop_Entry] Type=Application Exec=true";
-    const QByteArray stated = ":[MIME_Cache] x-scheme-handler/mailto=b.desktop;a.desktop;";
-    const QByteArray a = "system/applications/a.desktop" + usable;
-    const QByteArray b = "system/applications/b.desktop" + usable;
-    const auto row = [](const char* name, const QByteArrayList& files, const QByteArray& handler) {
-        QTest::newRow(name) << files << handler;
-    };
-    row("chosen by the user",
-        {a, b, "config/mimeapps.list" + chosen + "a.desktop",
-         "system/applications/mimeapps.list" + chosen + "b.desktop"},
-        "system/applications/a.desktop");
-    row("chosen by the administrator", {a, b, "etc/mimeapps.list" + chosen + "a.desktop"},
-        "system/applications/a.desktop");
-    row("chosen for the desktop",
-        {a, b, "config/mimeapps.list" + chosen + "b.desktop",
-         "config/kde-mimeapps.list" + chosen + "a.desktop"},
-        "system/applications/a.desktop");
-    row("the next choice is there", {a, "config/mimeapps.list" + chosen + "gone.desktop;a.desktop;"},
-        "system/applications/a.desktop");
-    row("the last of equal keys",
-        {a, b, "config/mimeapps.list" + chosen + "b.desktop " + chosen.mid(1) + "a.desktop"},
-        "system/applications/a.desktop");
-    row("stated by applications", {a, b, "system/applications/mimeinfo.cache" + stated},
-        "system/applications/b.desktop");
-    row("added by the user",
-        {a, b, "config/mimeapps.list:[Added_Associations] x-scheme-handler/mailto=a.desktop",
-         "system/applications/mimeinfo.cache" + stated},
-        "system/applications/a.desktop");
-    row("removed by the user",
-        {a, b, "config/mimeapps.list:[Removed_Associations] x-scheme-handler/mailto=b.desktop",
-         "system/applications/mimeinfo.cache" + stated},
-        "system/applications/a.desktop");
-    row("the user's own file",
-        {a, "home/applications/a.desktop" + usable, "config/mimeapps.list" + chosen + "a.desktop"},
-        "home/applications/a.desktop");
-    row("hidden by the user",
-        {a, b, "home/applications/b.desktop" + usable + " Hidden=true",
-         "system/applications/mimeinfo.cache" + stated},
-        "system/applications/a.desktop");
-    row("in a folder",
-        {"system/applications/kde/x-a.desktop" + usable, "config/mimeapps.list" + chosen + "kde-x-a.desktop"},
-        "system/applications/kde/x-a.desktop");
-    row("no application",
-        {"system/applications/a.desktop:[Desktop_Entry] Type=Link",
-         "config/mimeapps.list" + chosen + "a.desktop"},
-        "none");
-    row("no program",
-        {"system/applications/a.desktop:[Desktop_Entry] Type=Application Exec=/gone/a",
-         "config/mimeapps.list" + chosen + "a.desktop"},
-        "none");
-    row("nothing to try", {a + " TryExec=gone-for-ever", "config/mimeapps.list" + chosen + "a.desktop"},
-        "none");
-    row("a path", {a, "config/mimeapps.list" + chosen + "../applications/a.desktop"}, "none");
-    row("none", {a}, "none");
-}
-
 void LiveServicesTest::urlHandlers()
 {
-    QFETCH(QByteArrayList, files);
+    QFETCH(QString, files);
+    files.replace(QStringLiteral("$usable"), QStringLiteral("[Desktop Entry]|Type=Application|Exec=true"))
+        .replace(QStringLiteral("$stated"), QStringLiteral("[MIME Cache]|$mailto=b.desktop;a.desktop;"))
+        .replace(QStringLiteral("$chosen "),
+                 QStringLiteral("[Other]|$mailto=b.desktop|[Default Applications]|$mailto="))
+        .replace(QStringLiteral("$mailto"), QStringLiteral("x-scheme-handler/mailto"));
     const QString folder = QString::fromLatin1(QTest::currentDataTag()) + QLatin1Char('/');
-    for (const QByteArray& file : files) {
-        const int colon = file.indexOf(':');
-        QByteArray text = file.mid(colon + 1).replace(' ', '\n').replace('_', ' ') + '\n';
-        writeFile(folder + QString::fromUtf8(file.left(colon)), text);
+    for (const QString& file : files.split(QLatin1Char('\n'))) {
+        const QString lines = file.section(QStringLiteral(": "), 1);
+        writeFile(folder + file.section(QStringLiteral(": "), 0, 0),
+                  lines.toUtf8().replace('|', '\n') + '\n');
     }
     const QByteArray root = folder_.filePath(folder).toUtf8();
     qputenv("XDG_CONFIG_HOME", root + "config");
@@ -285,8 +228,8 @@ void LiveServicesTest::urlHandlers()
     qputenv("XDG_DATA_HOME", root + "home");
     qputenv("XDG_DATA_DIRS", root + "system");
     qputenv("XDG_CURRENT_DESKTOP", "KDE");
-    QFETCH(QByteArray, handler);
-    QCOMPARE(urlHandlerPath("MailTo").value_or("none").replace(root, ""), handler);
+    QFETCH(QString, handler);
+    QCOMPARE(urlHandlerPath("MailTo").value_or("none").replace(root, ""), handler.toUtf8());
     QCOMPARE(urlHandlerPath("no-such-scheme").value_or("none"), QByteArray("none"));
     QCOMPARE(urlHandlerPath("").value_or("none"), QByteArray("none"));
 }

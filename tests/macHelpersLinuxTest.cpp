@@ -3,7 +3,7 @@
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"
 #include "machelpers/privilegedToolLinux.h"
-#include "systeminfo/mac/platform/live/letterCase.h"
+#include "systeminfo/mac/platform/live/caseSensitivity.h"
 #include "tests/interruptions.h"
 #include "tests/propertyListCases.h"
 
@@ -11,6 +11,7 @@
 
 #include <climits>
 #include <cstdarg>
+#include <future>
 #include <thread>
 
 #include <fcntl.h>
@@ -39,7 +40,7 @@ void noteChild(int)
     ++endedChildren;
 }
 
-/// What this program is when started as a launcher: it has seen the right person, or not, after a moment.
+/// The main function of this program as a launcher: after a moment it refuses, or becomes the tool.
 int beLauncher(const QByteArray& name, char** command)
 {
     QThread::msleep(50);
@@ -53,7 +54,7 @@ int beLauncher(const QByteArray& name, char** command)
     return 127;
 }
 
-/// What this program is when started as an application: an upgrade puts another file in its place while it runs.
+/// The main function of this program as an application that an upgrade replaces while it runs.
 int beReplaced(const char* path)
 {
     const bool isReplaced = unlink(path) == 0 && symlink("/dev/null", path) == 0;
@@ -117,7 +118,7 @@ int openDescriptors()
 
 } // namespace
 
-/// In place of the C library's: few file systems can fold letter case.
+/// Replaces the C library's function, because few file systems can fold letter case.
 extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept // NOLINT(cert-dcl50-cpp)
 {
     va_list arguments;
@@ -459,10 +460,10 @@ private slots:
         }
     }
 
-    void letterCase()
+    void caseSensitivity()
     {
         const auto letters = [](const char* type, const char* options) {
-            const LetterCase found = letterCaseOfFileSystem(type, options);
+            const CaseSensitivity found = caseSensitivityOfFileSystem(type, options);
             return QByteArray(found.isSensitive ? "aA" : "a") + (found.isPreserving ? " kept" : "");
         };
         QCOMPARE(letters("ext4", "rw,casefold"), QByteArray("aA kept"));
@@ -476,29 +477,29 @@ private slots:
     {
         casefolded = QFileInfo(folder_.path()).canonicalFilePath();
         write(path("file"), "");
-        const auto folder = letterCaseOf(QFile::encodeName(casefolded));
-        const auto file = letterCaseOf(path("file"));
+        const auto folder = caseSensitivityOf(QFile::encodeName(casefolded));
+        const auto file = caseSensitivityOf(path("file"));
         casefolded.clear();
         QVERIFY(folder && !folder->isSensitive && folder->isPreserving);
         QVERIFY(file && !file->isSensitive && file->isPreserving);
-        QVERIFY(letterCaseOf("/proc")->isSensitive);
+        QVERIFY(caseSensitivityOf("/proc")->isSensitive);
     }
 
     void executablesVolume()
     {
-        if (!letterCaseOf(QCoreApplication::applicationFilePath().toUtf8())) {
+        if (!caseSensitivityOf(QCoreApplication::applicationFilePath().toUtf8())) {
             QSKIP("the program's mount is not to be seen from here");
         }
-        // The program's own folder tells whether a name in other letters is the same.
+        // Whether the file is also found by its name in capitals shows how the file system treats letter case.
         const QString program = QCoreApplication::applicationFilePath();
         const QFileInfo other(QFileInfo(program).path() + QLatin1Char('/') +
                               QFileInfo(program).fileName().toUpper());
         QCOMPARE(checkVolumeCaseSensitiveForAppExecutableURL(), !other.exists());
-        QVERIFY(!letterCaseOf("/nonexistent"));
-        QVERIFY(letterCaseOf("/proc/self/exe")->isPreserving);
+        QVERIFY(!caseSensitivityOf("/nonexistent"));
+        QVERIFY(caseSensitivityOf("/proc/self/exe")->isPreserving);
         QVERIFY(QFile::copy(program, folder_.filePath("replaced")));
         QCOMPARE(QProcess::execute(folder_.filePath("replaced"), {}),
-                 letterCaseOf(QFile::encodeName(folder_.path()))->isSensitive ? 0 : 1);
+                 caseSensitivityOf(QFile::encodeName(folder_.path()))->isSensitive ? 0 : 1);
     }
 
     void applicationBundle()
@@ -531,6 +532,35 @@ private slots:
         QCOMPARE(contentsOf(folder_.filePath("log")), QByteArray("100%d %s %n \u00fc\n"));
     }
 
+    /// Signals arrive while the reader keeps the log waiting. It may be too slow on a busy machine, so it gets five
+    /// tries.
+    void interruptedLog()
+    {
+        const QByteArray longLine(1 << 17, 'x'); // more than a pipe holds
+        int received = 0;
+        for (int attempt = 0; attempt < 5 && received != longLine.size() + 1; ++attempt) {
+            int ends[2];
+            QCOMPARE(pipe(ends), 0);
+            std::future<int> reader = std::async(std::launch::async, [&ends] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(30));
+                QFile file;
+                file.open(ends[0], QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+                return file.readAll().size();
+            });
+            const int standardError = dup(STDERR_FILENO);
+            dup2(ends[1], STDERR_FILENO);
+            close(ends[1]);
+            {
+                const Interruptions interruptions;
+                macLog(longLine);
+            }
+            dup2(standardError, STDERR_FILENO);
+            close(standardError);
+            received = reader.get();
+        }
+        QCOMPARE(received, longLine.size() + 1);
+    }
+
     void logThatNobodyReads_data()
     {
         QTest::addColumn<bool>("isSocket");
@@ -538,7 +568,7 @@ private slots:
         QTest::newRow("socket") << true;
     }
 
-    /// The standard error of a process that is done has a reader, then a reader that does not read, then none.
+    /// Standard error has a reader, then a reader that does not read, then none.
     void logThatNobodyReads()
     {
         QFETCH(bool, isSocket);

@@ -21,7 +21,7 @@ namespace {
 
 using namespace norvex;
 
-/// With a core dump, where the signal and the system have one; it goes away with the folder.
+/// Ends by a signal, with a core dump where the system writes one for it, into the current folder.
 int dieOf(int signalNumber)
 {
     const rlimit unlimited = {RLIM_INFINITY, RLIM_INFINITY};

@@ -17,17 +17,17 @@ namespace {
 
 const char* const separator = "------------------------------------------------------------------------";
 
-/// A line that a tool's output makes us expect.
+/// A line that the report should have, according to a tool's output.
 struct Expected
 {
     QString tool;
     QString label;
     QString text;           ///< label and value
-    bool isOpenEnd = false; ///< a blank and more may follow, which the tool does not tell
+    bool isOpenEnd = false; ///< a blank and more may follow, which the tool does not print
 };
 
-/// A block of the report, such as a device, as the tools know it. Without a text the label alone is known: a report
-/// that has the line says something that the tool does not.
+/// The lines that a block of the report, such as a device, should have. An expected line without a text must be
+/// missing: the tool has no value for that label.
 using Block = QVector<Expected>;
 
 QVariant readValue(QXmlStreamReader& reader)
@@ -135,7 +135,7 @@ struct Devices
     QVector<Row> rows;
 };
 
-/// The lines of a data file's case, at their bars.
+/// The lines of a data file's case, each split at its bars.
 QVector<QStringList> linesOf(const Case& each)
 {
     QVector<QStringList> lines;
@@ -210,7 +210,7 @@ QString memoryText(const QVariantMap& entry)
     return fromText(reference::memorySize(megabytes.isValid() ? size << 20 : size));
 }
 
-/// A value as the report shows it; null without one of that kind.
+/// A value as the report shows it; null when it is not of this kind.
 QString valueText(const QVariant& value, Kind kind)
 {
     const bool isText = value.type() == QVariant::String;
@@ -322,7 +322,7 @@ private:
     {
         const QVariantMap parent = registry_.parent(device);
         if (row.kind == YesNo && (row.where == Parent || row.key == "IO80211Interface")) {
-            // A class, not a key: whether the entry is one of it.
+            // Here the key is the name of a class: the value is whether the entry has it.
             return isListed(row.where == Parent ? parent : device, row.key);
         }
         switch (row.where) {
@@ -550,7 +550,7 @@ QVector<QStringList> groupsOf(const QString& report)
     return groups;
 }
 
-/// A group with a heading.
+/// Compares a group of the report that has a heading.
 void compareGroup(Comparison& result, const QStringList& lines, const Tools& tools)
 {
     const QString heading = lines.value(0);

@@ -13,7 +13,7 @@ QByteArray data(const char* name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// The line with the first character behind its label made another.
+/// The line with another character in place of the first one of its value.
 QString spoilt(QString line)
 {
     int index = line.indexOf(':') + 1;

@@ -42,7 +42,7 @@ void verifyNothingAsked(const Answers& answers)
 
 const QString driverHeading = "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n";
 
-/// A surface that has no memory when it becomes current again.
+/// A surface that throws std::bad_alloc, when it is told to, as it becomes current again.
 struct OwnSurface : QOffscreenSurface
 {
     SurfaceType surfaceType() const override
@@ -94,8 +94,8 @@ int surfacesOf(const std::function<void()>& call)
 
 } // namespace
 
-/// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context can
-/// be made whatever Qt says.
+/// Runs with an X server or on a Mac, where it must find OpenGL, and on platforms without a display, where no context
+/// can be made whatever Qt says.
 class OpenGLTest : public QObject
 {
     Q_OBJECT

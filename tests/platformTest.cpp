@@ -46,7 +46,7 @@ CFTypeRef createPropertyOfRoot(const char* name)
     return value;
 }
 
-/// The documents of a data file by their names. "-- " begins what stands inside a recording's dictionary.
+/// The documents of a data file by their names. Those that "-- " begins are the inside of a recording's dictionary.
 QMap<QByteArray, QByteArray> documentsIn(const char* fileName)
 {
     QMap<QByteArray, QByteArray> documents;
@@ -123,7 +123,7 @@ void PlatformTest::refusals_data()
     QTest::newRow("surrogate") << QByteArray("<plist><dict>\n<key>\xed\xa0\x80|</key><true/></dict></plist>");
     QTest::newRow("zero") << QByteArray("<plist><dict>\n<key>a", 19) + '\0' + "|</key><true/></dict></plist>";
     QTest::newRow("cut off in a character") << recording + "\n\xc3|";
-    // Where a piece of the file ends that is read at once.
+    // At the end of the first piece in which the file is read.
     QTest::newRow("no UTF-8 later") << recording + "<!--\n" + QByteArray(65530, ' ') + "\xe2\x82|-->";
     QTest::newRow("no XML, then no UTF-8") << QByteArray("<plist>\n<dict <|</plist>\n\xff");
     QTest::newRow("other encoding") << "<?xml version='1.0' encoding='US-ASCII'?>\n" +
@@ -138,7 +138,7 @@ void PlatformTest::refusals_data()
                                        "|>recording</key><integer>1</integer></dict></plist>";
 }
 
-/// Refused in the line with the bar.
+/// The document, without its bar, is refused, and the message names the line where the bar stood.
 void PlatformTest::refusals()
 {
     QFETCH(QByteArray, document);
@@ -164,7 +164,7 @@ void PlatformTest::unreadableFiles()
     }
 }
 
-/// With and without a byte-order mark, in other encodings, with line feeds alone and with carriage returns before them.
+/// Each document is accepted with and without a byte-order mark, in several encodings and with both kinds of line ends.
 void PlatformTest::acceptedOddities()
 {
     auto documents = documentsIn("acceptedRecordings.txt");
@@ -228,7 +228,7 @@ void PlatformTest::nesting()
     }
 }
 
-/// Around the number of keys from which on they are looked up in an index. The later of two values counts.
+/// The sizes lie around that from which on keys are looked up in an index. Of two values of a key the later one counts.
 void PlatformTest::largeDictionaries()
 {
     for (const int size : {2, 63, 64, 65, 200}) {

@@ -19,7 +19,7 @@ namespace {
 
 const char centralEurope[] = "CET-1CEST,M3.5.0,M10.5.0/3";
 
-/// Variables of the environment, with these values as long as this lives.
+/// Gives variables of the environment other values while it lives.
 class Variables
 {
 public:
@@ -51,7 +51,7 @@ QString interfaceBlocks()
     return blocks;
 }
 
-/// The lines of the frozen text, with what differs from one machine to another in place of "{name}".
+/// The lines of the frozen text, with this machine's values in place of "{name}".
 QStringList frozenLines()
 {
     const QString folder = QCoreApplication::applicationDirPath();

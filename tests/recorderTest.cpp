@@ -56,7 +56,7 @@ QByteArray registryOf(const QByteArray& properties, const QByteArray& children =
            "</dict><key>children</key><array>" + children + "</array></dict>";
 }
 
-/// A recording of the list, for useMachine().
+/// A recording from the list in recorder/machines.txt, for useMachine().
 QByteArray machineNamed(const char* name)
 {
     for (const Case& each : casesIn("recorder/machines.txt")) {
@@ -67,14 +67,14 @@ QByteArray machineNamed(const char* name)
     return "<missing>";
 }
 
-/// Something private, as it stands in the clear.
+/// A private value, not encoded.
 struct Secret
 {
     QByteArray line; ///< of the list
     QByteArray bytes;
 };
 
-/// Of the recording that holds every form of private value. A head explains the list.
+/// The private values of the recording that has them in every form. The head of the file explains the list.
 QList<Secret> secrets()
 {
     const QByteArray list = contentsOf(QStringLiteral(NORVEX_TEST_DATA "/recorder/secrets.txt"));
@@ -99,7 +99,7 @@ bool holds(const QByteArray& bytes, const Secret& secret)
                                           : bytes.toLower().contains(secret.bytes.toLower());
 }
 
-/// The lines of a recording or a report, data in the clear.
+/// The lines of a recording or a report, with data decoded.
 QByteArrayList clearLines(const QByteArray& text)
 {
     QByteArrayList lines = text.split('\n');
@@ -311,7 +311,7 @@ void RecorderTest::replacements()
     QCOMPARE(all.replaced(text), expected);
 }
 
-/// Of sequences that begin one another, short and long, against a search for one after the other.
+/// Replaces sequences that are beginnings of each other, and compares the result with a simple search for each.
 void RecorderTest::nestedReplacements()
 {
     using R = Privacy::Replacements;
@@ -348,7 +348,7 @@ void RecorderTest::nestedReplacements()
     }
 }
 
-/// What takes a minute when the time grows with the square takes a second.
+/// Recordings so large that quadratic time would be minutes take a second.
 void RecorderTest::proportional()
 {
     constexpr qint64 limit = 20000;
@@ -460,7 +460,7 @@ void RecorderTest::identifiers()
     }
 }
 
-/// The same lines with other values.
+/// The anonymous recording gives the same lines as the original, with other values.
 void RecorderTest::sameShape()
 {
     static const QRegularExpression value(QStringLiteral("[:'].*$|^/Volumes/.*$"),

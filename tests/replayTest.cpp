@@ -148,7 +148,7 @@ void ReplayTest::processorNames()
     QCOMPARE(cpuInfo(), expected);
 }
 
-/// The ends of the table, and some between. Their neighbours have no name.
+/// The first vendor of the table, the last and some between, and IDs beside theirs, which have no name.
 void ReplayTest::usbVendors()
 {
     const auto rows = tableOf("usbVendors.txt");

@@ -48,7 +48,7 @@ QString joined(const QVector<CReportItem>& items)
     return text;
 }
 
-/// What does not hold of a text as a report; empty when all does.
+/// The first property of documents that this text as a report does not have; empty when it has all.
 QString fault(const QString& text)
 {
     const CReport report = CReport::fromText(text);
@@ -192,7 +192,7 @@ void ReportDocumentTest::wholeReport_data()
     QTest::newRow("a recorded one") << NORVEX_TEST_DATA "/recordings/report-complete.plist";
 }
 
-/// Each path leads to what has it.
+/// The report of a machine as a document; each path in it leads back to its item.
 void ReportDocumentTest::wholeReport()
 {
     QFETCH(QString, recording);

@@ -26,7 +26,7 @@ QString redacted(const QString& text, CRedactor* redactor = nullptr)
     return CReport::fromText(text).redacted(redactor).text();
 }
 
-/// What does not hold of a text when it is redacted; empty when all does.
+/// The first property of redacted reports that this text's does not have; empty when it has all.
 QString fault(const QString& text)
 {
     const CReport report = CReport::fromText(text).redacted();

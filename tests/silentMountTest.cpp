@@ -1,5 +1,6 @@
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/platform/live/desktopFiles.h"
+#include "systeminfo/mac/platform/live/servedMounts.h"
 #include "systeminfo/mac/platform/machine.h"
 
 #include <QtTest>
@@ -9,6 +10,7 @@
 #include <fcntl.h>
 #include <fstream>
 #include <linux/fuse.h>
+#include <list>
 #include <poll.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -60,7 +62,7 @@ private:
         alignas(fuse_in_header) char request[1 << 17];
         while (!isOver_) {
             pollfd news = {device_, POLLIN, 0};
-            // A request that arrives later than a change of the behaviour meets the new one.
+            // Waits only briefly, so that a change of the behaviour soon holds for the next request.
             if (poll(&news, 1, 10) != 1 || behaviour == ReadsNothing) {
                 usleep(1000);
             } else if (read(device_, request, sizeof request) > 0) {
@@ -111,7 +113,8 @@ private:
     std::thread server_;
 };
 
-/// Whether this process has mounts of its own now: nobody else meets the tests', and they end with it.
+/// Gives this process a mount namespace of its own: nobody else sees the tests' mounts, and they end with the process.
+/// @return whether it has one now
 bool separateMounts()
 {
     const auto write = [](const char* path, const QByteArray& text) {
@@ -138,13 +141,17 @@ private slots:
     void init();
     void report_data();
     void report();
+    void manyMounts();
     void paths();
     void links_data();
     void links();
     void withoutProcess();
+    void environment_data();
+    void environment();
+    void systemFolder();
 
 private:
-    QByteArray toolOutput(const QString& prefix, const char* section = "listFileSystemVolumesInfo");
+    QByteArray toolOutput(const QString& prefix, const char* sections = "listFileSystemVolumesInfo");
     QString path(const char* name) const { return folder_->filePath(QLatin1String(name)); }
 
     std::unique_ptr<QTemporaryDir> folder_;
@@ -159,14 +166,15 @@ void SilentMountTest::init()
     }
 }
 
-/// A section that the tool prints, by default the volumes, up to the end of its output.
-QByteArray SilentMountTest::toolOutput(const QString& prefix, const char* section)
+/// Sections that the tool prints, by default the volumes, up to the end of its output.
+/// @param sections the first one's name, then further arguments and redirections
+QByteArray SilentMountTest::toolOutput(const QString& prefix, const char* sections)
 {
     QProcess process;
     process.start(
         QStringLiteral("sh"),
         {QStringLiteral("-c"), prefix + QStringLiteral(" %1 --section %2 | cat")
-                                            .arg(QLatin1String(NORVEX_TOOL), QLatin1String(section))});
+                                            .arg(QLatin1String(NORVEX_TOOL), QLatin1String(sections))});
     return process.waitForFinished(10000) ? process.readAllStandardOutput() : QByteArray("no end");
 }
 
@@ -194,12 +202,39 @@ void SilentMountTest::report()
                              "  Mount to:         " + QFile::encodeName(path("c"));
     QVERIFY2(text.contains(lines) && text.contains("\n  Blocks total:     1000\n"), text.constData());
     QVERIFY2(root.contains("Mount to: ") && text.contains("/\n" + root + '\n'), text.constData());
-    // Where a request can be taken back, nothing waits any longer than the tool.
+    // A request that the program has not read can be withdrawn: no process waits for it after the tool has ended.
     bool isFree = behaviour == AnswersNothing;
     const auto unmount = [&] {
         return isFree = isFree || umount2(QFile::encodeName(path("a")).constData(), 0) == 0;
     };
     QTRY_VERIFY(unmount());
+}
+
+/// All of them share the limit, also where few descriptors are left. The table is read only when it changes.
+void SilentMountTest::manyMounts()
+{
+    const auto before = ServedMounts::current();
+    QCOMPARE(ServedMounts::current(), before);
+    std::list<TestMount> mounts;
+    for (int i = 0; i < 60; ++i) {
+        mounts.emplace_back(folder_->filePath(QString::number(i)), AnswersNothing);
+    }
+    QCOMPARE(ServedMounts::current()->points().size(), before->points().size() + 60);
+
+    // Somebody closes the descriptor, and its number becomes another file's.
+    for (const QString& name : QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System)) {
+        if (QFile::symLinkTarget(QStringLiteral("/proc/self/fd/") + name)
+                .endsWith(QStringLiteral("/mountinfo"))) {
+            QVERIFY(dup2(STDIN_FILENO, name.toInt()) != -1);
+            QCOMPARE(ServedMounts::current()->points().size(), before->points().size() + 60);
+            QVERIFY(close(name.toInt()) == 0);
+        }
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const QByteArray text = toolOutput(QStringLiteral("prlimit --nofile=48"));
+    QVERIFY2(timer.elapsed() < 3500, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY2(text.endsWith('\n' + QFile::encodeName(path("9")) + '\n'), text.constData());
 }
 
 void SilentMountTest::paths()
@@ -230,7 +265,7 @@ void SilentMountTest::paths()
     const QList<bool> all = {true, true, true, true, true, true, true};
     QCOMPARE(answering(), all);
 
-    // All of it waits only once, and leaves nothing when it has been answered.
+    // All calls together wait once, and nothing is left open after the answers.
     const auto descriptors = [] { return QDir(QStringLiteral("/proc/self/fd")).count(); };
     const auto descriptorsBefore = descriptors();
     mount.behaviour = ReadsNothing;
@@ -256,7 +291,7 @@ void SilentMountTest::links_data()
     QTest::newRow("program") << QStringLiteral("program");
 }
 
-/// What a local folder has of an application may lead out of it.
+/// Files in a local folder of applications may be links to a silent file system.
 void SilentMountTest::links()
 {
     QFETCH(QString, link);
@@ -292,6 +327,63 @@ void SilentMountTest::withoutProcess()
                                       : QString()));
     QVERIFY2(text.contains("/\n  Mount to: ") && text.endsWith('\n' + QFile::encodeName(path("a")) + '\n'),
              text.constData());
+}
+
+void SilentMountTest::environment_data()
+{
+    QTest::addColumn<QString>("settings"); // %1: a silent mount; %2: a local folder with a link to it
+    QTest::addColumn<QString>("named");
+    QTest::newRow("home") << QStringLiteral("HOME=%1 XDG_RUNTIME_DIR=%2") << QStringLiteral("HOME=%1");
+    QTest::newRow("link in home") << QStringLiteral("HOME=%2 XDG_CACHE_HOME=")
+                                  << QStringLiteral("XDG_CACHE_HOME=%2/.cache");
+    QTest::newRow("settings") << QStringLiteral("HOME=%2 XDG_CACHE_HOME=%2 XDG_CONFIG_HOME=%1")
+                              << QStringLiteral("XDG_CONFIG_HOME=%1");
+    QTest::newRow("list") << QStringLiteral("XDG_CONFIG_DIRS=/etc/xdg:%1")
+                          << QStringLiteral("XDG_CONFIG_DIRS=/etc/xdg:%1");
+    QTest::newRow("plug-ins") << QStringLiteral("QT_PLUGIN_PATH=%1") << QStringLiteral("QT_PLUGIN_PATH=%1");
+}
+
+/// Libraries do not look at folders that do not answer; the report shows the variables and folders as they are.
+void SilentMountTest::environment()
+{
+    QFETCH(QString, settings);
+    QFETCH(QString, named);
+    const TestMount mount(path("silent"), ReadsNothing);
+    const QString local = path("local");
+    QVERIFY(QDir().mkpath(local) && QFile::link(path("silent"), local + QStringLiteral("/.cache")));
+    QVERIFY(QFile::setPermissions(local, QFile::Permissions(0x7700))); // else Qt logs early
+    for (QString* text : {&settings, &named}) {
+        text->replace(QStringLiteral("%1"), path("silent")).replace(QStringLiteral("%2"), local);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    const QByteArray text = toolOutput(QStringLiteral("env ") + settings,
+                                       "defaultEmailApp --section qtDesktop --section qtDesktopServices "
+                                       "--section qtSystemEnvironment 2>&1");
+    QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
+    QStringList lines = settings.split(QLatin1Char(' '));
+    const QString home = lines.first().startsWith(QStringLiteral("HOME=")) ? lines.first().mid(5) : QString();
+    lines.replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("\n  "));
+    lines << QStringLiteral("norvex-systeminfo: no file system answers with %1;").arg(named)
+          << QStringLiteral("\nNumber of screens:  1\n")
+          << QStringLiteral("\nDesktop:                   ") + home
+          << QStringLiteral("\nHome:                      ") + home;
+    for (const QString& line : lines) {
+        QVERIFY2(text.contains(QFile::encodeName(line)),
+                 qPrintable(line + QStringLiteral(" not in\n") + QString::fromUtf8(text)));
+    }
+}
+
+void SilentMountTest::systemFolder()
+{
+    const QString folder = QStringLiteral("/etc/xdg");
+    if (!QFileInfo::exists(folder)) {
+        QSKIP("the system has no such folder");
+    }
+    const TestMount mount(folder, AnswersNothing);
+    QCOMPARE(
+        toolOutput(QString(), "cpuInfo 2>&1"),
+        QByteArray("norvex-systeminfo: the file system of '/etc/xdg' does not answer, and Qt looks there\n"));
 }
 
 int main(int argc, char** argv)

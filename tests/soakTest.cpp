@@ -15,8 +15,8 @@ using namespace norvex;
 
 namespace {
 
-/// What caches of other libraries may still take after the first reports. A leak of a few bytes in each of ten
-/// thousand reports is more.
+/// How much the caches of other libraries may grow after the first reports. A leak of a few bytes in each of ten
+/// thousand reports is more than that.
 const qint64 heapAllowance = 128LL * 1024;
 #ifdef __SANITIZE_ADDRESS__
 const qint64 residentAllowance = std::numeric_limits<qint64>::max(); // it keeps freed memory for a while
@@ -52,7 +52,7 @@ void makeReports(int count, bool skipOpenGL)
         if (!report.endsWith(SystemInfo::separator())) {
             QFAIL("a report without its last separator");
         }
-        // As an application's main loop does between two reports.
+        // What the main loop of an application does between two reports.
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCoreApplication::processEvents();
     }

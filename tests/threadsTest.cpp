@@ -23,7 +23,7 @@ namespace {
 /// Many of the recordings make sections log warnings, here on several threads at once.
 void discard(QtMsgType, const QMessageLogContext&, const QString&) {}
 
-/// Does the same on four threads, as often as asked on each, and gives the texts that were not the expected one.
+/// Makes a text on four threads, several times on each, and returns those that are not the expected one.
 QStringList onThreads(int rounds, const QString& expected, const std::function<QString()>& text)
 {
     std::vector<QStringList> others(4);

@@ -18,7 +18,7 @@ struct Outcome
     QString messages;
 };
 
-/// What differs from one call to the next, and what stands between sections.
+/// The output without what differs from one call to the next and without what stands between sections.
 QString steadyLines(QString text)
 {
     static const QRegularExpression changing(
@@ -157,7 +157,7 @@ void ToolTest::withoutAnsweringServer_data()
 {
     QTest::addColumn<QString>("settings");
     QTest::addColumn<QString>("message");
-    // DISPLAY=silent, CUPS_SERVER=silent: a server that accepts and says nothing
+    // DISPLAY=silent and CUPS_SERVER=silent stand for a server that accepts connections and does not answer.
     const auto row = [](const char* settings, const char* message) {
         QTest::newRow(settings) << QString::fromLatin1(settings) << QString::fromLatin1(message);
     };

@@ -19,13 +19,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// Enough for the whole start of a plug-in on a busy machine, and for a display at the far end of a slow line.
-const std::chrono::milliseconds trialPatience(2500);
-const std::chrono::milliseconds displayPatience(3000);
+const std::chrono::milliseconds trialTimeout(2500);
+const std::chrono::milliseconds displayTimeout(3000);
 /// For both together.
-const std::chrono::milliseconds wholePatience(3600);
+const std::chrono::milliseconds totalTimeout(3600);
 
-/// What the environment makes Qt choose.
-enum class Wish { Nothing, X11, Offscreen, Minimal, Other };
+/// The platform that the environment makes Qt choose.
+enum class RequestedPlatform { None, X11, Offscreen, Minimal, Other };
 
 enum class DisplayState { Answers, Refuses, Silent, Unasked };
 
@@ -34,21 +34,21 @@ bool isSet(const char* variable)
     return !qgetenv(variable).isEmpty();
 }
 
-Wish wishOfEnvironment()
+RequestedPlatform requestedPlatform()
 {
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     if (platform.isEmpty()) {
         if (isSet("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland") {
-            return Wish::Other;
+            return RequestedPlatform::Other;
         }
-        return isSet("DISPLAY") ? Wish::X11 : Wish::Nothing;
+        return isSet("DISPLAY") ? RequestedPlatform::X11 : RequestedPlatform::None;
     }
     // Parameters follow a colon, alternatives a semicolon.
     const QByteArray plugin = platform.contains(';') ? platform : platform.split(':').first();
-    return plugin == "xcb"         ? Wish::X11
-           : plugin == "offscreen" ? Wish::Offscreen
-           : plugin == "minimal"   ? Wish::Minimal
-                                   : Wish::Other;
+    return plugin == "xcb"         ? RequestedPlatform::X11
+           : plugin == "offscreen" ? RequestedPlatform::Offscreen
+           : plugin == "minimal"   ? RequestedPlatform::Minimal
+                                   : RequestedPlatform::Other;
 }
 
 /// Without a display, a desktop's theme can end the process, as gtk_init() does; with a silent one it waits for ever. No
@@ -90,7 +90,7 @@ DisplayState askDisplay(Held& held, Clock::time_point deadline)
 {
     held.displayClient = std::make_unique<OtherProcess>(answerDisplayState);
     QByteArray refusal;
-    switch (held.displayClient->wait(std::min(deadline, Clock::now() + displayPatience), refusal)) {
+    switch (held.displayClient->wait(std::min(deadline, Clock::now() + displayTimeout), refusal)) {
     case OtherProcess::Result::Answered:
         return refusal.isEmpty() ? DisplayState::Answers : DisplayState::Refuses;
     case OtherProcess::Result::Failed: return DisplayState::Refuses;
@@ -119,7 +119,7 @@ bool worksInAnotherProcess(Held& held)
 {
     held.trial = std::make_unique<OtherProcess>(tryQtsChoice);
     QByteArray nothing;
-    return held.trial->wait(Clock::now() + trialPatience, nothing) == OtherProcess::Result::Answered;
+    return held.trial->wait(Clock::now() + trialTimeout, nothing) == OtherProcess::Result::Answered;
 }
 
 /// Names the variables that ask for a display. Without any, nobody misses one.
@@ -144,19 +144,21 @@ QString noticeAbout(DisplayState state)
 
 GuiPlatform chooseGuiPlatform(bool withOpenGL)
 {
-    const Clock::time_point deadline = Clock::now() + wholePatience;
+    const Clock::time_point deadline = Clock::now() + totalTimeout;
     const auto held = std::make_shared<Held>();
     GuiPlatform platform;
     platform.held = held;
-    const Wish wish = wishOfEnvironment();
-    if (wish == Wish::Minimal || (wish == Wish::Other && worksInAnotherProcess(*held))) {
+    const RequestedPlatform requested = requestedPlatform();
+    if (requested == RequestedPlatform::Minimal ||
+        (requested == RequestedPlatform::Other && worksInAnotherProcess(*held))) {
         return platform;
     }
     // For OpenGL, the offscreen platform asks the display as well; the minimal platform never does.
-    const bool meetsDisplay = wish == Wish::X11 || (withOpenGL && isSet("DISPLAY"));
+    const bool meetsDisplay = requested == RequestedPlatform::X11 || (withOpenGL && isSet("DISPLAY"));
     const DisplayState state = meetsDisplay ? askDisplay(*held, deadline) : DisplayState::Refuses;
     const bool canWait = state == DisplayState::Silent || state == DisplayState::Unasked;
-    if ((wish == Wish::X11 && state == DisplayState::Answers) || (wish == Wish::Offscreen && !canWait)) {
+    if ((requested == RequestedPlatform::X11 && state == DisplayState::Answers) ||
+        (requested == RequestedPlatform::Offscreen && !canWait)) {
         return platform;
     }
     platform.name = withOpenGL && canWait ? "minimal" : "offscreen";

@@ -7,6 +7,7 @@
 #include "tools/record/recordingWriter.h"
 #include "tools/reportWork.h"
 #include "tools/sectionList.h"
+#include "tools/silentFolders.h"
 
 #include "systeminfo/norvexSystemInfo.h"
 
@@ -36,12 +37,14 @@ QByteArray recording(const Options& options)
 int record(const Options& options, const Output& output, char* programName)
 {
     QString errorMessage;
-    if (!chooseMachine(options, errorMessage)) {
+    if (!chooseMachine(options, errorMessage) || !avoidSilentFolders(false, errorMessage)) {
         printMessage(errorMessage);
         return exitFailure;
     }
     const Application application({}, programName);
-    return output.write(recording(options));
+    QByteArray text;
+    inTrueEnvironment([&] { text = recording(options); });
+    return output.write(text);
 }
 
 int run(const Options& options, Output& output, char* programName)

@@ -47,7 +47,13 @@ bool isFolderOfDescriptors(const QByteArray& folder)
 {
     const std::unique_ptr<char, decltype(&free)> here(realpath(folder.constData(), nullptr), free);
     const std::unique_ptr<char, decltype(&free)> descriptors(realpath("/dev/fd", nullptr), free);
-    return here && descriptors && strcmp(here.get(), descriptors.get()) == 0;
+    if (!here || !descriptors) {
+        return false;
+    }
+    // On Linux "/proc/PID/fd"; each thread shows the same as "/proc/PID/task/TID/fd".
+    const QByteArray name = here.get();
+    return name == descriptors.get() ||
+           (name.startsWith(folderOf(descriptors.get()) + "task/") && name.endsWith("/fd"));
 }
 
 /// What a symbolic link leads to, as a name from the current folder; nothing for anything else.

@@ -13,7 +13,7 @@ void startToAskForPrinters();
 QString printerSection();
 
 /// How long the answer may take.
-const int printerPatienceMs = 2800;
+const int printerTimeoutMs = 2800;
 
 /// The section as the other process answers it, once.
 /// @param[out] errorMessage receives the reason when that fails

@@ -31,7 +31,7 @@ void answerPrinterSection(int answerTo)
 
 void startToAskForPrinters()
 {
-    deadline = Clock::now() + std::chrono::milliseconds(printerPatienceMs);
+    deadline = Clock::now() + std::chrono::milliseconds(printerTimeoutMs);
     process = std::make_unique<OtherProcess>(answerPrinterSection);
 }
 

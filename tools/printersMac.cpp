@@ -31,7 +31,7 @@ bool readPrinterSection(QString& section, QString& errorMessage)
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QCoreApplication::applicationFilePath(),
                   {QStringLiteral("--section"), QStringLiteral("qtPrinterInfo")});
-    if (!process.waitForFinished(printerPatienceMs)) {
+    if (!process.waitForFinished(printerTimeoutMs)) {
         errorMessage = process.error() == QProcess::Timedout
                            ? QStringLiteral("the print server does not answer")
                            : QStringLiteral("no process can be started to ask for the printers");

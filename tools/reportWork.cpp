@@ -11,6 +11,7 @@
 #include "tools/reportForms.h"
 #include "tools/sections.h"
 #include "tools/selection.h"
+#include "tools/silentFolders.h"
 #include "tools/summary.h"
 
 #include "systeminfo/norvexSystemInfo.h"
@@ -175,8 +176,16 @@ bool ReportWork::startMachine()
     if (!chooseMachine(options_, errorMessage_)) {
         return false;
     }
-    if (std::any_of(sections.begin(), sections.end(),
-                    [](const SectionInfo& section) { return section.text == printerSection; })) {
+    const bool asksPrinters = std::any_of(sections.begin(), sections.end(), [](const SectionInfo& section) {
+        return section.text == printerSection;
+    });
+    const bool usesGui = std::any_of(sections.begin(), sections.end(), [](const SectionInfo& section) {
+        return section.application >= SystemInfo::SectionApplication::Gui;
+    });
+    if (!sections.isEmpty() && !avoidSilentFolders(asksPrinters || usesGui, errorMessage_)) {
+        return false;
+    }
+    if (asksPrinters) {
         startToAskForPrinters();
     }
     application_ = std::make_unique<Application>(sections, programName_);
@@ -204,10 +213,11 @@ QVector<SectionInfo> ReportWork::otherSections() const
     QVector<SectionInfo> others = reportSections();
     const auto isNeeded = [&](const SectionInfo& section) {
         const bool isAsked = std::any_of(asked.begin(), asked.end(), [&section](const SectionInfo& each) {
-            return each.text == section.text;
+            return qstrcmp(each.name, section.name) == 0;
         });
+        const QLatin1String name(section.name);
         const bool isKnownAtOnce =
-            section.text == SystemInfo::qtSystemEnvironment || section.text == SystemInfo::qtHostInfo;
+            name == QLatin1String("qtSystemEnvironment") || name == QLatin1String("qtHostInfo");
         return !isAsked && section.thread == SystemInfo::SectionThread::Any &&
                (isKnownAtOnce || !selection_.leavesOut(section));
     };

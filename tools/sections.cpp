@@ -1,6 +1,7 @@
 #include "tools/sections.h"
 
 #include "tools/printers.h"
+#include "tools/silentFolders.h"
 
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/norvexNetworkIfInfo.h"
@@ -22,6 +23,7 @@ QVector<SectionInfo> makeReportSections()
         if (section.text == qtPrinterInfo) {
             section.text = printerSection;
         }
+        section.text = sectionInTrueEnvironment(section.text);
     }
     return table;
 }

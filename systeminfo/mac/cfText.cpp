@@ -1,10 +1,7 @@
-#include "systeminfo/mac/frameworks.h"
 #include "systeminfo/mac/norvexSystemInfoMac.h"
 #include "systeminfo/mac/propertyLines.h"
 
 #include <QtGlobal>
-
-#include <memory>
 
 namespace norvex::SystemInfo::MacSysInfo {
 
@@ -13,14 +10,12 @@ QString CFStringToQString(const __CFString* string)
     if (string == nullptr) {
         return QString();
     }
-    const CFIndex size =
-        CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
-    const std::unique_ptr<char[]> buffer(new char[std::size_t(size)]);
-    if (!CFStringGetCString(string, buffer.get(), size, kCFStringEncodingUTF8)) {
+    const auto text = utf8Of(string);
+    if (!text) {
         qWarning("CFStringToQString: conversion failed.");
         return QString();
     }
-    return QString::fromUtf8(buffer.get());
+    return QString::fromUtf8(text->c_str());
 }
 
 QString CFBooleanToQStringYesNo(const __CFBoolean* value)

@@ -46,7 +46,8 @@ QString byteOrderText(std::uint32_t order)
     return QStringLiteral("%1 = ").arg(order) + QLatin1String(name);
 }
 
-/// Ask for the texts in the order of the section: the sub-type depends on the type in a line above it.
+/// Makes the texts of the section's lines. Call of() in their order: the text of the sub-type depends on the type,
+/// which an earlier line shows.
 class ProcessorTexts
 {
 public:

@@ -70,7 +70,7 @@ const SubTypeName powerPcSubTypes[] = {
     {9, "PowerPC 750"},   {10, "PowerPC 7400"}, {11, "PowerPC 7450"}, {100, "PowerPC 7450"},
 };
 
-/// On machines that tell no family.
+/// What the numbers mean on machines that have no Mach family.
 const SubTypeName classicX86SubTypes[] = {
     {3, "386"},
     {4, "486"},

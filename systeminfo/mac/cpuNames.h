@@ -18,8 +18,8 @@ constexpr std::uint32_t cpuFamilyPenryn = 0x78ea4fbc;
 QString cpuTypeName(std::uint32_t type);
 
 /// The name of a sub-type.
-/// @param hasFamily whether the machine tells a processor family: the sub-types of x86 mean something else on machines
-///        that do
+/// @param hasFamily whether the machine has a Mach family for its processor. On such machines the sub-types of x86 have
+///        another meaning.
 QString cpuSubTypeName(std::uint32_t type, std::int32_t subType, bool hasFamily);
 
 /// The name of a family; "unknown" for a family that is not in the table.

@@ -16,7 +16,7 @@ namespace {
 
 struct DriverValue
 {
-    int code; // of propertyListValue
+    PropertyListResult result;
     QString text;
 };
 
@@ -24,17 +24,18 @@ DriverValue driverValue(const char* key)
 {
     constexpr int bufferSize = 512;
     char buffer[bufferSize] = {};
-    const int code = propertyListValue(ftdiDriverPropertyList, key, buffer, bufferSize);
+    const PropertyListResult result = propertyListValue(ftdiDriverPropertyList, key, buffer, bufferSize);
     const QString keyText = QString::fromLatin1(key);
-    switch (code) {
-    case 0: return {code, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};
-    case -1: return {code, QStringLiteral("No driver installed.")};
-    case -2: return {code, QStringLiteral("Key %1 not found").arg(keyText)};
-    case -3:
-        return {code,
+    switch (result) {
+    case PropertyListResult::Found:
+        return {result, QStringLiteral("%1: %2").arg(keyText, QString::fromUtf8(buffer))};
+    case PropertyListResult::NoFile: return {result, QStringLiteral("No driver installed.")};
+    case PropertyListResult::NoString: return {result, QStringLiteral("Key %1 not found").arg(keyText)};
+    case PropertyListResult::BufferTooSmall:
+        return {result,
                 QStringLiteral("Buffer size %1 to small for value for key %2").arg(bufferSize).arg(keyText)};
-    default: return {code, QStringLiteral("Unknown return code %1").arg(code)};
     }
+    return {result, QStringLiteral("Unknown return code %1").arg(static_cast<int>(result))};
 }
 
 } // namespace
@@ -44,13 +45,13 @@ QString checkFtdiDriver()
     SectionText section(sNewLine);
     const DriverValue version = driverValue(ftdiDriverVersionKey);
     section.line("FTDI driver").line(version.text);
-    if (version.code != 0) {
+    if (version.result != PropertyListResult::Found) {
         return section.text();
     }
     DriverValue name = driverValue(ftdiDriverNameKey);
-    if (name.code == -1) { // the file was there a moment ago
+    if (name.result == PropertyListResult::NoFile) { // the file was there a moment ago
         name.text = QStringLiteral("Unexpected error code %1 for key %2")
-                        .arg(-1)
+                        .arg(static_cast<int>(name.result))
                         .arg(QLatin1String(ftdiDriverNameKey));
     }
     return section.line(name.text).text();

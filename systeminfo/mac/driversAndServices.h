@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The queries behind the checks of drivers and services, shared with whoever records a machine.
+/// The queries behind the checks of drivers and services, which the recorder makes, too.
 
 #include "systeminfo/mac/ioRegistry.h"
 
@@ -14,15 +14,15 @@ constexpr char ftdiDriverPropertyList[] =
 constexpr char ftdiDriverVersionKey[] = "CFBundleVersion";
 constexpr char ftdiDriverNameKey[] = "CFBundleName";
 
-constexpr char mailScheme[] = "mailto"; ///< of the links that the e-mail application opens
+constexpr char mailScheme[] = "mailto"; ///< the scheme of the links that a mail application opens
 
 /// Asks the DNS service discovery daemon for its version.
-/// @param version receives it on success
+/// @param version receives the version on success
 /// @return 0, or the error of `DNSServiceGetProperty`
 DNSServiceErrorType dnsServiceDaemonVersion(std::uint32_t& version);
 
 /// Asks Launch Services for the application that opens links of mailScheme.
-/// @param path receives the path of the application; null when it has none
+/// @param path receives the application's path on success; null when the application has none
 /// @return false when `LSGetApplicationForURL` fails
 bool mailApplicationPath(CFHolder<CFStringRef>& path);
 

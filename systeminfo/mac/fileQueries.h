@@ -1,8 +1,7 @@
 #pragma once
 
 /// @file
-/// The two queries that the Macintosh section makes through Qt on macOS. On other hosts the machine answers, this host
-/// or a recording.
+/// The two queries for which the Macintosh section uses Qt on macOS. Elsewhere the layer's machine answers them.
 
 #include <QString>
 #include <QStringList>
@@ -12,7 +11,7 @@ namespace norvex::SystemInfo::MacSysInfo {
 /// Whether a file exists at a path.
 bool deviceFileExists(const QString& path);
 
-/// The absolute paths of the entries of /Volumes, sorted by name, ignoring case.
+/// The absolute paths of the volumes: the entries of /Volumes, sorted by name, ignoring case.
 QStringList volumeEntries();
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The interfaces that the Macintosh section is written against: on macOS the system's own headers, on other hosts the
-/// platform layer, which declares the same names. No other file tells the two apart.
+/// The interfaces that the Macintosh section uses: on macOS those of the system's own headers, elsewhere those of the
+/// platform layer, which declares the same names. Only this header tells the two apart.
 
 #include "systeminfo/deprecatedCalls.h"
 

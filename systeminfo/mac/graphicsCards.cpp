@@ -47,7 +47,7 @@ unsigned long long sizeValue(const PropertyValue& value)
     return 0;
 }
 
-/// The first of these that is present decides, usable or not.
+/// The first of these properties that the device or an entry below it has decides, even if its value is unusable.
 unsigned long long videoMemory(const IoEntry& device, CFDictionaryRef properties)
 {
     constexpr int bytesPerMebibyteShift = 20;

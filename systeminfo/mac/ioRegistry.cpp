@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <cstring>
+
 NORVEX_DEPRECATED_CALLS_BEGIN
 
 namespace norvex::SystemInfo::MacSysInfo {
@@ -55,6 +57,18 @@ PropertyValue valueIn(CFDictionaryRef dictionary, const char* key)
 QByteArray bytesOf(CFDataRef data)
 {
     return QByteArray(reinterpret_cast<const char*>(CFDataGetBytePtr(data)), int(CFDataGetLength(data)));
+}
+
+std::optional<std::string> utf8Of(CFStringRef string)
+{
+    const CFIndex size =
+        CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
+    std::string text(static_cast<std::size_t>(size), '\0');
+    if (!CFStringGetCString(string, text.data(), size, kCFStringEncodingUTF8)) {
+        return std::nullopt;
+    }
+    text.resize(std::strlen(text.c_str()));
+    return text;
 }
 
 QString fastString(CFStringRef string)
@@ -151,6 +165,17 @@ int openServiceIterator(RegistryClass registryClass, unsigned int* iterator)
         qWarning("IOServiceGetMatchingServices returned %d\n", result);
     }
     return result;
+}
+
+IoIterator iteratorFrom(int (*function)(unsigned int* iterator), const char* name)
+{
+    io_iterator_t iterator = 0;
+    const int result = function(&iterator);
+    if (result != KERN_SUCCESS) {
+        qWarning("%s returned 0x%08x\n", name, static_cast<unsigned int>(result));
+        return IoIterator();
+    }
+    return IoIterator(iterator);
 }
 
 } // namespace norvex::SystemInfo::MacSysInfo

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <utility>
 
 namespace norvex::SystemInfo::MacSysInfo {
@@ -38,7 +39,7 @@ public:
     }
 
     Ref get() const { return object_; }
-    /// Gives the reference to a call that consumes it.
+    /// Gives up the reference, for a call that consumes it.
     Ref take() { return std::exchange(object_, nullptr); }
     explicit operator bool() const { return object_ != nullptr; }
 
@@ -84,7 +85,11 @@ PropertyValue valueIn(CFDictionaryRef dictionary, const char* key);
 /// The bytes of a data value.
 QByteArray bytesOf(CFDataRef data);
 
-/// A string by its direct C string, which only some strings have; empty without one, and for null.
+/// A string in UTF-8, up to its first zero character; nothing when CoreFoundation cannot convert it.
+std::optional<std::string> utf8Of(CFStringRef string);
+
+/// A string as `CFStringGetCStringPtr` gives it without a copy, which it does for plain ASCII only; a null QString for
+/// all other strings and for null.
 QString fastString(CFStringRef string);
 
 /// Owns the handle of a registry entry, or none.
@@ -124,16 +129,17 @@ public:
     CFHolder<CFDictionaryRef> properties() const;
     /// One of its own properties.
     PropertyValue property(const char* key) const;
-    /// The first value of a key on the entry or, searched depth first, on the entries below it.
+    /// The first value of a key in a depth-first search of the entry and all entries below it.
     PropertyValue search(const char* key) const;
+    /// The entry above it; none for the root and on failure.
     IoEntry parent() const;
     bool conformsTo(RegistryClass registryClass) const { return conformsTo(nameOf(registryClass)); }
     bool conformsTo(const char* className) const;
-    /// The name of its class; null without one.
+    /// The name of its class; null on failure.
     CFHolder<CFStringRef> className() const;
 };
 
-/// An iterator over entries; one that failed to open is at its end.
+/// An iterator over entries, or none, which has no entries.
 class IoIterator : public IoObject
 {
 public:
@@ -153,5 +159,9 @@ IoEntry firstServiceOfClass(RegistryClass registryClass);
 /// @param iterator receives the handle on success
 /// @return 0, or the code of the call that failed, after a warning
 int openServiceIterator(RegistryClass registryClass, unsigned int* iterator);
+
+/// The iterator that an exported function opens; none when it fails, after a warning.
+/// @param name of the function, for the warning
+IoIterator iteratorFrom(int (*function)(unsigned int* iterator), const char* name);
 
 } // namespace norvex::SystemInfo::MacSysInfo

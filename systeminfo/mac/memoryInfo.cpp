@@ -8,7 +8,7 @@ namespace norvex::SystemInfo::MacSysInfo {
 
 namespace {
 
-/// Widens with the sign: reports have always shown the system's signed sizes this way.
+/// A negative size shows as the huge one that its sign-extended bits make: the report has always shown it so.
 QString sizeText(std::int64_t bytes)
 {
     return memorySizeConvertUserFriendly(static_cast<unsigned long long>(bytes));
@@ -20,13 +20,16 @@ std::optional<QString> size(OSType selector)
     return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
 }
 
-/// Another selector tells a size that does not fit the value, in megabytes.
+/// The largest number stands for all sizes that do not fit; 'ramm' has the size in megabytes then.
 std::optional<QString> physicalSize(OSType selector)
 {
     constexpr int bytesPerMegabyteShift = 20;
     const auto bytes = gestaltValue(selector);
-    if (!bytes || *bytes != std::numeric_limits<std::int32_t>::max()) {
-        return bytes ? std::make_optional(sizeText(*bytes)) : std::nullopt;
+    if (!bytes) {
+        return std::nullopt;
+    }
+    if (*bytes != std::numeric_limits<std::int32_t>::max()) {
+        return sizeText(*bytes);
     }
     const std::int64_t megabytes = gestaltValue(gestaltSelector("ramm")).value_or(0);
     return sizeText(megabytes * (std::int64_t(1) << bytesPerMegabyteShift));

@@ -28,7 +28,8 @@ QString versionText()
     return name.isEmpty() ? version : version + QStringLiteral(" (%1)").arg(name);
 }
 
-/// The text of ctime() without its line feed, for every year and without the shared buffer.
+/// The boot time as ctime() writes it, without the line feed. ctime() itself has one buffer for all threads, and is not
+/// defined for years after 9999.
 std::optional<QString> bootTimeText()
 {
     static const char* const days[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};

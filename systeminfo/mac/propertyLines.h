@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Report lines that show one property each, as tables.
+/// Tables of report lines that show one property each.
 
 #include "systeminfo/mac/ioRegistry.h"
 #include "systeminfo/sectionText.h"
@@ -35,7 +35,7 @@ std::optional<QString> propertyText(const PropertyValue& value, PropertyKind kin
 /// "Yes" or "No".
 QString yesNo(bool value);
 
-/// Appends a line with a string in quotes, by its direct C string; nothing for a value of another kind.
+/// Appends a line with a string in quotes, as fastString() gives it; nothing for a value that is no string.
 void appendQuotedString(Internal::SectionText& section, const char* label, const PropertyValue& value);
 
 /// The line behind each USB device and serial port, without its end.

@@ -18,10 +18,10 @@ enum class RegistryClass {
     SerialClient
 };
 
-/// How a section asks for a class.
+/// How sections ask for a class.
 enum class AskedBy {
-    Matching,   ///< it lists the entries that the class matches
-    Conformance ///< it asks an entry whether it conforms to the class
+    Matching,   ///< by listing the entries of the class (IOServiceGetMatchingServices)
+    Conformance ///< by asking an entry whether it conforms to the class (IOObjectConformsTo)
 };
 
 struct AskedClass

@@ -11,7 +11,7 @@ using namespace Internal;
 
 namespace {
 
-/// A warning for the log and the report.
+/// Warns in the log and in the report.
 void appendWarning(SectionText& section, const char* text)
 {
     qWarning("%s", text);
@@ -23,7 +23,7 @@ QString idText(std::int64_t id)
     return hexadecimal(static_cast<quint64>(id), 4);
 }
 
-/// The device or driver above the port; for a USB port, the adapter.
+/// Appends the lines on what the port's driver is attached to, such as a USB adapter.
 void appendProvider(SectionText& section, const IoEntry& provider)
 {
     const auto className = provider.className();
@@ -81,13 +81,7 @@ QString ioKitGetRs232SerialDevices(bool rs232Only)
 {
     SectionText section(sNewLine);
     section.line("RS232 Serial Devices Info (from IOKit)");
-    io_iterator_t handle = 0;
-    const int opened = ioKitGetSerialBsdDevicesIterator(&handle);
-    if (opened != KERN_SUCCESS) {
-        qWarning("ioKitGetSerialBsdDevicesIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section.text();
-    }
-    IoIterator clients(handle);
+    IoIterator clients = iteratorFrom(ioKitGetSerialBsdDevicesIterator, "ioKitGetSerialBsdDevicesIterator");
     while (const IoEntry client = clients.next()) {
         if (!isListed(client, rs232Only)) {
             continue;

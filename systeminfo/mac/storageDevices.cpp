@@ -6,10 +6,10 @@ namespace norvex::SystemInfo::MacSysInfo {
 namespace {
 
 enum class Where {
-    Own,                   // in the device's own properties
-    Below,                 // on the device, or on an entry below it
-    DeviceCharacteristics, // in the dictionary of that name, which is on the device or below it
-    ParentProtocol         // inside the parent's "Protocol Characteristics"
+    Own,                   ///< in the device's own properties
+    Below,                 ///< in those of the device or of an entry below it
+    DeviceCharacteristics, ///< in the dictionary "Device Characteristics" of the device or of an entry below it
+    ParentProtocol         ///< in the dictionary "Protocol Characteristics" of the parent
 };
 
 using Kind = PropertyKind;
@@ -57,7 +57,8 @@ const DeviceLine nvmeLines[] = {
     {"  Ejectable:                 ", "Ejectable", Where::Below, Kind::YesNo},
 };
 
-/// A device and where its values are. The first line that shows a value of the parent fetches it.
+/// A device, and the places where its values are. The parent's dictionary is fetched once, for the first line that
+/// needs it.
 class StorageDevice
 {
 public:

@@ -18,8 +18,8 @@ struct NumberField
 {
     unsigned int Info::*field;
     const char* key;
-    const char* name;        // in the warning about the stored type
-    const char* readFailure; // the warning about a failed read; null for none
+    const char* name;        ///< in the warning about the stored type
+    const char* readFailure; ///< the warning about a failed read; null for none
 };
 
 const NumberField numberFields[] = {
@@ -97,7 +97,7 @@ int ioKitGetUsbDevIterator(unsigned int* iterator)
 
 int ioKitGetUsbDevInfo(unsigned int device, usbDeviceInfoStruct_t* info)
 {
-    // The entry here owns a reference of its own, beside the caller's.
+    // The IoEntry releases a reference, and the caller's is not its to release.
     return readDevice(IoEntry(IOObjectRetain(device) == KERN_SUCCESS ? device : 0), *info);
 }
 
@@ -105,13 +105,7 @@ QString ioKitUsbDevices()
 {
     SectionText section(sNewLine);
     section.line("Attached USB devices (from IOKit):");
-    io_iterator_t handle = 0;
-    const int opened = ioKitGetUsbDevIterator(&handle);
-    if (opened != KERN_SUCCESS) {
-        qWarning("ioKitGetUsbDevIterator returned 0x%08x\n", static_cast<unsigned int>(opened));
-        return section.text();
-    }
-    IoIterator devices(handle);
+    IoIterator devices = iteratorFrom(ioKitGetUsbDevIterator, "ioKitGetUsbDevIterator");
     Info info;
     while (const IoEntry device = devices.next()) {
         const int result = readDevice(device, info);

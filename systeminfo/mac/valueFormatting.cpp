@@ -17,13 +17,13 @@ constexpr Number kibi = 1024;
 constexpr Number mebi = 1024 * kibi;
 constexpr Number gibi = 1024 * mebi;
 
-/// How values from one threshold up to the next print.
+/// How values print from a threshold up to that of the tier before it in the table.
 struct Tier
 {
     Number from;
     Number unit;
-    Number grain; ///< The fraction is computed from whole multiples of it alone. Divides the unit.
-    int digits;   ///< Digits of the fraction. 0: neither a point nor a fraction, the value is truncated.
+    Number grain; ///< The fraction is computed from whole multiples of this, which divides the unit.
+    int digits;   ///< Of the fraction. 0: the value is truncated and has no point.
     const char* unitName;
 };
 
@@ -50,7 +50,7 @@ const Tier memorySizes[] = {
     {0, 1, 1, 0, " Byte"},
 };
 
-/// The KB of a disk size begin at 1000 bytes and hold 1024.
+/// A KB of a disk size has 1024 bytes, but sizes are in KB from 1000 bytes on.
 const Tier diskSizes[] = {
     {giga, giga, 1, 1, " GB"},
     {mega, mega, 1, 1, " MB"},

@@ -115,7 +115,7 @@ Value fileSystemRecord(const FileSystemRecord& info)
     return record;
 }
 
-Value letterCase(const QByteArray& path)
+Value caseSensitivity(const QByteArray& path)
 {
     Value answers = Value::dictionary();
     errno = 0;
@@ -141,24 +141,23 @@ Value volumes()
         if (getFileSystemInfo(path, &info)) {
             volume.add("statfs", fileSystemRecord(info));
         }
-        volume.add("pathconf", letterCase(path.toUtf8()));
+        volume.add("pathconf", caseSensitivity(path.toUtf8()));
         list.add(std::move(volume));
     }
     return list;
 }
 
 /// The whole value, however long. Whether it fits the buffer of a section is up to the section.
-int driverValue(const char* key, QByteArray& value)
+PropertyListResult driverValue(const char* key, QByteArray& value)
 {
     constexpr int largest = 1 << 24;
-    constexpr int tooLong = -3;
-    int code = tooLong;
-    for (int size = 1 << 10; code == tooLong && size <= largest; size *= 2) {
+    PropertyListResult result = PropertyListResult::BufferTooSmall;
+    for (int size = 1 << 10; result == PropertyListResult::BufferTooSmall && size <= largest; size *= 2) {
         QByteArray buffer(size, '\0');
-        code = propertyListValue(ftdiDriverPropertyList, key, buffer.data(), size);
+        result = propertyListValue(ftdiDriverPropertyList, key, buffer.data(), size);
         value = buffer.constData();
     }
-    return code;
+    return result;
 }
 
 Value propertyLists()
@@ -166,14 +165,12 @@ Value propertyLists()
     Value files = Value::dictionary();
     Value properties = Value::dictionary();
     for (const char* key : {ftdiDriverVersionKey, ftdiDriverNameKey}) {
-        constexpr int noFile = -1;
-        constexpr int noString = -2;
         QByteArray value;
-        const int code = driverValue(key, value);
-        if (code == noFile) {
+        const PropertyListResult result = driverValue(key, value);
+        if (result == PropertyListResult::NoFile) {
             return files;
         }
-        if (code != noString) {
+        if (result != PropertyListResult::NoString) {
             properties.add(key, Value::text(xmlText(value)));
         }
     }

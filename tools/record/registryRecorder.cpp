@@ -175,8 +175,8 @@ private:
     QSet<QByteArray> known_;
 };
 
-/// The classes of entries. For those that sections ask for, it asks as the sections do: a system lists some entries of a
-/// class and not others, and an entry conforms to the class that it passes for.
+/// The classes of entries. For those that sections ask for, it asks as the sections do: a system lists some entries of
+/// a class and not others, and an entry conforms to the class that it passes for.
 class Classes
 {
 public:
@@ -353,13 +353,8 @@ private:
 
 QByteArray recordedText(CFStringRef string)
 {
-    const CFIndex size =
-        CFStringGetMaximumSizeForEncoding(CFStringGetLength(string), kCFStringEncodingUTF8) + 1;
-    QByteArray buffer(int(size), '\0');
-    if (CFStringGetCString(string, buffer.data(), size, kCFStringEncodingUTF8)) {
-        return xmlText(buffer.constData());
-    }
-    return xmlText(CFStringGetCStringPtr(string, kCFStringEncodingMacRoman));
+    const auto text = utf8Of(string);
+    return xmlText(text ? text->c_str() : CFStringGetCStringPtr(string, kCFStringEncodingMacRoman));
 }
 
 RegistryRecording recordRegistry()

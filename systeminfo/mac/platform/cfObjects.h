@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The objects behind CoreFoundation's references, and the functions that make them. An ObjectRef owns what they
-/// return; the live counts contain only the references that callers obtain through the C interface.
+/// The objects behind CoreFoundation's references, and the functions that make them. Inside the layer an ObjectRef owns
+/// each reference. liveCounts() counts only the references that callers get through the C interface.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
@@ -23,7 +23,7 @@ enum class ObjectKind : std::uint8_t { String, Number, Boolean, Data, Dictionary
 class Object
 {
 public:
-    /// Calls on the object that a recording makes fail.
+    /// The calls on this object that fail because its recording says so; a set of bits.
     enum Fault : std::uint8_t { NumberGetValue = 1, StringGetCStringPtr = 2, StringGetCString = 4 };
 
     explicit Object(ObjectKind kind) : kind_(kind) {}
@@ -112,7 +112,7 @@ public:
     ObjectRef<CFDictionaryRef> finish();
 
 private:
-    /// The index of a key's item; the number of items for a new key.
+    /// The index of a key's item, or the number of items when the key is new.
     std::size_t indexOf(CFStringRef key);
 
     ObjectRef<CFMutableDictionaryRef> dictionary_;
@@ -120,12 +120,12 @@ private:
     std::unordered_map<std::string_view, std::size_t> indices_;
 };
 
-/// Changes the live count of the object's kind.
+/// Adds to the number of references that callers hold to objects of this kind.
 void countReference(const Object* object, int change);
-/// Adds the numbers of references that callers hold.
+/// Adds the numbers of references that callers hold to CoreFoundation objects.
 void addLiveObjects(LiveCounts& counts);
 
-/// Counts a reference that a caller gets. Returns its argument.
+/// Hands a reference out to a caller: counts and returns it.
 template <typename Ref>
 Ref handOut(Ref object)
 {
@@ -135,7 +135,7 @@ Ref handOut(Ref object)
     return object;
 }
 
-/// Gives a caller a further reference to an object of the layer.
+/// Hands out a further reference to an object that the layer keeps.
 template <typename Ref>
 Ref handOutShared(Ref object)
 {
@@ -200,7 +200,7 @@ struct __CFDictionary : norvex::Object
     };
 
     __CFDictionary() : Object(norvex::ObjectKind::Dictionary) {}
-    /// The value of a key, null when the key is missing. It stays the dictionary's.
+    /// The value of a key, which the dictionary goes on owning; null when the key is missing.
     CFTypeRef value(CFStringRef key) const;
 
     std::vector<Item> items;

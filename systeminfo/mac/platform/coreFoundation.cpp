@@ -51,7 +51,7 @@ template <typename Integer>
 bool storeInteger(const __CFNumber& number, void* target)
 {
     const bool isReal = number.type == kCFNumberFloat64Type;
-    const double limit = -double(std::numeric_limits<Integer>::min()); // a power of two, so it is exact
+    const double limit = -double(std::numeric_limits<Integer>::min()); // exact, because it is a power of two
     if (isReal && !(number.real >= -limit && number.real < limit)) {
         return false;
     }
@@ -435,11 +435,6 @@ void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void** keys, co
             *values++ = item.value.get();
         }
     }
-}
-
-CFTypeID CFURLGetTypeID(void)
-{
-    return typeIdOf(ObjectKind::Url);
 }
 
 CFURLRef CFURLCreateWithString(CFAllocatorRef, CFStringRef URLString, CFURLRef)

@@ -1,13 +1,12 @@
 #pragma once
 
 /// @file
-/// CoreFoundation for hosts that lack it: the types, constants and functions that the library uses, declared as in
-/// the framework's own headers.
+/// CoreFoundation for systems that lack it: the types, constants and functions that the library and its tests use,
+/// declared as in the framework's own headers.
 
 #include <cstdint>
 
 typedef std::uint8_t UInt8;
-typedef std::uint16_t UniChar;
 typedef std::int32_t SInt32;
 typedef std::uint32_t UInt32;
 typedef unsigned char Boolean;
@@ -33,11 +32,7 @@ typedef const struct __CFDictionary* CFDictionaryRef;
 typedef struct __CFDictionary* CFMutableDictionaryRef;
 typedef const struct __CFURL* CFURLRef;
 
-enum : CFStringEncoding {
-    kCFStringEncodingMacRoman = 0,
-    kCFStringEncodingASCII = 0x0600,
-    kCFStringEncodingUTF8 = 0x08000100
-};
+enum : CFStringEncoding { kCFStringEncodingMacRoman = 0, kCFStringEncodingUTF8 = 0x08000100 };
 
 enum CFNumberType : CFIndex {
     kCFNumberSInt8Type = 1,
@@ -104,7 +99,6 @@ CFIndex CFDictionaryGetCount(CFDictionaryRef theDict);
 const void* CFDictionaryGetValue(CFDictionaryRef theDict, const void* key);
 void CFDictionaryGetKeysAndValues(CFDictionaryRef theDict, const void** keys, const void** values);
 
-CFTypeID CFURLGetTypeID(void);
 CFURLRef CFURLCreateWithString(CFAllocatorRef allocator, CFStringRef URLString, CFURLRef baseURL);
 CFStringRef CFURLCopyFileSystemPath(CFURLRef anURL, CFURLPathStyle pathStyle);
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// CoreServices for hosts that lack it: Gestalt and Launch Services, declared as in the framework's own headers.
+/// CoreServices for systems that lack it: Gestalt and Launch Services, declared as in the framework's own headers.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 

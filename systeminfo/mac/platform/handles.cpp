@@ -93,8 +93,8 @@ public:
 
     bool release(io_object_t handle)
     {
-        decltype(Handle::object)
-            dying; // destroyed without the lock: it may be the last owner of its registry
+        // Destroyed after the lock is gone: it may be the last owner of a registry, which takes time to destroy.
+        decltype(Handle::object) dying;
         return with(handle, [&](Handle& found) {
             if (--found.references > 0) {
                 return;

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// The handles behind io_object_t: references to entries and iterators of a registry, counted for the callers.
+/// The handles that callers know as io_object_t: each refers to an entry or an iterator of a registry and counts its
+/// references.
 
 #include "systeminfo/mac/platform/ioKit.h"
 #include "systeminfo/mac/platform/norvexPlatform.h"
@@ -25,7 +26,7 @@ struct EntryReference
 class EntryIterator
 {
 public:
-    /// Visits all entries with the class in their chain; none for a null registry.
+    /// Visits all entries whose class chain contains the class; none for a null registry.
     EntryIterator(RegistryPtr registry, std::string_view className);
     /// Visits the children of an entry.
     explicit EntryIterator(const EntryReference& parent);
@@ -41,7 +42,7 @@ private:
     std::uint32_t end_ = 0;
 };
 
-/// Opens a handle with one reference; 0 when the table of handles is full.
+/// Opens a handle with one reference; 0 when the table of handles is full, at 16 million.
 io_object_t openHandle(EntryReference entry);
 io_object_t openHandle(EntryIterator iterator);
 
@@ -50,7 +51,7 @@ std::optional<EntryReference> entryOf(io_object_t handle);
 /// The next entry of an iterator; absent at its end and for anything but an iterator.
 std::optional<EntryReference> nextEntry(io_object_t iterator);
 
-/// Change the count of a handle's references; false when the handle is not alive.
+/// Add and release a reference to a handle; false when the handle is not alive. It dies with its last reference.
 bool retainHandle(io_object_t handle);
 bool releaseHandle(io_object_t handle);
 

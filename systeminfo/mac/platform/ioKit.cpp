@@ -45,7 +45,8 @@ std::string takeClassName(CFDictionaryRef matching)
     return value == nullptr ? std::string() : static_cast<CFStringRef>(value)->utf8;
 }
 
-/// The same entry in a registry that holds all its descendants: the root of a partial registry lacks some.
+/// The same entry, in a registry that has all its descendants. The root of a partial registry lacks some, so the
+/// machine is asked for the whole one.
 EntryReference withDescendants(const EntryReference& reference)
 {
     const bool isPartialRoot = reference.index == 0 && reference.registry->isPart();
@@ -59,8 +60,8 @@ CFTypeRef propertyOf(const RegistryEntry& entry, CFStringRef key)
     return entry.properties ? entry.properties.get()->value(key) : nullptr;
 }
 
-/// The name of the class that an entry passes for, null for none. The property counts even where its key or the call
-/// for all properties has a fault.
+/// The class that an entry names instead of its own by the property IOClassNameOverride; null for none. Faults of a
+/// recording, in the property or in the call for all properties, do not hide it.
 const std::string* overridingClassOf(const RegistryEntry& entry)
 {
     const CFTypeRef value = propertyOf(entry, CFSTR("IOClassNameOverride"));
@@ -76,8 +77,8 @@ io_object_t openNext(std::optional<EntryReference> reference)
     return reference ? norvex::openHandle(std::move(*reference)) : IO_OBJECT_NULL;
 }
 
-/// Runs a call on the entry behind a handle, unless it has to fail.
-/// @param fault the result that a recording can inject into the call, null when there is none
+/// Makes a call on the entry behind a handle, unless the handle is bad or the call has to fail.
+/// @param fault where a recording keeps the result that makes the call fail; null for a call that it cannot make fail
 template <typename Call>
 kern_return_t onEntry(io_registry_entry_t handle, std::int32_t EntryFaults::*fault, Call call)
 {
@@ -142,7 +143,8 @@ CFStringRef IOObjectCopyClass(io_object_t object)
     if (name == nullptr && !chain.empty()) {
         name = &chain.front();
     }
-    return name == nullptr ? nullptr : handOut(norvex::makeString(*name).take()); // no fault follows its text
+    return name == nullptr ? nullptr
+                           : handOut(norvex::makeString(*name).take()); // a new string, without faults
 }
 
 CFStringRef IOObjectCopySuperclassForClass(CFStringRef classname)

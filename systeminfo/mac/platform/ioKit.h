@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// IOKit's registry functions for hosts that lack them, declared as in the framework's own headers.
+/// IOKit's registry functions for systems that lack them, declared as in the framework's own headers.
 
 #include "systeminfo/mac/platform/coreFoundation.h"
 
@@ -22,7 +22,7 @@ typedef UInt32 IOOptionBits;
 #define IO_OBJECT_NULL ((io_object_t)0)
 #define kIOServicePlane "IOService"
 
-enum : IOOptionBits { kIORegistryIterateRecursively = 0x00000001, kIORegistryIterateParents = 0x00000002 };
+enum : IOOptionBits { kIORegistryIterateRecursively = 0x00000001 };
 
 extern "C" {
 

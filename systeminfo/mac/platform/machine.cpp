@@ -13,17 +13,6 @@ const MachineFaults& Machine::faults() const
     return none;
 }
 
-QList<QByteArray> propertyListKeys(const QByteArray& keyPath)
-{
-    const QList<QByteArray> keys = keyPath.split('.');
-    for (const QByteArray& key : keys) {
-        if (key.startsWith('@')) {
-            return {};
-        }
-    }
-    return keys;
-}
-
 namespace {
 
 std::mutex machineMutex;
@@ -47,7 +36,7 @@ std::shared_ptr<const Machine> currentMachine()
     return liveMachine();
 }
 
-void setCurrentMachine(std::shared_ptr<const Machine> machine)
+void setMachine(std::shared_ptr<const Machine> machine)
 {
     const std::lock_guard<std::mutex> lock(machineMutex);
     chosenMachine().swap(machine);

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The interface behind the functions that stand in for macOS's.
+/// The machine that the layer asks behind the functions that stand in for macOS's.
 
 #include "systeminfo/mac/platform/norvexPlatform.h"
 #include "systeminfo/mac/platform/registry.h"
@@ -36,15 +36,15 @@ struct PathconfAnswer
     int error = 0;
 };
 
-/// The version of the DNS Service Discovery daemon, or the error of the query.
+/// The version of the DNS service discovery daemon, or the error of the query.
 struct DaemonAnswer
 {
     std::int32_t error = 0; ///< a DNSServiceErrorType
     std::uint32_t version = 0;
 };
 
-/// The answers of one machine. Each call of the layer asks it again; when the answer is absent, the call fails. Paths
-/// and texts are UTF-8. Implementations may be asked from several threads at once.
+/// The answers of one machine. Each call of the layer asks anew; when the answer is absent, the call fails. Paths and
+/// texts are UTF-8. All functions may be called from several threads at once.
 class Machine
 {
 public:
@@ -53,7 +53,7 @@ public:
     Machine& operator=(const Machine&) = delete;
     virtual ~Machine();
 
-    /// The bytes that `sysctlbyname` copies, in the form of sysctlValue.h.
+    /// The bytes that `sysctlbyname` copies for a name; sysctlValue.h makes them.
     virtual std::optional<QByteArray> sysctl(const QByteArray& name) const = 0;
     /// The value behind a `Gestalt` selector.
     virtual std::optional<std::int32_t> gestalt(std::uint32_t selector) const = 0;
@@ -66,35 +66,33 @@ public:
     virtual RegistryPtr root() const { return registry(QByteArray()); }
     /// The superclass of a registry class; empty when it is unknown.
     virtual QByteArray superclassOf(const QByteArray& className) const = 0;
+    /// The calls that fail on this machine; none by default.
     virtual const MachineFaults& faults() const;
 
     /// Absolute paths of the volumes, in the order of the report.
     virtual QList<QByteArray> volumes() const = 0;
+    /// What `statfs` says of the file system that holds a path.
     virtual std::optional<MacStatfs> statfs(const QByteArray& path) const = 0;
+    /// `pathconf` for _PC_CASE_SENSITIVE.
     virtual PathconfAnswer caseSensitive(const QByteArray& path) const = 0;
+    /// `pathconf` for _PC_CASE_PRESERVING.
     virtual PathconfAnswer casePreserving(const QByteArray& path) const = 0;
 
+    /// Whether the device file of a serial port exists.
     virtual bool deviceFileExists(const QByteArray& path) const = 0;
     /// Whether anything exists at the path of a property list.
     virtual bool fileExists(const QByteArray& path) const = 0;
     /// The string at a key path of a property-list file; absent when there is none, or no such file.
     virtual std::optional<QByteArray> propertyListString(const QByteArray& path,
                                                          const QByteArray& keyPath) const = 0;
+    /// The version of the DNS service discovery daemon.
     virtual DaemonAnswer daemonVersion() const = 0;
     /// The path of the application that opens URLs of a scheme.
     virtual std::optional<QByteArray> urlHandler(const QByteArray& scheme) const = 0;
 };
 
-/// The keys of a key path, outermost first: what stands between its dots. A key may be empty, so the empty key path
-/// is one empty key and a trailing dot ends with one, as in Foundation. An empty list means that the path names
-/// nothing in any dictionary: a key that begins with "@" is an operator there and never an entry.
-QList<QByteArray> propertyListKeys(const QByteArray& keyPath);
-
-/// The machine that answers now, never null.
+/// The machine that answers now, as setMachine() chose it; never null.
 std::shared_ptr<const Machine> currentMachine();
-
-/// Makes a machine answer from now on; null stands for this host.
-void setCurrentMachine(std::shared_ptr<const Machine> machine);
 
 /// This host.
 std::shared_ptr<const Machine> liveMachine();

@@ -8,8 +8,6 @@
 
 #include <QFile>
 
-#include <utility>
-
 namespace norvex {
 
 namespace {
@@ -34,11 +32,6 @@ std::shared_ptr<const Machine> loadRecording(const QString& fileName, QString* e
                         SystemInfo::Internal::boundedText(failure.reason, longestReason);
     }
     return machine;
-}
-
-void setMachine(std::shared_ptr<const Machine> machine)
-{
-    setCurrentMachine(std::move(machine));
 }
 
 unsigned int nextObject(unsigned int iterator)

@@ -25,7 +25,7 @@ std::string utf8Of(const QStringRef& text)
     return text.toString().toStdString();
 }
 
-/// The size of an integer, 0 where none is given.
+/// The bits of an integer element, 0 when it does not name a size.
 int bitsIn(const QXmlStreamAttributes& attributes)
 {
     const QLatin1String name("size");

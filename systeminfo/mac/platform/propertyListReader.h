@@ -19,7 +19,7 @@ bool isXmlSpace(Character c)
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
 
-/// What is wrong with a property list; thrown by the parser and by its handlers.
+/// What is wrong with a property list. The parser and its handlers throw it; readPropertyList() catches it.
 class PropertyListError : public std::runtime_error
 {
 public:
@@ -37,7 +37,7 @@ struct PropertyListValue
     int bits;         ///< the size of an Integer: 8, 16, 32, 64, or 0 where it has none
 };
 
-/// Receives the elements in document order. A handler refuses an element by throwing PropertyListError; other exceptions
+/// Receives the elements in document order. A handler throws PropertyListError to refuse an element; other exceptions
 /// pass through the parser.
 class PropertyListHandler
 {
@@ -67,8 +67,9 @@ struct PropertyListFailure
 };
 
 /// Parses a whole document, in UTF-8, UTF-16 or the encoding that it declares. A document type may name an external
-/// file, which is never read; one with declarations of its own is refused, and so are entities but for XML's five.
-/// The memory that it takes depends on the longest text or tag and the depth alone. Passes on std::bad_alloc.
+/// file, which is never read. A document type with declarations of its own is refused, and so are all entities but
+/// XML's five. The memory that this takes depends only on the longest text or tag and on the depth of nesting.
+/// std::bad_alloc passes through.
 PropertyListFailure readPropertyList(QIODevice& device, PropertyListDialect dialect,
                                      PropertyListHandler& handler);
 

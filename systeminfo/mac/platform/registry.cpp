@@ -30,7 +30,7 @@ std::uint32_t Registry::internClasses(ClassChain chain)
     std::string joined;
     for (const std::string& name : chain) {
         joined += name;
-        joined += '\0'; // no name contains one
+        joined += '\0'; // ends a name, and is part of none
     }
     const auto [found, isNew] = chainIndex_.emplace(std::move(joined), std::uint32_t(chains_.size()));
     if (isNew) {

@@ -39,7 +39,7 @@ struct RegistryEntry
     std::unique_ptr<EntryFaults> faults;   ///< null when there are none
 };
 
-/// A tree of entries. It is immutable once it is shared.
+/// A tree of entries. Nothing changes it once it is shared.
 class Registry
 {
 public:
@@ -54,13 +54,14 @@ public:
     /// Ends the open entry.
     void endEntry();
 
-    /// Gives the entry that is begun next an identifier, so that a part of a registry has those of the whole.
+    /// Sets the identifier of the entry that is begun next. With it, the entries of a partial registry have the same
+    /// identifiers as in the whole one.
     void numberFrom(std::uint64_t id) { nextId_ = id; }
 
     /// The index of a class chain; equal chains share one.
     std::uint32_t internClasses(ClassChain chain);
 
-    /// Declares that this is a part of a registry, in which the root lacks some of its descendants.
+    /// Declares that this is a partial registry: its root lacks some of its descendants.
     void markAsPart() { isPart_ = true; }
     bool isPart() const { return isPart_; }
 
@@ -77,17 +78,18 @@ public:
     const std::string* superclassOf(std::string_view className) const;
 
 private:
-    std::deque<RegistryEntry> entries_;
-    std::vector<ClassChain> chains_;
-    /// Where a class stands.
+    /// The class chains that contain a class.
     struct ClassUse
     {
-        std::vector<std::uint32_t> chains;       ///< ascending
-        const std::string* superclass = nullptr; ///< in the first of the chains that has one; null for none
+        std::vector<std::uint32_t> chains; ///< their indices, ascending
+        const std::string* superclass =
+            nullptr; ///< what follows the class in the first chain where anything does
     };
 
     void indexClasses(std::uint32_t chain);
 
+    std::deque<RegistryEntry> entries_;
+    std::vector<ClassChain> chains_;
     std::unordered_map<std::string, std::uint32_t> chainIndex_;
     std::unordered_map<std::string_view, ClassUse> classes_; ///< the names are those in chains_
     std::uint64_t nextId_ = 1;

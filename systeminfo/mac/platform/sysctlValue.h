@@ -17,7 +17,7 @@ inline QByteArray sysctlTextBytes(const QByteArray& text)
     return QByteArray(text).append('\0');
 }
 
-/// An integer of the type's size, in the host's byte order.
+/// An integer in the width of its type and the host's byte order.
 template <typename Integer>
 QByteArray sysctlIntegerBytes(Integer value)
 {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int pieceSize = 1 << 16;
 
-constexpr int maxAttributes = 64; // a property list has one in a tag
+constexpr int maxAttributes = 64; // in a tag; those of property lists have one at most
 
 /// The encoding that an XML declaration names; null for UTF-8, and where Qt does not know it.
 QTextCodec* declaredCodec(const QByteArray& head)
@@ -45,7 +45,7 @@ QTextCodec* codecOf(const QByteArray& head)
     return declaredCodec(head);
 }
 
-/// The bytes in front of a character that the end cuts off.
+/// The size of a text in UTF-8 without the character that its end cuts off, if it cuts one.
 int sizeOfWholeCharacters(const QByteArray& text)
 {
     const int size = text.size();
@@ -59,7 +59,8 @@ int sizeOfWholeCharacters(const QByteArray& text)
     return size;
 }
 
-/// The bytes in front of the first that is not UTF-8, or zero: QXmlStreamReader takes zeros for UTF-16.
+/// The size of a text up to its first byte that is not valid UTF-8 or is zero: QXmlStreamReader would take the text for
+/// UTF-16 because of zeros.
 int sizeOfValidUtf8(const QByteArray& text)
 {
     const void* const zero = std::memchr(text.constData(), 0, static_cast<std::size_t>(text.size()));
@@ -208,8 +209,8 @@ void XmlInput::chooseEncoding(const QByteArray& head)
     }
 }
 
-/// The two conversions keep what a piece cuts: the first bytes of a character, the first half of a surrogate pair. They
-/// go line by line, so that a failure leaves the lines before it.
+/// The decoder and the encoder keep what the end of a piece cuts: the first bytes of a character, the first half of a
+/// surrogate pair. They convert line by line, so that a failure leaves all lines before it.
 QByteArray XmlInput::toUtf8(const QByteArray& bytes)
 {
     if (decoder_ == nullptr) {
@@ -219,7 +220,7 @@ QByteArray XmlInput::toUtf8(const QByteArray& bytes)
     for (int begin = 0, end = 0; begin < bytes.size(); begin = end) {
         end = bytes.indexOf('\n', begin);
         end = end == -1 ? bytes.size() : end + 1;
-        while (end < bytes.size() && bytes[end] == 0) { // the other half of a line feed
+        while (end < bytes.size() && bytes[end] == 0) { // the rest of a line feed in UTF-16 or UTF-32
             ++end;
         }
         const QString line = decoder_->toUnicode(bytes.constData() + begin, end - begin);
@@ -235,7 +236,8 @@ QByteArray XmlInput::toUtf8(const QByteArray& bytes)
     return text;
 }
 
-/// The text no longer has the encoding that it declares, and the reader knows version 1.0 alone.
+/// Overwrites the XML declaration with blanks: the text no longer has the encoding that it declares, and
+/// QXmlStreamReader refuses all versions but 1.0.
 void XmlInput::blankDeclaration()
 {
     const int end = piece_.startsWith("<?xml ") ? piece_.indexOf("?>") + 2 : 0;

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The text of an XML document for QXmlStreamReader, without what that reader takes too long over or takes for
-/// well-formed although it is not.
+/// Prepares an XML document for QXmlStreamReader: converts it to UTF-8, and ends it where it has what would take that
+/// reader quadratic time or what the reader accepts although it is not well-formed.
 
 #include <QIODevice>
 #include <QTextDecoder>
@@ -15,13 +15,13 @@
 
 namespace norvex {
 
-/// Looks at the markup of a document for what takes QXmlStreamReader quadratic time: many attributes in one tag, which it
-/// compares with each other, and declarations in a document type.
+/// Finds what takes QXmlStreamReader quadratic time: many attributes in one tag, because it compares each with all
+/// others, and declarations in a document type.
 class MarkupScanner
 {
 public:
     /// Takes the next byte of a document.
-    /// @return why the document is refused, null if it goes on
+    /// @return why the document is refused; null while it is not
     const char* next(char c);
 
 private:
@@ -29,7 +29,7 @@ private:
         Text,
         Tag,
         Quoted, ///< an attribute's value
-        Section ///< a comment, a character section or a processing instruction
+        Section ///< a comment, a CDATA section or a processing instruction
     };
 
     const char* nextInTag(char c);
@@ -43,7 +43,7 @@ private:
 };
 
 /// Reads a document in UTF-8, UTF-16 or the encoding that it declares, and gives it as UTF-8. It ends early, with a
-/// failure, before the first byte that is no text in this encoding, and where the scanner refuses the document.
+/// failure, at the first byte that is not valid in its encoding, and where the scanner refuses the document.
 class XmlInput : public QIODevice
 {
 public:
@@ -54,7 +54,7 @@ public:
 
     /// Why the input ended early; empty when it did not.
     const QString& failure() const { return failure_; }
-    /// Where the input ended early; 0 when reading the source failed, so that no line of the document is at fault.
+    /// The line at which the input ended early; 0 when the source could not be read, so that no line is at fault.
     unsigned long long failureLine() const { return hasSourceFailed_ ? 0 : line_; }
 
 protected:
@@ -78,9 +78,9 @@ private:
     std::unique_ptr<QTextEncoder> encoder_;
     QByteArray piece_;            ///< valid UTF-8
     int given_ = 0;               ///< bytes of piece_ that the reader has
-    QByteArray partial_;          ///< the beginning of a character that ends in the next piece
+    QByteArray partial_;          ///< the first bytes of a character that the next piece completes
     unsigned long long line_ = 1; ///< at the end of piece_
-    char last_ = 0;               ///< byte of it
+    char last_ = 0;               ///< the last byte of piece_
     MarkupScanner scanner_;
     bool isFirst_ = true;
     bool isLast_ = false;

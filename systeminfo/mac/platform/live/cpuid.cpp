@@ -81,7 +81,7 @@ Cpuid hostCpuid()
 
 std::optional<CpuidRegisters> cpuidLeaf(const Cpuid& cpuid, std::uint32_t leaf)
 {
-    // The first leaf of the basic and of the extended leaves tells the last of them.
+    // The first basic leaf holds the number of the last one, and so does the first extended leaf.
     constexpr std::uint32_t extended = 0x80000000u;
     if (!cpuid || cpuid(leaf & extended).eax < leaf) {
         return std::nullopt;

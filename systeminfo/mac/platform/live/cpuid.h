@@ -19,14 +19,14 @@ struct CpuidRegisters
     std::uint32_t edx = 0;
 };
 
-/// The CPUID instruction for a leaf (and subleaf 0); empty for a processor that lacks the instruction.
+/// Runs the CPUID instruction for a leaf (and subleaf 0); an empty function for a processor that lacks the instruction.
 using Cpuid = std::function<CpuidRegisters(std::uint32_t leaf)>;
 
 /// The instruction of the processor that the calling thread runs on.
 Cpuid hostCpuid();
 
-/// The registers of a leaf, absent when the processor lacks it. All functions below are absent where they need
-/// such a leaf.
+/// The registers of a leaf; absent when the processor lacks it. The results of all functions below are absent when a
+/// leaf that they need is.
 std::optional<CpuidRegisters> cpuidLeaf(const Cpuid& cpuid, std::uint32_t leaf);
 
 /// The vendor, such as "GenuineIntel".
@@ -39,7 +39,7 @@ std::optional<std::int64_t> cpuidSignature(const Cpuid& cpuid, int lowest, int w
 std::optional<std::int64_t> cpuidFamily(const Cpuid& cpuid);
 /// The model, with the extended model in the families that have one.
 std::optional<std::int64_t> cpuidModel(const Cpuid& cpuid);
-/// The features of leaf 1, in a Mac's order and spelling, with blanks between them.
+/// The features of leaf 1, separated by blanks, in the order and spelling of a Mac.
 std::optional<QByteArray> cpuidFeatures(const Cpuid& cpuid);
 /// Whether the processor runs 64-bit code: 1 or 0.
 std::optional<std::int64_t> is64BitCapable(const Cpuid& cpuid);

@@ -11,6 +11,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
+#include <sys/stat.h>
+
 namespace norvex {
 
 namespace {
@@ -104,6 +107,58 @@ bool isUsable(const QByteArray& desktopFile)
     return (needed.isEmpty() || isThere(needed)) && (command.isEmpty() || isThere(command.first()));
 }
 
+struct DesktopFile
+{
+    QByteArray folder; ///< of applications
+    QByteArray path;
+    QByteArray text; ///< empty when its file system does not answer
+};
+
+bool isFolder(const QByteArray& path)
+{
+    struct stat64 status = {};
+    return fileSystemsAnswer({path}) && ::stat64(path.constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Finds a desktop file below a folder. Hyphens in its name may stand for folders: "kde-4-mail.desktop" may be
+/// kde-4/mail.desktop.
+std::optional<DesktopFile> fileBelow(const QByteArray& folder, const QByteArray& name)
+{
+    const QByteArray path = folder + name;
+    if (!fileSystemsAnswer({path})) {
+        return DesktopFile{folder, path, QByteArray()};
+    }
+    if (const auto text = regularFileContents(path)) {
+        return DesktopFile{folder, path, *text};
+    }
+    for (int hyphen = name.indexOf('-'); hyphen >= 0; hyphen = name.indexOf('-', hyphen + 1)) {
+        const QByteArray inner = name.left(hyphen);
+        if (inner.isEmpty() || inner == "." || inner == ".." || !isFolder(folder + inner)) {
+            continue;
+        }
+        if (auto file = fileBelow(folder + inner + '/', name.mid(hyphen + 1))) {
+            return file;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The desktop file of a name. One in a user's folder stands in front of one of the same name in the system's, which it
+/// hides, whatever it says.
+std::optional<DesktopFile> desktopFileOf(const QByteArray& name)
+{
+    if (name.contains('/')) {
+        return std::nullopt;
+    }
+    for (const QByteArray& folder : foldersOf(QStandardPaths::ApplicationsLocation)) {
+        if (auto file = fileBelow(folder, name)) {
+            file->folder = folder;
+            return file;
+        }
+    }
+    return std::nullopt;
+}
+
 /// The applications that say, or of which somebody says, that they open a type, the preferred ones first.
 Names associatedNames(const QByteArray& type)
 {
@@ -121,8 +176,15 @@ Names associatedNames(const QByteArray& type)
         const QByteArray chosen = regularFileContents(folder + "mimeapps.list").value_or(QByteArray());
         add(namesInGroup(chosen, "Added Associations", type));
         removed += namesInGroup(chosen, "Removed Associations", type);
-        const QByteArray stated = regularFileContents(folder + "mimeinfo.cache").value_or(QByteArray());
-        add(namesInGroup(stated, "MIME Cache", type));
+        // The cache holds what the desktop files in its own folder say.
+        const QByteArray cache = regularFileContents(folder + "mimeinfo.cache").value_or(QByteArray());
+        Names stated = namesInGroup(cache, "MIME Cache", type);
+        const auto saysOtherwise = [&folder](const QByteArray& name) {
+            const auto file = desktopFileOf(name);
+            return !file || file->folder != folder;
+        };
+        stated.erase(std::remove_if(stated.begin(), stated.end(), saysOtherwise), stated.end());
+        add(stated);
     }
     return names;
 }
@@ -140,34 +202,11 @@ Names defaultNames(const QByteArray& type)
     return names;
 }
 
-/// The text of a desktop file; empty when its file system does not answer.
-std::optional<QByteArray> desktopFileText(const QByteArray& path)
-{
-    return fileSystemsAnswer({path}) ? regularFileContents(path) : std::make_optional(QByteArray());
-}
-
 /// desktopFilePath() where the lists answer.
 std::optional<QByteArray> usableFile(const QByteArray& name)
 {
-    if (name.contains('/')) {
-        return std::nullopt;
-    }
-    for (const QByteArray& folder : foldersOf(QStandardPaths::ApplicationsLocation)) {
-        // The name "kde-mail.desktop" may also stand for a file mail.desktop in a folder kde.
-        QByteArray path = name;
-        int hyphen = -1;
-        do {
-            if (hyphen >= 0) {
-                path[hyphen] = '/';
-            }
-            if (const auto desktopFile = desktopFileText(folder + path)) {
-                // A file in a user's folder stands in front of one of the same name in the system's, which it hides.
-                return isUsable(*desktopFile) ? std::make_optional(folder + path) : std::nullopt;
-            }
-            hyphen = path.indexOf('-', hyphen + 1);
-        } while (hyphen >= 0);
-    }
-    return std::nullopt;
+    const auto file = desktopFileOf(name);
+    return file && isUsable(file->text) ? std::make_optional(file->path) : std::nullopt;
 }
 
 std::optional<QByteArray> firstDesktopFile(const Names& names)

@@ -1,9 +1,9 @@
 #include "systeminfo/mac/platform/live/deviceRegistry.h"
 
 #include "systeminfo/mac/platform/live/entries.h"
+#include "systeminfo/mac/platform/live/kernel.h"
 
 #include <algorithm>
-#include <sys/utsname.h>
 
 namespace norvex {
 
@@ -44,7 +44,8 @@ constexpr LiveClass liveClasses[] = {
     {"IOSerialBSDClient", "IOService"},
 };
 
-/// Each part numbers its entries from a multiple of this, whatever parts stand before it.
+/// Each part numbers its entries from a multiple of this. So an entry has the same identifier in every registry,
+/// whichever other parts that has.
 constexpr std::uint64_t partIds = std::uint64_t(1) << 32;
 
 /// A part of the registry: the function that appends it, and the most derived classes of its entries.
@@ -85,12 +86,6 @@ bool hasEntriesOf(const Part& part, const QByteArray& className)
                        [&](const char* candidate) { return isKindOf(candidate, className); });
 }
 
-DeviceText systemBuild()
-{
-    utsname system = {};
-    return uname(&system) == 0 ? DeviceText(system.version) : std::nullopt;
-}
-
 } // namespace
 
 QByteArray hostSuperclassOf(const QByteArray& className)
@@ -123,7 +118,7 @@ RegistryPtr registryWith(AppendChildren appendChildren)
     auto registry = std::make_shared<Registry>();
     {
         EntryWriter root(*registry, "IORegistryEntry", "Root");
-        root.properties.text("OS Build Version", systemBuild());
+        root.properties.text("OS Build Version", kernelBuild());
         appendChildren(*registry);
     }
     return registry;

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// The I/O registry of this host: the devices that the kernel and udev list, as entries of the classes that a Mac has
-/// for them.
+/// The I/O registry of this host: the devices that the kernel and udev list, as entries of the classes that such
+/// devices have on a Mac.
 
 #include "systeminfo/mac/platform/registry.h"
 
@@ -10,9 +10,8 @@
 
 namespace norvex {
 
-/// The host's registry at this moment, with only the devices that can be of a class. The root entry is always there;
-/// the devices are below it.
-/// @param className empty for the whole registry. A class that no device here has gives the root entry alone.
+/// The host's registry at this moment: the root entry, and below it the kinds of devices that can have a class.
+/// @param className empty for all devices. A class that no device of a host can have gives the root entry alone.
 RegistryPtr hostRegistry(const QByteArray& className);
 /// The root entry alone, without a look at the host's devices.
 RegistryPtr hostRoot();

@@ -12,8 +12,8 @@
 
 namespace norvex {
 
-/// A class of the host's registry, then its superclasses. A class that is missing in the table of classes is a driver
-/// of the host, and so a service. The chain of the empty name is empty.
+/// The name of a class of the host's registry, then those of its superclasses. A class that is not in the table of
+/// classes is a driver of the host, whose superclass is IOService. The chain of the empty name is empty.
 Registry::ClassChain hostClassChain(const QByteArray& className);
 
 /// Collects the properties of an entry. Absent values are not set.
@@ -54,7 +54,7 @@ private:
     RegistryEntry& entry_;
 };
 
-/// Each appends the entries of its devices below the open entry.
+/// Append the entries of all devices of a kind below the open entry.
 void appendPlatform(const Devices& devices, Registry& registry);
 void appendDisplays(const Devices& devices, Registry& registry);
 void appendAhciDisks(const Devices& devices, Registry& registry);

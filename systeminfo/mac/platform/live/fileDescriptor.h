@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <poll.h>
 #include <unistd.h>
 #include <utility>
 
@@ -27,10 +31,27 @@ public:
 
     /// The descriptor, or -1. It stays this object's.
     int get() const { return number_; }
+    /// Gives up the descriptor without closing it.
+    void release() { number_ = -1; }
     explicit operator bool() const { return number_ != -1; }
 
 private:
     int number_ = -1;
 };
+
+/// Waits until a descriptor is ready, or has failed so that a call on it says why. Signals do not end the wait.
+/// @param events what to wait for: POLLIN or POLLOUT
+/// @return false when the end comes first
+inline bool waitUntilReady(int descriptor, short events, std::chrono::steady_clock::time_point end)
+{
+    pollfd news = {descriptor, events, 0};
+    int ready = 0;
+    do {
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        ready = ::poll(&news, 1, int(std::max<std::chrono::milliseconds::rep>(left.count(), 0)));
+    } while (ready == -1 && errno == EINTR);
+    return ready == 1;
+}
 
 } // namespace norvex

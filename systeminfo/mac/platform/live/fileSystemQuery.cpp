@@ -2,8 +2,12 @@
 
 #include "systeminfo/mac/platform/live/fileDescriptor.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
+#include "systeminfo/mac/platform/live/servedMounts.h"
+
+#include <QHash>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <climits>
@@ -20,6 +24,7 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <utility>
+#include <vector>
 
 namespace norvex {
 
@@ -28,7 +33,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// How long file systems that do not answer are waited for, all together.
-constexpr std::chrono::milliseconds patience(2000);
+constexpr std::chrono::milliseconds timeout(2000);
 /// When an answer counts as late.
 constexpr std::chrono::milliseconds usualTime(100);
 
@@ -126,11 +131,16 @@ void closeAllBut(int kept)
     }
 }
 
-[[noreturn]] void answerAndEnd(const char* path, Subject subject, int answerTo)
+/// Looks at paths, one after the other, and answers about the last one.
+/// @param paths with a null pointer at their end
+[[noreturn]] void answerAndEnd(const char* const* paths, Subject subject, int answerTo)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     closeAllBut(answerTo);
-    const Reply reply = lookAt(path, subject);
+    Reply reply;
+    for (; *paths != nullptr; ++paths) {
+        reply = lookAt(*paths, subject);
+    }
     _exit(::write(answerTo, &reply, sizeof reply) == ssize_t(sizeof reply) ? 0 : 1);
 }
 
@@ -182,11 +192,20 @@ public:
     bool isSilent(const QByteArray& point)
     {
         const std::lock_guard<std::mutex> lock(mutex_);
+        const auto asks = [&point](const AskedProcess& process) {
+            return process.isGivenUp && process.point == point;
+        };
+        processes_.remove_if(
+            [&asks](const AskedProcess& process) { return asks(process) && hasEnded(process); });
+        return std::any_of(processes_.begin(), processes_.end(), asks);
+    }
+
+    /// Forgets all processes that were given up and have ended since.
+    void removeEnded()
+    {
+        const std::lock_guard<std::mutex> lock(mutex_);
         processes_.remove_if(
             [](const AskedProcess& process) { return process.isGivenUp && hasEnded(process); });
-        return std::any_of(processes_.begin(), processes_.end(), [&point](const AskedProcess& process) {
-            return process.isGivenUp && process.point == point;
-        });
     }
 
 private:
@@ -194,20 +213,38 @@ private:
     std::list<AskedProcess> processes_;
 };
 
+/// What the processes that answer write into, and the caller reads from.
+struct Pipe
+{
+    Pipe()
+    {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) == 0) {
+            from = FileDescriptor(ends[0]);
+            to = FileDescriptor(ends[1]);
+        }
+    }
+
+    FileDescriptor from;
+    FileDescriptor to;
+};
+
 /// A question to the file system that is mounted at a point. Another process asks it.
 class Question
 {
 public:
-    Question(const QByteArray& path, Subject subject, const QByteArray& point)
+    Question(const QList<QByteArray>& paths, Subject subject, const QByteArray& point,
+             const FileDescriptor& answerTo)
         : process_(AskedProcesses::instance().add(point))
     {
-        int ends[2];
-        if (::pipe2(ends, O_CLOEXEC) != 0) {
+        if (!answerTo) {
             return;
         }
-        answerFrom_ = FileDescriptor(ends[0]);
-        const FileDescriptor answerTo(ends[1]);
-        const char* const name = path.constData();
+        std::vector<const char*> names;
+        for (const QByteArray& path : paths) {
+            names.push_back(path.constData());
+        }
+        names.push_back(nullptr);
         // No handler of the caller's may run in the other process.
         sigset_t all;
         sigset_t before;
@@ -216,7 +253,7 @@ public:
         // Unlike fork() this calls no handlers, and the caller receives no signal and no wait status of an unknown child.
         process_->number = pid_t(::syscall(SYS_clone, 0, nullptr, nullptr, nullptr, nullptr));
         if (process_->number == 0) {
-            answerAndEnd(name, subject, answerTo.get());
+            answerAndEnd(names.data(), subject, answerTo.get());
         }
         ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
@@ -226,154 +263,109 @@ public:
 
     ~Question()
     {
-        if (isRunning() && !isOver_) {
-            AskedProcesses::instance().giveUp(process_);
-            return;
-        }
-        if (isRunning()) {
+        if (isStarted() && isOver_) {
             ::waitpid(process_->number, nullptr, __WCLONE); // It has only to end.
         }
-        AskedProcesses::instance().remove(process_);
-    }
-
-    /// Waits until then. Without a process there is no reply.
-    std::optional<Reply> wait(Clock::time_point end)
-    {
-        while (isRunning() && !isOver_) {
-            const auto left =
-                std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-            pollfd news = {answerFrom_.get(), POLLIN, 0};
-            const int ready = ::poll(&news, 1, int(std::max<decltype(left)>(left, 0)));
-            if (ready == 0) {
-                return std::nullopt;
-            }
-            if (ready > 0) {
-                Reply reply;
-                isOver_ = true;
-                return ::read(answerFrom_.get(), &reply, sizeof reply) == ssize_t(sizeof reply)
-                           ? std::make_optional(reply)
-                           : std::nullopt;
-            }
+        if (isStarted() && !isOver_ && !hasEnded(*process_)) {
+            AskedProcesses::instance().giveUp(process_);
+        } else {
+            AskedProcesses::instance().remove(process_);
         }
-        return std::nullopt;
     }
 
-    /// Whether the process may still answer.
-    bool isOpen() const { return isRunning() && !isOver_; }
+    bool isStarted() const { return process_->number > 0; }
+    /// The process has answered, or cannot any more.
+    void setOver() { isOver_ = true; }
 
 private:
-    bool isRunning() const { return process_->number > 0; }
-
     AskedProcesses::Place process_;
-    FileDescriptor answerFrom_;
     bool isOver_ = false;
 };
 
-/// Asks the file system that is mounted at a point about a path on it.
+/// Waits until then for an answer, or for the end of all that could give one.
+bool waitForNews(const FileDescriptor& answerFrom, Clock::time_point end)
+{
+    int ready = 0;
+    do {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        pollfd news = {answerFrom.get(), POLLIN, 0};
+        ready = ::poll(&news, 1, int(std::max<decltype(left)>(left, 0)));
+    } while (ready < 0 && errno == EINTR);
+    return ready > 0;
+}
+
+std::optional<Reply> readReply(const FileDescriptor& answerFrom)
+{
+    Reply reply;
+    return ::read(answerFrom.get(), &reply, sizeof reply) == ssize_t(sizeof reply) ? std::make_optional(reply)
+                                                                                   : std::nullopt;
+}
+
+/// Finds out until then which file systems besides one are silent. They answer into a single pipe, so that their number
+/// is not limited by that of the descriptors.
+void askOthers(const QByteArray& point, const QList<QByteArray>& points, Clock::time_point end)
+{
+    AskedProcesses& processes = AskedProcesses::instance();
+    Pipe pipe;
+    std::list<Question> others;
+    for (const QByteArray& other : points) {
+        if (other != point && !processes.isSilent(other)) {
+            others.emplace_back(QList<QByteArray>{other}, Subject::Path, other, pipe.to);
+        }
+    }
+    pipe.to = FileDescriptor();
+    while (pipe.from && waitForNews(pipe.from, end) && readReply(pipe.from)) {
+    }
+}
+
+/// Asks the file system that is mounted at a point about paths on it.
 /// @param points those of all served file systems
-std::optional<Reply> askServed(const QByteArray& path, Subject subject, const QByteArray& point,
+/// @return the reply about the last path
+std::optional<Reply> askServed(const QList<QByteArray>& paths, Subject subject, const QByteArray& point,
                                const QList<QByteArray>& points)
 {
     AskedProcesses& processes = AskedProcesses::instance();
     if (processes.isSilent(point)) {
         return std::nullopt;
     }
+    processes.removeEnded();
     const auto start = Clock::now();
-    Question question(path, subject, point);
-    std::optional<Reply> reply = question.wait(start + usualTime);
-    if (!question.isOpen()) {
-        return reply;
+    Pipe pipe;
+    Question question(paths, subject, point, pipe.to);
+    pipe.to = FileDescriptor();
+    if (!question.isStarted()) {
+        return std::nullopt;
     }
-    // Others may be silent, too. When the time is over, all of them are known.
-    std::list<Question> others;
-    for (const QByteArray& other : points) {
-        if (other != point && !processes.isSilent(other)) {
-            others.emplace_back(other, Subject::Path, other);
-        }
+    if (!waitForNews(pipe.from, start + usualTime)) {
+        // Others may be silent, too. When the time is over, all of them are known.
+        askOthers(point, points, start + timeout);
     }
-    reply = question.wait(start + patience);
-    for (Question& other : others) {
-        other.wait(start + patience);
+    if (!waitForNews(pipe.from, start + timeout)) {
+        return std::nullopt;
     }
-    return reply;
+    question.setOver();
+    return readReply(pipe.from);
 }
 
-QByteArray linkTarget(const QByteArray& path)
+std::optional<Reply> ask(const QByteArray& path, Subject subject, const ServedMounts& mounts)
 {
-    char target[PATH_MAX];
-    const ssize_t length = ::readlink(path.constData(), target, sizeof target);
-    return QByteArray(target, int(std::max<ssize_t>(length, 0)));
-}
-
-QByteArray workingFolder()
-{
-    char folder[PATH_MAX];
-    return ::getcwd(folder, sizeof folder) != nullptr ? QByteArray(folder) : QByteArray();
-}
-
-/// Which of the points a path lies below, the innermost; empty for none.
-QByteArray pointAbove(const QByteArray& path, const QList<QByteArray>& points)
-{
-    QByteArray innermost;
-    for (const QByteArray& point : points) {
-        if (point.size() > innermost.size() && (path + '/').startsWith(point + '/')) {
-            innermost = point;
-        }
-    }
-    return innermost;
-}
-
-/// Where the served file system is mounted that a path leads to or through; empty when it stays on local ones. It
-/// follows symbolic links as far as these reach, and asks no served file system.
-QByteArray servedPoint(const QByteArray& path, const QList<QByteArray>& points)
-{
-    constexpr int mostLinks = 40; // the kernel's own limit
-    QByteArray reached;
-    QList<QByteArray> names = (path.startsWith('/') ? path : workingFolder() + '/' + path).split('/');
-    for (int links = 0; !names.isEmpty() && links <= mostLinks;) {
-        const QByteArray name = names.takeFirst();
-        if (name.isEmpty() || name == ".") {
-            continue;
-        }
-        if (name == "..") {
-            reached.truncate(std::max(reached.lastIndexOf('/'), 0));
-            continue;
-        }
-        const QByteArray next = reached + '/' + name;
-        if (points.contains(next)) {
-            return pointAbove(next + '/' + names.join('/'), points);
-        }
-        const QByteArray target = linkTarget(next);
-        if (target.isEmpty()) {
-            reached = next;
-            continue;
-        }
-        ++links;
-        names = target.split('/') + names;
-        reached = target.startsWith('/') ? QByteArray() : reached;
-    }
-    return QByteArray();
-}
-
-std::optional<Reply> ask(const QByteArray& path, Subject subject, const QByteArray& mounts)
-{
-    const QList<QByteArray> points = servedPoints(mounts);
-    const QByteArray point = points.isEmpty() ? QByteArray() : servedPoint(path, points);
-    return point.isEmpty() ? lookAt(path.constData(), subject) : askServed(path, subject, point, points);
+    const QByteArray point = mounts.pointOnWayTo(path);
+    return point.isEmpty() ? lookAt(path.constData(), subject)
+                           : askServed({path}, subject, point, mounts.points());
 }
 
 } // namespace
 
 std::optional<FileSystemAnswer> askFileSystem(const QByteArray& path, Subject subject)
 {
-    const QByteArray mounts = mountInfo();
-    const std::optional<Reply> reply = ask(path, subject, mounts);
+    const auto mounts = ServedMounts::current();
+    const std::optional<Reply> reply = ask(path, subject, *mounts);
     if (!reply || !reply->isFound) {
         return std::nullopt;
     }
     FileSystemAnswer answer{reply->isFolder, reply->foldsCase, reply->figures, std::nullopt};
     if (const auto id = valueOfKey(reply->descriptorInfo, "mnt_id", ':')) {
-        answer.mount = mountWithId(mounts, *id);
+        answer.mount = mountWithId(mounts->mountInfo(), *id);
         if (!answer.mount) { // The look has mounted it.
             answer.mount = mountWithId(mountInfo(), *id);
         }
@@ -383,11 +375,20 @@ std::optional<FileSystemAnswer> askFileSystem(const QByteArray& path, Subject su
 
 bool fileSystemsAnswer(const QList<QByteArray>& paths)
 {
-    const QList<QByteArray> points = servedPoints(mountInfo());
-    return std::all_of(paths.begin(), paths.end(), [&points](const QByteArray& path) {
-        const QByteArray point = points.isEmpty() ? QByteArray() : servedPoint(path, points);
-        return point.isEmpty() || askServed(path, Subject::Path, point, points).has_value();
-    });
+    const auto mounts = ServedMounts::current();
+    QHash<QByteArray, QList<QByteArray>> pathsOfPoints;
+    for (const QByteArray& path : paths) {
+        const QByteArray point = mounts->pointOnWayTo(path);
+        if (!point.isEmpty()) {
+            pathsOfPoints[point].append(path);
+        }
+    }
+    for (auto served = pathsOfPoints.begin(); served != pathsOfPoints.end(); ++served) {
+        if (!askServed(*served, Subject::Path, served.key(), mounts->points())) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace norvex

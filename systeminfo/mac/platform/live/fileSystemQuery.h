@@ -40,7 +40,7 @@ struct FileSystemAnswer
 std::optional<FileSystemAnswer> askFileSystem(const QByteArray& path, Subject subject);
 
 /// Whether paths can be used without waiting: their file systems answer, if only that nothing is there. Costs next to
-/// nothing where no file system is served.
+/// nothing where no file system is served, and else a process for each served file system that the paths are on.
 bool fileSystemsAnswer(const QList<QByteArray>& paths);
 
 } // namespace norvex

@@ -50,14 +50,14 @@ std::optional<std::int64_t> physicalMemory()
     return std::int64_t(info.totalram) * info.mem_unit;
 }
 
-/// Memory in bytes; the largest number stands for all sizes above it.
+/// The memory in bytes; the largest number for all sizes above it.
 Number memoryBytes()
 {
     const auto bytes = physicalMemory();
     return bytes ? Number(std::int32_t(std::min(*bytes, largest))) : std::nullopt;
 }
 
-/// Memory in bytes; absent for sizes above the largest number, which a reader would take for the size itself.
+/// The memory in bytes; absent when it does not fit. The largest number in its place would look like the real size.
 Number exactMemoryBytes()
 {
     const auto bytes = physicalMemory();
@@ -70,7 +70,7 @@ Number memoryMebibytes()
     return bytes ? Number(std::int32_t(std::min(*bytes >> 20, largest))) : std::nullopt;
 }
 
-/// Whether the memory corrects errors; absent when no driver of its controller tells.
+/// Whether the memory corrects errors; absent when no driver of the memory controller says.
 Number memoryParity(const KernelFiles& files)
 {
     constexpr std::int32_t able = 1;

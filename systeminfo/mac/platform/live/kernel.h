@@ -29,8 +29,8 @@ QByteArray machineHardware();
 /// The machine's model as its firmware names it.
 std::optional<QByteArray> machineModel(const KernelFiles& files);
 
-/// The value behind a Gestalt selector for the kernel's release, the processor's architecture or the memory; absent
-/// for selectors without a true equivalent on this host.
+/// The value of a Gestalt selector for the kernel's release, the processor's architecture or the memory; absent for
+/// selectors that have no true equivalent on this host.
 std::optional<std::int32_t> kernelGestalt(std::uint32_t selector, const KernelFiles& files);
 
 } // namespace norvex

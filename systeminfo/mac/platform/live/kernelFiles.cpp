@@ -16,7 +16,7 @@ class Glob
 public:
     explicit Glob(const QByteArray& pattern)
     {
-        // What an incomplete search has found does not count.
+        // Where the search failed halfway, what it had found does not count.
         count_ = ::glob(pattern.constData(), 0, nullptr, &matches_) == 0 ? matches_.gl_pathc : 0;
     }
     Glob(const Glob&) = delete;
@@ -39,7 +39,7 @@ std::optional<QByteArray> KernelFiles::contents(const QByteArray& path, int limi
     if (!file) {
         return std::nullopt;
     }
-    // The kernel's files do not tell their size, and a read may return only a part of them.
+    // The size of these files is not known in advance, and a read may return only a part of the rest.
     constexpr int chunk = 32 * 1024;
     QByteArray text;
     ssize_t count = 1;

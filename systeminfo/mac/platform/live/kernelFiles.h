@@ -29,8 +29,8 @@ private:
     QByteArray root_;
 };
 
-/// The value in the first line of @p text that consists of the key, the separator and a value, with any blanks
-/// between them; absent when there is no such line.
+/// The value of a key in a text of lines like "key : value"; absent when no line has the key. The first such line
+/// counts, and blanks around key and value do not.
 std::optional<QByteArray> valueOfKey(const QByteArray& text, const QByteArray& key, char separator);
 
 } // namespace norvex

@@ -1,9 +1,9 @@
+#include "systeminfo/mac/platform/live/caseSensitivity.h"
 #include "systeminfo/mac/platform/live/desktopFiles.h"
 #include "systeminfo/mac/platform/live/deviceRegistry.h"
 #include "systeminfo/mac/platform/live/fileSystemQuery.h"
 #include "systeminfo/mac/platform/live/kernel.h"
 #include "systeminfo/mac/platform/live/kernelFiles.h"
-#include "systeminfo/mac/platform/live/letterCase.h"
 #include "systeminfo/mac/platform/live/propertyListFile.h"
 #include "systeminfo/mac/platform/live/services.h"
 #include "systeminfo/mac/platform/live/sysctl.h"
@@ -43,14 +43,15 @@ public:
 
     PathconfAnswer caseSensitive(const QByteArray& path) const override
     {
-        const auto letterCase = letterCaseOf(path);
-        return letterCase ? PathconfAnswer{letterCase->isSensitive, 0} : PathconfAnswer{-1, ENOENT};
+        const auto caseSensitivity = caseSensitivityOf(path);
+        return caseSensitivity ? PathconfAnswer{caseSensitivity->isSensitive, 0} : PathconfAnswer{-1, ENOENT};
     }
 
     PathconfAnswer casePreserving(const QByteArray& path) const override
     {
-        const auto letterCase = letterCaseOf(path);
-        return letterCase ? PathconfAnswer{letterCase->isPreserving, 0} : PathconfAnswer{-1, ENOENT};
+        const auto caseSensitivity = caseSensitivityOf(path);
+        return caseSensitivity ? PathconfAnswer{caseSensitivity->isPreserving, 0}
+                               : PathconfAnswer{-1, ENOENT};
     }
 
     bool deviceFileExists(const QByteArray& path) const override { return fileExists(path); }

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The numbers by which the Mach kernel knows processors.
+/// The numbers that the Mach kernel has for processors.
 
 #include "systeminfo/mac/platform/live/cpuid.h"
 
@@ -10,8 +10,8 @@
 
 namespace norvex {
 
-/// The CPU type of the architecture that this was compiled for. As on a Mac, that of an Intel processor lacks the
-/// flag for 64 bits, and the others have it.
+/// The CPU type of the architecture that the library was compiled for. As on a Mac, the type of an Intel processor
+/// never has the flag for 64 bits; the types of other 64-bit processors have it.
 std::optional<std::int64_t> machCpuType();
 
 /// The CPU subtype; absent for a processor that no Mac was built with.

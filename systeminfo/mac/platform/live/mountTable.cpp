@@ -19,7 +19,11 @@ constexpr const char* sharedFolderTypes[] = {
     "9p", "drvfs", "fakeowner", "hostfs", "prl_fs", "vboxsf", "virtiofs", "vmhgfs",
 };
 
-/// A name without escapes: blanks, tabs, line feeds and backslashes are written as a backslash and three octal digits.
+/// Stands for the mount outside of what the process sees.
+constexpr int outside = -1;
+
+} // namespace
+
 QByteArray unescaped(const QByteArray& text)
 {
     const auto isOctal = [&text](int position) { return text[position] >= '0' && text[position] <= '7'; };
@@ -55,14 +59,9 @@ std::optional<Mount> parseMount(const QByteArray& line)
     mount.point = unescaped(fields[Point]);
     mount.type = unescaped(fields[dash + 1]);
     mount.source = unescaped(fields[dash + 2]);
-    mount.options = unescaped(fields.value(dash + 3));
+    mount.options = fields.value(dash + 3);
     return hasId && hasParent && mount.point.startsWith('/') ? std::make_optional(mount) : std::nullopt;
 }
-
-/// Stands for the mount outside of what the process sees.
-constexpr int outside = -1;
-
-} // namespace
 
 std::vector<Mount> parseMounts(const QByteArray& mountInfo)
 {
@@ -82,13 +81,16 @@ QByteArray mountInfo()
 
 std::optional<Mount> mountWithId(const QByteArray& mountInfo, const QByteArray& id)
 {
-    const QByteArray lines = "\n" + mountInfo;
-    const int start = lines.indexOf("\n" + id + " ");
-    if (start < 0) {
-        return std::nullopt;
+    const QByteArray beginning = id + ' ';
+    int start = 0;
+    if (!mountInfo.startsWith(beginning)) {
+        start = mountInfo.indexOf('\n' + beginning) + 1;
+        if (start == 0) {
+            return std::nullopt;
+        }
     }
-    const int end = lines.indexOf('\n', start + 1);
-    return parseMount(lines.mid(start + 1, end < 0 ? -1 : end - start - 1));
+    const int end = mountInfo.indexOf('\n', start);
+    return parseMount(mountInfo.mid(start, end < 0 ? -1 : end - start));
 }
 
 bool isNetworkType(const QByteArray& type)
@@ -103,27 +105,9 @@ bool isSharedFolderType(const QByteArray& type)
 
 bool isServedType(const QByteArray& type)
 {
-    // The program's own type may follow.
+    // The type of the program's file system may follow behind a dot.
     return type == "fuse" || type == "fuseblk" || type.startsWith("fuse.") || type.startsWith("fuseblk.") ||
            isNetworkType(type) || isSharedFolderType(type) || type == "autofs";
-}
-
-QList<QByteArray> servedPoints(const QByteArray& mountInfo)
-{
-    static const QByteArray separator = " - ";
-    QList<QByteArray> points;
-    for (const QByteArray& line : mountInfo.split('\n')) {
-        // The table may be long, and only few of its mounts are served.
-        const int type = line.indexOf(separator) + separator.size();
-        if (!isServedType(line.mid(type, line.indexOf(' ', type) - type))) {
-            continue;
-        }
-        const auto mount = parseMount(line);
-        if (mount && mount->point != "/") {
-            points.append(mount->point);
-        }
-    }
-    return points;
 }
 
 MountTable::MountTable(const std::vector<Mount>& mounts)
@@ -132,7 +116,7 @@ MountTable::MountTable(const std::vector<Mount>& mounts)
     for (const Mount& mount : mounts) {
         ids.insert(mount.id);
     }
-    // What the process sees first hangs on a mount that it does not see.
+    // The first mount has a parent that the process does not see.
     for (const Mount& mount : mounts) {
         const bool isInside = mount.parent != mount.id && ids.contains(mount.parent);
         mountedOn_.insert({isInside ? mount.parent : outside, mount.point}, mount.id);

@@ -5,7 +5,6 @@
 
 #include <QByteArray>
 #include <QHash>
-#include <QList>
 
 #include <algorithm>
 #include <iterator>
@@ -36,9 +35,16 @@ struct Mount
     QByteArray type;
     /// What is mounted: a device file, a server's folder, or a word of the file system's own.
     QByteArray source;
-    /// The file system's own options, separated by commas.
+    /// The file system's own options, separated by commas and escaped as in the text.
     QByteArray options;
 };
+
+/// A text of a mountinfo text without escapes: blanks, tabs, line feeds, backslashes and, in options, commas are written as
+/// a backslash and three octal digits.
+QByteArray unescaped(const QByteArray& text);
+
+/// A line of a mountinfo text, with its names unescaped; absent when it is malformed.
+std::optional<Mount> parseMount(const QByteArray& line);
 
 /// The mounts of a mountinfo text, in its order, with their names unescaped. Malformed lines are left out.
 std::vector<Mount> parseMounts(const QByteArray& mountInfo);
@@ -49,19 +55,15 @@ QByteArray mountInfo();
 /// The mount with a number in a mountinfo text; absent when there is none.
 std::optional<Mount> mountWithId(const QByteArray& mountInfo, const QByteArray& id);
 
-/// Whether a file system of this type is one of a server's.
+/// Whether file systems of this type are on a server.
 bool isNetworkType(const QByteArray& type);
 
-/// Whether a file system of this type is a folder that the host of a virtual machine shares.
+/// Whether file systems of this type are folders that the host of a virtual machine shares with it.
 bool isSharedFolderType(const QByteArray& type);
 
-/// Whether a server, a program or the host of a virtual machine answers for file systems of this type, so that they may
-/// not answer at all. What mounts something when it is used counts, too.
+/// Whether a server, a program or the host of a virtual machine serves file systems of this type, so that a call on
+/// them may wait without end. autofs counts, too: it mounts such a file system when it is used.
 bool isServedType(const QByteArray& type);
-
-/// Where served file systems are mounted, by a mountinfo text. The root folder is not among them: where it does not
-/// answer, nothing runs.
-QList<QByteArray> servedPoints(const QByteArray& mountInfo);
 
 /// Finds out which mount a path leads to.
 class MountTable
@@ -69,13 +71,13 @@ class MountTable
 public:
     explicit MountTable(const std::vector<Mount>& mounts);
 
-    /// Whether the mount point of a mount leads to this mount, rather than to one that covers it.
+    /// Whether its mount point leads to this mount, rather than to another one that was mounted over it.
     bool isVisible(const Mount& mount) const;
 
 private:
     int enter(int reached, const QByteArray& path) const;
 
-    /// Mount and path -> the mount that covers it there.
+    /// A mount and a path in it -> the mount that was mounted there.
     QHash<std::pair<int, QByteArray>, int> mountedOn_;
 };
 

@@ -16,7 +16,7 @@ namespace {
 /// NET_ADDR_SET, a value of addr_assign_type.
 constexpr qint64 setByHand = 3;
 
-/// The bytes of an address such as "00:1c:b3:0a:ff:07"; absent for one of zeros.
+/// The bytes of an address such as "00:1c:b3:0a:ff:07"; absent when there is none or all are zero.
 DeviceText addressIn(const DeviceText& text)
 {
     const QByteArray bytes = QByteArray::fromHex(text.value_or(QByteArray()));
@@ -63,7 +63,7 @@ bool isWireless(const Device& interface)
     return interface.type() == "wlan" || interface.attribute("wireless/status");
 }
 
-/// The device behind an interface, on a bus that has names for its devices.
+/// The device of an interface: the closest one on a bus for whose devices the database has names.
 Device deviceBehind(const Device& interface)
 {
     Device device = interface.parent();

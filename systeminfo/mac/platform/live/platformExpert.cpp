@@ -7,7 +7,7 @@ namespace norvex {
 
 namespace {
 
-/// What firmware tells when the maker has entered nothing, in lower case.
+/// The texts that firmware has, in lower case, when the maker has not entered a value.
 constexpr const char* fillers[] = {
     "default string",
     "invalid",
@@ -64,7 +64,7 @@ DeviceText uuid()
 
 } // namespace
 
-/// On most systems only the administrator can read the two values.
+/// On most systems only the administrator can read the two values; for others they are absent.
 void appendPlatform(const Devices&, Registry& registry)
 {
     EntryWriter platform(registry, "IOPlatformExpertDevice", "IOPlatformExpertDevice");

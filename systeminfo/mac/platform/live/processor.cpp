@@ -9,7 +9,7 @@ namespace norvex {
 
 namespace {
 
-/// The lines of the first processor in /proc/cpuinfo.
+/// The beginning of /proc/cpuinfo, which describes the first processor.
 QByteArray firstListed(const KernelFiles& files)
 {
     return files.contents("/proc/cpuinfo", 4096).value_or(QByteArray());

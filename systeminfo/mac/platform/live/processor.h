@@ -11,6 +11,7 @@
 
 namespace norvex {
 
+/// The revision of the first processor's microcode; absent when a hypervisor hides it.
 std::optional<std::int64_t> microcodeRevision(const KernelFiles& files);
 
 /// The highest clock of the cores, in hertz.

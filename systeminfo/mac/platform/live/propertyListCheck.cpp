@@ -8,7 +8,7 @@ namespace norvex {
 
 namespace {
 
-/// The size of a property list in memory, as it unfolds. Each object costs something beside its text and bytes.
+/// Adds up the memory that libplist needs for a property list. Each object takes some beside its content.
 class PropertyListBudget
 {
 public:

@@ -5,15 +5,15 @@
 #include <cstddef>
 
 /// @file
-/// What stands between a binary property list that anyone may have written and libplist, which recurses over what
-/// it reads and trusts its sizes.
+/// Protects libplist from hostile binary property lists: it recurses over what it reads and trusts the sizes in it.
 
 namespace norvex {
 
 constexpr std::size_t propertyListMaxDepth = 512;
 
-/// Whether all objects of a binary property list lie within it, end, and unfold to at most about 64 MiB and the
-/// greatest depth. An object that several others refer to counts each time, because libplist reads it each time.
+/// Whether all objects of a binary property list lie within it, and whether libplist builds at most about 64 MiB and
+/// propertyListMaxDepth levels from them. An object counts once for each reference to it, because libplist reads it as
+/// often.
 bool isAcceptableBinaryPropertyList(const QByteArray& contents);
 
 } // namespace norvex

@@ -1,8 +1,9 @@
 #include "systeminfo/mac/platform/live/propertyListFile.h"
 
+#include "systeminfo/mac/platform/cfObjects.h"
+#include "systeminfo/mac/platform/keyPath.h"
 #include "systeminfo/mac/platform/live/propertyListCheck.h"
 #include "systeminfo/mac/platform/live/regularFile.h"
-#include "systeminfo/mac/platform/machine.h"
 #include "systeminfo/mac/platform/propertyListReader.h"
 
 #include <QBuffer>
@@ -18,7 +19,7 @@ namespace norvex {
 
 namespace {
 
-/// Finds the string at a key path while the document passes.
+/// Finds the string at a key path while the parser reads the document.
 class StringFinder : public PropertyListHandler
 {
 public:
@@ -123,7 +124,7 @@ std::optional<QByteArray> stringInBinary(const QByteArray& contents, const QList
 
 std::optional<QByteArray> propertyListFileString(const QByteArray& path, const QByteArray& keyPath)
 {
-    if (propertyListKeys(keyPath).isEmpty()) {
+    if (keysOf(keyPath).isEmpty()) {
         return std::nullopt;
     }
     const std::optional<QByteArray> contents = regularFileContents(path);
@@ -132,7 +133,7 @@ std::optional<QByteArray> propertyListFileString(const QByteArray& path, const Q
 
 std::optional<QByteArray> propertyListString(const QByteArray& contents, const QByteArray& keyPath)
 {
-    const QList<QByteArray> keys = propertyListKeys(keyPath);
+    const QList<QByteArray> keys = keysOf(keyPath);
     if (keys.isEmpty()) {
         return std::nullopt;
     }

@@ -5,7 +5,7 @@
 #include <optional>
 
 /// @file
-/// Strings out of property-list files, XML and binary, on hosts without Foundation.
+/// Strings from property-list files, XML and binary, on systems without Foundation.
 
 namespace norvex {
 
@@ -15,7 +15,7 @@ namespace norvex {
 /// through any other value, nor in a file that cannot be read, is not a regular file (a directory, a device, a FIFO;
 /// none of them is opened), is no property list, is larger than 16 MiB, nests values deeper than 512 levels or, in
 /// binary form, would unfold to more than about 64 MiB of objects. Time and memory are bounded, whatever the file
-/// holds. Passes on std::bad_alloc; libplist, which reads the binary form, ends the process when it gets no memory.
+/// holds. std::bad_alloc passes through; libplist, which reads the binary form, ends the process when memory runs out.
 std::optional<QByteArray> propertyListFileString(const QByteArray& path, const QByteArray& keyPath);
 
 /// The same for the contents of a file.

@@ -19,11 +19,11 @@ constexpr off_t maxFileSize = off_t{16} * 1024 * 1024;
 std::optional<QByteArray> regularFileContents(const QByteArray& path)
 {
     struct stat status = {};
-    // Opening can do things to a device, so anything but a regular file is left alone.
+    // Opening a device can have effects, so nothing but a regular file is opened.
     if (stat(path.constData(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
-    // The file may have become another one since it was looked at, hence non-blocking, and the second look.
+    // Another file may have taken its place since then, so opening must not block, and the type is checked again.
     const FileDescriptor file(open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > maxFileSize) {

@@ -10,7 +10,6 @@
 #include <chrono>
 #include <cstddef>
 #include <cstring>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -24,13 +23,15 @@ class Deadline
 public:
     explicit Deadline(std::chrono::milliseconds time) : end_(std::chrono::steady_clock::now() + time) {}
 
-    /// The time that is left: at least 1, because other functions take 0 and less for "no limit" or "the default".
+    /// The time that is left; at least 1, because to the functions that take it 0 or less means no limit or a default.
     int milliseconds() const
     {
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(end_ - std::chrono::steady_clock::now());
         return int(std::max<std::chrono::milliseconds::rep>(left.count(), 1));
     }
+
+    std::chrono::steady_clock::time_point end() const { return end_; }
 
 private:
     std::chrono::steady_clock::time_point end_;
@@ -76,11 +77,10 @@ bool busAnswers(const QByteArray& path, const Deadline& deadline)
 
     const FileDescriptor bus(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     static const char request[] = "\0AUTH\r\n";
-    pollfd reply = {bus.get(), POLLIN, 0};
     char first = 0;
     return bus && ::connect(bus.get(), reinterpret_cast<const sockaddr*>(&name), length) == 0 &&
            ::send(bus.get(), request, sizeof request - 1, MSG_NOSIGNAL) > 0 &&
-           ::poll(&reply, 1, deadline.milliseconds()) == 1 && ::recv(bus.get(), &first, 1, 0) == 1;
+           waitUntilReady(bus.get(), POLLIN, deadline.end()) && ::recv(bus.get(), &first, 1, 0) == 1;
 }
 
 /// A connection to a bus that nothing else uses. It is opened as a connection to a peer: to a bus, Qt says Hello while
@@ -152,7 +152,7 @@ std::optional<std::uint32_t> avahiVersionNumber(const QByteArray& versionText)
 DaemonAnswer avahiVersion()
 {
     constexpr std::int32_t notRunning = -65563;
-    // This leaves room for the bus library's timers, which may be late by a twentieth.
+    // Less than the promised 200 ms, because the bus library's timers may be 5 % late.
     const Deadline deadline(std::chrono::milliseconds(180));
     for (const QByteArray& address : systemBusAddresses()) {
         if (!busAnswers(socketPath(address), deadline)) {

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The host's counterpart of DNS Service Discovery.
+/// The host's counterpart of the DNS service discovery daemon: Avahi.
 
 #include "systeminfo/mac/platform/machine.h"
 

@@ -10,7 +10,7 @@ namespace norvex {
 
 namespace {
 
-/// The unit of the kernel's "size", whatever the size of the medium's own sectors is.
+/// The kernel's attribute "size" counts sectors of this size, whatever the size of the medium's own sectors is.
 constexpr quint64 sectorSize = 512;
 
 struct Medium
@@ -71,7 +71,7 @@ std::optional<AtaPaths> ataPathsOf(const QByteArray& path)
     return paths;
 }
 
-/// Whether the controller works as AHCI. A controller that does not describe itself counts as one that does.
+/// Whether the controller works in AHCI mode. A controller with neither driver nor PCI class counts as one that does.
 bool isAhci(const Device& block, const QByteArray& controllerPath)
 {
     Device controller = block.parent();
@@ -94,7 +94,7 @@ public:
         bytes_ = QByteArray::fromHex(digits);
     }
 
-    /// The text in a range of words, with the blanks that fill it.
+    /// The text in a range of 16-bit words, with its padding.
     DeviceText text(int firstWord, int lastWord) const
     {
         const QByteArray text = bytes_.mid(firstWord * 2, (lastWord - firstWord + 1) * 2);
@@ -105,7 +105,7 @@ private:
     QByteArray bytes_;
 };
 
-/// A text without udev's escapes: it writes a blank and other special characters like "\x20".
+/// Decodes udev's escapes: it writes blanks and other special characters in the form "\x20".
 DeviceText decoded(const DeviceText& text)
 {
     if (!text) {
@@ -224,7 +224,7 @@ Namespaces nvmeNamespaces(const Devices& devices)
             return;
         }
         Medium medium = mediumOf(block);
-        // The report names one of several paths to a namespace, "nvme0c1n1", as the disk of all paths, "nvme0n1".
+        // A path to a namespace that has several, such as "nvme0c1n1", has the name of the common disk, "nvme0n1".
         const int path = medium.name.indexOf('c');
         if (path > 0) {
             medium.name.remove(path, medium.name.indexOf('n', path) - path);
@@ -255,7 +255,7 @@ void appendNvmeControllers(const Devices& devices, Registry& registry)
 {
     const Namespaces namespaces = nvmeNamespaces(devices);
     devices.forEach("nvme", "*", [&](const Device& device) {
-        // A Mac shows the texts of an NVMe drive without the blanks that fill them, unlike those of an ATA drive.
+        // On a Mac the texts of an NVMe drive have no padding, unlike those of an ATA drive.
         const auto text = [&](const char* name) {
             const auto filled = device.attribute(name);
             return filled ? DeviceText(filled->trimmed()) : std::nullopt;

@@ -12,7 +12,7 @@
 
 namespace norvex {
 
-/// A text that describes a device; absent when the device does not tell it, or when it is empty.
+/// A text that describes a device; absent when the device does not have it, or when it is empty.
 using DeviceText = std::optional<QByteArray>;
 using DeviceNumber = std::optional<qint64>;
 
@@ -63,6 +63,7 @@ public:
     /// A property from the kernel's event or udev's database.
     DeviceText property(const char* name) const;
 
+    /// The device above this one; a null device at the top.
     Device parent() const;
     /// The closest device above this one that has the subsystem and, unless @p type is null, the type.
     Device parent(const char* subsystem, const char* type = nullptr) const;

@@ -28,8 +28,8 @@ DeviceNumber speedCode(const DeviceText& megabits)
     return std::nullopt;
 }
 
-/// The bus in the highest byte, then a digit for the port at each hub on the way to the device; absent when these
-/// numbers do not fit.
+/// The location as a Mac writes it: the bus in the highest byte, then a hexadecimal digit for the port at each hub on
+/// the way to the device. Absent when a number does not fit.
 DeviceNumber locationOf(const Device& device)
 {
     const auto bus = device.number("busnum");

@@ -14,13 +14,13 @@ namespace norvex {
 
 namespace {
 
-/// Read-only images, in which packaged software comes.
+/// Read-only images, in which software is packaged.
 constexpr const char* imageTypes[] = {"squashfs", "erofs", "cramfs", "romfs"};
 
 /// Other file systems that hold user data on disks of this host and have no block device of their own.
 constexpr const char* storageTypes[] = {"bcachefs", "btrfs", "ecryptfs", "jffs2", "ubifs", "zfs"};
 
-/// File systems of programs that show what is stored elsewhere, or parts of software.
+/// File systems of programs that hold no user data of their own: they show what is stored elsewhere, or software.
 constexpr const char* auxiliaryPrograms[] = {
     "fuse.fuse-overlayfs", "fuse.gvfs-fuse-daemon", "fuse.gvfsd-fuse", "fuse.lxcfs",
     "fuse.portal",         "fuse.rofiles-fuse",     "fuse.snapfuse",   "fuse.squashfuse",
@@ -77,8 +77,8 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
         if (best != nullptr && !isBetter(mount, *best)) {
             continue;
         }
-        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a file
-        // system is a folder. A server that is gone would not answer.
+        // Last, because looking takes time, and a container's host can have thousands of bind mounts. The root of a
+        // file system is a folder. A server that is gone would not answer.
         if (mount.root == "/" || isNetworkType(mount.type) || isFolder(mount.point)) {
             chosen.insert(mount.device, &mount);
         }
@@ -92,7 +92,7 @@ QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
     for (const auto& volume : volumes) {
         points.append(volume.second);
     }
-    // A process with another root folder may not see the mount that this folder lies on.
+    // A process in a chroot may not see the mount that holds its root folder.
     if (!points.contains("/")) {
         points.prepend("/");
     }

@@ -25,11 +25,11 @@ namespace norvex {
 QList<QByteArray> volumesAmong(const std::vector<Mount>& mounts,
                                const std::function<bool(const QByteArray&)>& isFolder);
 
-/// The mount points of this host's volumes. It asks no server of a network file system.
+/// The mount points of this host's volumes. The call asks no server of a network file system.
 QList<QByteArray> hostVolumes();
 
-/// The size and names of the file system that holds a path; absent when the system does not tell them, or not in time
-/// (askFileSystem()).
+/// The size and names of the file system that holds a path; absent when the query fails or takes too long, see
+/// askFileSystem().
 std::optional<MacStatfs> hostStatfs(const QByteArray& path);
 
 } // namespace norvex

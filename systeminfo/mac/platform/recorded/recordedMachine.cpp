@@ -1,5 +1,7 @@
 #include "systeminfo/mac/platform/recorded/recordedMachine.h"
 
+#include "systeminfo/mac/platform/keyPath.h"
+
 #include <cerrno>
 #include <utility>
 
@@ -107,7 +109,7 @@ std::optional<QByteArray> RecordedMachine::propertyListString(const QByteArray& 
                                                               const QByteArray& keyPath) const
 {
     const auto file = recording_.propertyLists.find(path.toStdString());
-    const QList<QByteArray> keys = propertyListKeys(keyPath);
+    const QList<QByteArray> keys = keysOf(keyPath);
     if (file == recording_.propertyLists.end() || keys.isEmpty()) {
         return std::nullopt;
     }

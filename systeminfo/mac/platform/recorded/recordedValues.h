@@ -8,8 +8,8 @@
 
 namespace norvex {
 
-/// The object that a value stands for, null for one that recordings do not have. Throws PropertyListError for a text that
-/// is none of its element.
+/// The object that a value stands for, null for one that recordings do not have. Throws PropertyListError for a text
+/// that is none of its element.
 ValueRef recordedValue(const PropertyListValue& value);
 
 } // namespace norvex

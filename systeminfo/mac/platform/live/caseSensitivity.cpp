@@ -1,4 +1,4 @@
-#include "systeminfo/mac/platform/live/letterCase.h"
+#include "systeminfo/mac/platform/live/caseSensitivity.h"
 
 #include "systeminfo/mac/platform/live/fileSystemQuery.h"
 
@@ -8,25 +8,26 @@
 
 namespace norvex {
 
-std::optional<LetterCase> letterCaseOf(const QByteArray& path)
+std::optional<CaseSensitivity> caseSensitivityOf(const QByteArray& path)
 {
     const auto answer = askFileSystem(path, Subject::Folder);
     if (!answer || !answer->mount) {
         return std::nullopt;
     }
-    LetterCase letterCase = letterCaseOfFileSystem(answer->mount->type, answer->mount->options);
+    CaseSensitivity caseSensitivity =
+        caseSensitivityOfFileSystem(answer->mount->type, answer->mount->options);
     if (answer->foldsCase) {
-        letterCase.isSensitive = false;
+        caseSensitivity.isSensitive = false;
     }
-    return letterCase;
+    return caseSensitivity;
 }
 
-LetterCase letterCaseOfFileSystem(const QByteArray& type, const QByteArray& options)
+CaseSensitivity caseSensitivityOfFileSystem(const QByteArray& type, const QByteArray& options)
 {
-    static constexpr LetterCase sensitive = {true, true};
-    static constexpr LetterCase preserving = {false, true};
-    static constexpr LetterCase none = {false, false};
-    static const std::map<QByteArray, LetterCase> types = {
+    static constexpr CaseSensitivity sensitive = {true, true};
+    static constexpr CaseSensitivity preserving = {false, true};
+    static constexpr CaseSensitivity none = {false, false};
+    static const std::map<QByteArray, CaseSensitivity> types = {
         {"msdos", none},
         {"vfat", preserving},
         {"exfat", preserving},
@@ -45,15 +46,15 @@ LetterCase letterCaseOfFileSystem(const QByteArray& type, const QByteArray& opti
         {"smbfs", preserving},
     };
     const auto found = types.find(type);
-    LetterCase letterCase = found == types.end() ? sensitive : found->second;
+    CaseSensitivity caseSensitivity = found == types.end() ? sensitive : found->second;
     const QList<QByteArray> words = options.split(',');
     for (const QByteArray& word : words) {
         // The options of cifs and ntfs3, of zfs, and of iso9660 ("relaxed").
         if (word == "nocase" || word == "caseinsensitive" || word == "check=r") {
-            letterCase.isSensitive = false;
+            caseSensitivity.isSensitive = false;
         }
     }
-    return letterCase;
+    return caseSensitivity;
 }
 
 } // namespace norvex

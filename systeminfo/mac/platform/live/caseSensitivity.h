@@ -9,23 +9,23 @@
 
 namespace norvex {
 
-struct LetterCase
+struct CaseSensitivity
 {
     bool isSensitive = true;  ///< "a" and "A" are two names
     bool isPreserving = true; ///< a name keeps the case that it was given
 };
 
-/// The letter case of the folder @p path, or of the folder of the file @p path. It depends on the type of the file
+/// The case sensitivity of the folder @p path, or of the folder of the file @p path. It depends on the type of the file
 /// system, on its mount options, and on the folder itself: ext4, f2fs, tmpfs and others can ignore case in single
 /// folders.
 /// @return absent when the path cannot be read, or its file system does not answer in time (askFileSystem())
-std::optional<LetterCase> letterCaseOf(const QByteArray& path);
+std::optional<CaseSensitivity> caseSensitivityOf(const QByteArray& path);
 
-/// The letter case of a mounted file system.
+/// The case sensitivity of a mounted file system.
 /// @param type its type in the mount table, such as "vfat"
 /// @param options its mount options, separated by commas
 ///
 /// NTFS and shares of Windows hosts ignore case and preserve it, whichever driver presents them.
-LetterCase letterCaseOfFileSystem(const QByteArray& type, const QByteArray& options);
+CaseSensitivity caseSensitivityOfFileSystem(const QByteArray& type, const QByteArray& options);
 
 } // namespace norvex
