@@ -213,10 +213,11 @@ QVector<SectionInfo> ReportWork::otherSections() const
     QVector<SectionInfo> others = reportSections();
     const auto isNeeded = [&](const SectionInfo& section) {
         const bool isAsked = std::any_of(asked.begin(), asked.end(), [&section](const SectionInfo& each) {
-            return each.text == section.text;
+            return qstrcmp(each.name, section.name) == 0;
         });
+        const QLatin1String name(section.name);
         const bool isKnownAtOnce =
-            section.text == SystemInfo::qtSystemEnvironment || section.text == SystemInfo::qtHostInfo;
+            name == QLatin1String("qtSystemEnvironment") || name == QLatin1String("qtHostInfo");
         return !isAsked && section.thread == SystemInfo::SectionThread::Any &&
                (isKnownAtOnce || !selection_.leavesOut(section));
     };
