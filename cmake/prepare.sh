@@ -24,6 +24,7 @@ testPackages=(
   libgnustep-gui-dev libobjc-12-dev
   python3-jsonschema jq
   desktop-file-utils appstream
+  qttools5-dev-tools
 )
 tidyPackages=(clang-tidy libbenchmark-dev)
 
