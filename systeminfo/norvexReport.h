@@ -306,6 +306,10 @@ public:
     ///         than the QJsonDocument of a Qt before 5.15 can hold
     QJsonDocument toJson(QString* errorMessage = nullptr) const;
 
+    /// Whether a text is to be read by QJsonDocument and fromJson() rather than by fromText(): it begins as an object of
+    /// JSON that has members, with "{" and a quotation mark. No report does. Blanks and line ends in front do not count.
+    static bool isJson(const QString& text);
+
     /// The report that a JSON document holds, to the character: its texts one behind the other. Names, labels,
     /// values and numbers are made from the texts again, not read.
     /// @param json a document that toJson() has made, or another program by the rules of docs/json.md

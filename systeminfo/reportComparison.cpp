@@ -25,14 +25,7 @@ struct Node
 struct Nodes
 {
     std::vector<Node> all;
-    QHash<QString, int> byName;
     QString lines;
-
-    void append(const Node& node)
-    {
-        byName.insert(node.name, static_cast<int>(all.size()));
-        all.push_back(node);
-    }
 };
 
 QString withoutCarriageReturns(QString lines)
@@ -48,13 +41,13 @@ Nodes sectionNodes(const CReportPrivate& report)
         const Part& part = report.parts.at(i);
         const int end = report.endOf(i);
         if (part.type == Part::Section) {
-            nodes.append({names.add(sectionName(report.text, part, end)),
-                          part.begin,
-                          end,
-                          true,
-                          part,
-                          {},
-                          part.format()});
+            nodes.all.push_back({names.add(sectionName(report.text, part, end)),
+                                 part.begin,
+                                 end,
+                                 true,
+                                 part,
+                                 {},
+                                 part.format()});
         }
     }
     return nodes;
@@ -87,7 +80,7 @@ Nodes contentNodes(const QString& text, const Container& container)
         const QString name = piece.type == Piece::Block
                                  ? blockPath(QString(), blocks.add(blockName(text, piece, *container.format)))
                                  : entryPath(QString(), entries.add(labelOf(text, piece.entry)));
-        nodes.append({name, piece.begin, piece.end, false, {}, piece, container.format});
+        nodes.all.push_back({name, piece.begin, piece.end, false, {}, piece, container.format});
     }
     nodes.lines.chop(1);
     return nodes;
@@ -162,8 +155,13 @@ Pairs pairsOf(const Nodes& oldNodes, const Nodes& newNodes)
 {
     Pairs pairs = {std::vector<int>(newNodes.all.size(), -1), std::vector<bool>(oldNodes.all.size()),
                    std::vector<bool>(newNodes.all.size())};
+    QHash<QString, int> oldByName;
+    oldByName.reserve(static_cast<int>(oldNodes.all.size()));
+    for (const Node& node : oldNodes.all) {
+        oldByName.insert(node.name, oldByName.size());
+    }
     for (std::size_t i = 0; i < newNodes.all.size(); ++i) {
-        const int found = oldNodes.byName.value(newNodes.all[i].name, -1);
+        const int found = oldByName.value(newNodes.all[i].name, -1);
         if (found != -1) {
             pairs.join(found, i);
         }

@@ -369,6 +369,19 @@ QJsonDocument CReport::toJson(QString* errorMessage) const
     return isNull() ? JsonWriter(CReportPrivate(QString())).document() : JsonWriter(*d).document();
 }
 
+bool CReport::isJson(const QString& text)
+{
+    const auto skipBlanks = [&text](int place) {
+        while (place < text.size() && text.at(place).isSpace()) {
+            ++place;
+        }
+        return place;
+    };
+    const int begin = skipBlanks(0);
+    const int next = skipBlanks(begin + 1);
+    return next < text.size() && text.at(begin) == QLatin1Char('{') && text.at(next) == QLatin1Char('"');
+}
+
 CReport CReport::fromJson(const QJsonDocument& json, QString* errorMessage)
 {
     JsonReader reader;

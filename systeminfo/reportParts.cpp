@@ -121,7 +121,7 @@ bool EnvironmentEnd::hasVariable(int begin) const
 QVector<Part> PartParser::parse()
 {
     // Hardly any part is shorter. Growing would copy; what stays unused costs addresses alone.
-    parts_.reserve(text_.size() / 8 + 1);
+    parts_.reserve(text_.size() / 7 + 2);
     for (int position = 0; position < text_.size();) {
         position = takeLine(lineAt(text_, position));
     }
@@ -132,13 +132,14 @@ QVector<Part> PartParser::parse()
 /// Where to go on.
 int PartParser::takeLine(const Line& line)
 {
-    if (isSeparator(text_, line)) {
+    const QChar first = line.isEmpty() ? QChar() : text_.at(line.begin);
+    if (first == QLatin1Char('-') && isSeparator(text_, line)) {
         closeChunk(true);
         append(line.begin, Part::Separator, Half::None);
         closeChunk(false);
         return line.next;
     }
-    const Half banner = bannerHalf(text_, line);
+    const Half banner = first == QLatin1Char('#') ? bannerHalf(text_, line) : Half::None;
     if (banner != Half::None) {
         closeChunk(false);
         half_ = banner;

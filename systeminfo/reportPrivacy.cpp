@@ -1,5 +1,7 @@
 #include "systeminfo/reportPrivacy.h"
 
+#include "systeminfo/privacy/environmentVariables.h"
+
 #include <cstring>
 #include <string_view>
 
@@ -63,6 +65,8 @@ const struct
     {"qtCoreApplication", others, Kind::Model},
     {"qtCoreApplication", "Application DirPath", Kind::Path},
     {"qtCoreApplication", "Application FilePath", Kind::Path},
+    {"qtCoreApplication", "Organization Domain", Kind::Product},
+    {"qtCoreApplication", "Organization Name", Kind::Product},
     {"qtCoreApplication", "Library Paths", Kind::Path},
     {"qtLocale", others, Kind::Model},
     {"qtScreens", others, Kind::Model},
@@ -75,6 +79,7 @@ const struct
     {"qtHostInfo", "Local host name", Kind::Host},
     {"qtHostInfo", "Local domain name", Kind::Domain},
     {"network", others, Kind::Model},
+    {"network", blockLine, Kind::Interface},
     {"network", "Hardware address", Kind::Address},
     {"network", "Addresses", Kind::Addresses},
     {"qtSystemEnvironment", others, Kind::Token}, // but for harmless variables
@@ -104,6 +109,10 @@ Kind kindByLabel(const QString& label)
 {
     if (label.endsWith(QLatin1String("S/N"), Qt::CaseInsensitive)) {
         return Kind::Serial;
+    }
+    const Kind ofVariable = Privacy::kindOfVariable(label);
+    if (ofVariable == Kind::Person || ofVariable == Kind::Host || ofVariable == Kind::Domain) {
+        return ofVariable;
     }
     const QByteArray key = label.toUtf8();
     const Kind kind = Privacy::privateKindOf(key);

@@ -1,8 +1,10 @@
 #include "systeminfo/privacy/environmentVariables.h"
 #include "systeminfo/privacy/fixedForms.h"
+#include "systeminfo/quotedReport.h"
 #include "systeminfo/reportPrivacy.h"
 #include "systeminfo/reportPrivate.h"
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -33,20 +35,28 @@ public:
     virtual void hide(int begin, int end) = 0;
 };
 
-/// Counts the percent of the texts that are walked through, each once, and asks whether to go on.
+/// What a walk through a text is of the whole work, from 0 to 1.
+struct Share
+{
+    double begin;
+    double end;
+
+    double at(int place, int size) const { return begin + (end - begin) * place / std::max(size, 1); }
+};
+
+/// Tells each percent of the work once, and asks whether to go on.
 class Progress
 {
 public:
     using GoesOn = std::function<bool(int percent)>;
 
-    Progress(int texts, const GoesOn& goesOn) : texts_(texts), goesOn_(goesOn) {}
+    explicit Progress(const GoesOn& goesOn) : goesOn_(goesOn) {}
 
     bool isEnded() const { return isEnded_; }
-    void nextText() { ++walked_; }
-    /// @param place in a text of that size, in ascending order
-    bool goesOn(int place, int size)
+    /// @param done share of the work; it does not become smaller
+    bool goesOn(double done)
     {
-        const int percent = static_cast<int>((walked_ + 1.0 * place / qMax(size, 1)) * 100 / texts_);
+        const int percent = static_cast<int>(done * 100);
         if (percent != percent_) {
             percent_ = percent;
             isEnded_ = isEnded_ || !goesOn_(percent);
@@ -55,9 +65,7 @@ public:
     }
 
 private:
-    const int texts_;
     const GoesOn& goesOn_;
-    int walked_ = 0;
     int percent_ = -1;
     bool isEnded_ = false;
 };
@@ -65,42 +73,169 @@ private:
 class Walk
 {
 public:
-    Walk(const CReportPrivate& report, Stretches& stretches, Progress& progress)
-        : text_(report.text), stretches_(stretches), progress_(progress)
+    /// @param depth of a report that is quoted by one that is quoted, and so on
+    Walk(const CReportPrivate& report, Stretches& stretches, Progress& progress, const Share& share,
+         int depth = 0)
+        : report_(report), text_(report.text), stretches_(stretches), progress_(progress), share_(share),
+          depth_(depth)
     {
-        for (int part = 0; part < report.parts.size() && goesOn(report.parts.at(part).begin); ++part) {
-            takePart(report.parts.at(part), report.endOf(part));
+        for (int part = 0; part < report.parts.size() && goesOn(report.parts.at(part).begin);) {
+            int end = part;
+            while (end < report.parts.size() && mayQuote(report.parts.at(end))) {
+                ++end;
+            }
+            takeParts(part, end);
+            part = std::max(part + 1, end);
         }
-        progress_.nextText();
     }
 
 private:
-    bool goesOn(int place) { return progress_.goesOn(place, text_.size()); }
+    static bool mayQuote(const Part& part)
+    {
+        const bool isEnvironment = part.type == Part::Section && part.format() == environmentFormat();
+        return !isEnvironment && (part.type == Part::Section || part.type == Part::Lines);
+    }
+
+    bool goesOn(int place) { return progress_.goesOn(share_.at(place, text_.size())); }
+    void takeParts(int part, int endPart);
+    int takeUnquoted(int part, int begin, int end);
     void takePart(const Part& part, int end);
     void takePieces(const Container& container, const SectionPrivacy& privacy);
     void takeEntry(const Piece& piece, const Container& container, const SectionPrivacy& privacy);
     void takeVariable(const Piece& variable);
     void takeList(const Piece& piece, PrivateKind kind);
     void takeLines(int begin, int end, PrivateKind kind);
+    void takeOtherLines(int begin, int end);
 
     /// Leaves out line ends, blanks around a value, and the apostrophes around a quoted one.
     void take(int begin, int end, PrivateKind kind, bool isQuoted = false);
 
+    const CReportPrivate& report_;
     const QString& text_;
     Stretches& stretches_;
     Progress& progress_;
+    const Share share_;
+    const int depth_;
     bool isBluetooth_ = false; ///< whether this block says so
 };
+
+/// Takes the stretches of a report that the report with the others quotes.
+class QuotedStretches : public Stretches
+{
+public:
+    QuotedStretches(const QuotedReport& quoted, Stretches& stretches) : quoted_(quoted), stretches_(stretches)
+    {}
+
+    void take(int begin, int end, PrivateKind kind) override
+    {
+        // Between quoted lines stands what somebody wrote.
+        const bool mayHaveNames = kind == PrivateKind::Model && !quoted_.isQuoted(begin);
+        const int place = quoted_.placeOf(begin);
+        stretches_.take(place, place + end - begin, mayHaveNames ? PrivateKind::None : kind);
+    }
+    bool takeLabel(int begin, int end) override
+    {
+        const int place = quoted_.placeOf(begin);
+        return stretches_.takeLabel(place, place + end - begin);
+    }
+    void hide(int begin, int end) override
+    {
+        // What would stand behind a mark that is cut off would look like a line of its own the next time.
+        if (!quoted_.isCutOff(begin)) {
+            const int place = quoted_.placeOf(begin);
+            stretches_.hide(place, place + end - begin);
+        }
+    }
+
+private:
+    const QuotedReport& quoted_;
+    Stretches& stretches_;
+};
+
+/// Parts of which none is the environment or frames others, so that a quoted report may begin in one and end in another.
+void Walk::takeParts(int part, int endPart)
+{
+    constexpr int deepest = 4;
+    if (part == endPart) {
+        takePart(report_.parts.at(part), report_.endOf(part));
+        return;
+    }
+    const int end = report_.endOf(endPart - 1);
+    for (int begin = report_.parts.at(part).begin; begin < end && goesOn(begin);) {
+        const QuotedReport quoted(text_, begin, depth_ < deepest ? end : begin);
+        part = takeUnquoted(part, begin, quoted.isNull() ? end : quoted.begin());
+        begin = end;
+        if (!quoted.isNull()) {
+            QuotedStretches stretches(quoted, stretches_);
+            const Share share = {share_.at(quoted.begin(), text_.size()),
+                                 share_.at(quoted.end(), text_.size())};
+            Walk(CReportPrivate(quoted.text()), stretches, progress_, share, depth_ + 1);
+            begin = quoted.end();
+        }
+    }
+}
+
+/// @param part stands at the begin or before it
+/// @return the part at the end
+int Walk::takeUnquoted(int part, int begin, int end)
+{
+    while (begin < end) {
+        while (report_.endOf(part) <= begin) {
+            ++part;
+        }
+        const int partEnd = std::min(report_.endOf(part), end);
+        if (begin == report_.parts.at(part).begin) {
+            takePart(report_.parts.at(part), partEnd);
+        } else {
+            takePieces({nullptr, begin, partEnd, 0, false}, SectionPrivacy::of(nullptr));
+        }
+        begin = partEnd;
+    }
+    return part;
+}
+
+/// A label, "=" and a value.
+bool readAssignment(const QString& text, const Line& line, EntryPlace& entry)
+{
+    constexpr int longestLabel = 60;
+    const auto isBlankAt = [&text](int place) { return text.at(place).isSpace(); };
+    int begin = line.begin;
+    while (begin < line.end && isBlankAt(begin)) {
+        ++begin;
+    }
+    int equals = begin;
+    const auto isOfLabel = [](QChar c) {
+        return c.isLetterOrNumber() || c == QLatin1Char(' ') || c == QLatin1Char('_') ||
+               c == QLatin1Char('-');
+    };
+    while (equals < line.end && equals - begin < longestLabel && isOfLabel(text.at(equals))) {
+        ++equals;
+    }
+    if (equals == begin || equals == line.end || text.at(equals) != QLatin1Char('=')) {
+        return false;
+    }
+    entry = {begin, equals, equals + 1, line.end, nullptr};
+    while (isBlankAt(entry.labelEnd - 1)) {
+        --entry.labelEnd;
+    }
+    return true;
+}
+
+/// Whether the colon stands in a value: "Host=turm8: up".
+bool isAssignment(const QString& text, const EntryPlace& entry)
+{
+    return text.midRef(entry.labelBegin, entry.labelEnd - entry.labelBegin).contains(QLatin1Char('='));
+}
 
 void Walk::takePart(const Part& part, int end)
 {
     if (part.type == Part::Lines) {
-        takeLines(part.begin, end, PrivateKind::None);
+        takeOtherLines(part.begin, end);
     } else if (part.type == Part::Section) {
         const SectionPrivacy& privacy = SectionPrivacy::of(part.format());
         const Container content = contentOf(text_, part, end);
         if (part.format() == nullptr) {
-            takeLines(part.begin, content.begin, PrivateKind::None); // the heading
+            takeOtherLines(part.begin, content.begin); // the heading
         }
         takePieces(content, privacy);
     }
@@ -109,12 +244,15 @@ void Walk::takePart(const Part& part, int end)
 void Walk::takePieces(const Container& container, const SectionPrivacy& privacy)
 {
     const bool isBlock = container.ownLines > 0;
+    const bool isUnknown = &privacy == &SectionPrivacy::of(nullptr);
     PieceReader reader(text_, container);
     for (Piece piece; reader.next(piece) && goesOn(piece.begin);) {
         if (piece.type == Piece::Block) {
             isBluetooth_ = SectionPrivacy::isBluetooth(text_, piece, *container.format);
             takePieces(contentOf(piece, *container.format), privacy);
             isBluetooth_ = false;
+        } else if (isUnknown && (piece.type == Piece::Lines || isAssignment(text_, piece.entry))) {
+            takeOtherLines(piece.begin, piece.end);
         } else if (piece.type == Piece::Entry) {
             takeEntry(piece, container, privacy);
         } else {
@@ -145,6 +283,31 @@ void Walk::takeEntry(const Piece& piece, const Container& container, const Secti
         takeList(piece, kind);
     } else {
         take(entry.valueBegin, entry.valueEnd, kind, format != nullptr && format->isQuoted);
+    }
+}
+
+/// Lines of a section that is in no table, or of none. "Host name = turm8" is an entry, too.
+void Walk::takeOtherLines(int begin, int end)
+{
+    const SectionPrivacy& privacy = SectionPrivacy::of(nullptr);
+    while (begin < end && goesOn(begin)) {
+        const Line line = lineAt(text_, begin);
+        Piece piece = {Piece::Entry, line.begin, line.next, 0, {}};
+        bool isTelling = readAssignment(text_, line, piece.entry);
+        if (isTelling) {
+            const PrivateKind kind = privacy.valueKind(text_, piece.entry, false);
+            const bool isName = kind == PrivateKind::Person || kind == PrivateKind::Host;
+            const QString value = valueOf(text_, piece, nullptr);
+            isTelling =
+                kind != PrivateKind::None &&
+                (!isName || std::any_of(value.begin(), value.end(), [](QChar c) { return c.isLetter(); }));
+        }
+        if (isTelling) {
+            takeEntry(piece, {nullptr, line.begin, line.next, 0, false}, privacy);
+        } else {
+            take(line.begin, line.end, PrivateKind::None);
+        }
+        begin = line.next;
     }
 }
 
@@ -188,7 +351,7 @@ void Walk::takeVariable(const Piece& variable)
 
 void Walk::takeLines(int begin, int end, PrivateKind kind)
 {
-    while (begin < end) {
+    while (begin < end && goesOn(begin)) {
         const Line line = lineAt(text_, begin);
         if (kind == PrivateKind::Token) {
             stretches_.hide(line.begin, line.end);
@@ -264,18 +427,30 @@ private:
     int copied_ = 0;
 };
 
-/// Whether a line with this text would be a label and a value.
-bool isEntry(const QString& text)
+/// What a line with this text would be.
+enum class LineShape { Text, Entry, Assignment };
+
+LineShape shapeOf(const QString& text)
 {
     const int colon = text.indexOf(QLatin1Char(':'));
-    return colon != -1 && (colon + 1 == text.size() || text.at(colon + 1) == QLatin1Char(' '));
+    const bool hasLabel = colon != -1 && (colon + 1 == text.size() || text.at(colon + 1) == QLatin1Char(' '));
+    if (hasLabel && !text.leftRef(colon).contains(QLatin1Char('='))) {
+        return LineShape::Entry;
+    }
+    EntryPlace entry;
+    return readAssignment(text, {0, text.size(), text.size()}, entry) ? LineShape::Assignment
+                                                                      : LineShape::Text;
 }
 
 /// The text with its private values replaced. It stays what it is, or else its label could say more the next time.
 QString replacedLine(const FixedForms& forms, const QString& text, PrivateKind kind)
 {
     QString replaced = forms.replaced(text, kind);
-    return isEntry(replaced) && !isEntry(text) ? ellipsis() : replaced;
+    if (replaced == text) {
+        return text;
+    }
+    const LineShape shape = shapeOf(replaced);
+    return shape != LineShape::Text && shape != shapeOf(text) ? ellipsis() : replaced;
 }
 
 /// A stretch in which something was replaced.
@@ -352,10 +527,10 @@ QString settled(QString text, std::vector<Changed> changed, FixedForms& forms)
     return text;
 }
 
-void learn(const CReportPrivate& report, FixedForms& forms, Progress& progress)
+void learn(const CReportPrivate& report, FixedForms& forms, Progress& progress, const Share& share)
 {
     Learning learning(report.text, forms);
-    Walk(report, learning, progress);
+    Walk(report, learning, progress, share);
     forms.settle();
 }
 
@@ -369,8 +544,8 @@ void CRedactor::collect(const CReport& report)
 {
     if (!report.isNull()) {
         const Progress::GoesOn always = [](int) { return true; };
-        Progress progress(1, always);
-        learn(*report.d, d->forms, progress);
+        Progress progress(always);
+        learn(*report.d, d->forms, progress, {0, 1});
     }
 }
 
@@ -386,10 +561,10 @@ CReport CReport::redacted(CRedactor* redactor, const std::function<bool(int perc
     }
     CRedactor own;
     CRedactor& used = redactor != nullptr ? *redactor : own;
-    Progress progress(2, goesOn);
-    learn(*d, used.d->forms, progress);
+    Progress progress(goesOn);
+    learn(*d, used.d->forms, progress, {0, 0.5});
     Replacing replacing(d->text, used.d->forms);
-    Walk(*d, replacing, progress);
+    Walk(*d, replacing, progress, {0.5, 1});
     return progress.isEnded() ? CReport()
                               : fromText(settled(replacing.text(), replacing.changed(), used.d->forms));
 }

@@ -22,7 +22,6 @@ namespace {
 
 const char data[] = NORVEX_TEST_DATA "/viewer/";
 const int mostMs = 20000;
-const int longestFreezeMs = 200;
 
 QString contentOf(const QString& name)
 {

@@ -438,7 +438,8 @@ QString helpText()
                           "recording that is not anonymous all but the environment: look them through\n"
                           "before you send them to anyone, or use --redact.\n\n"
                           "Exit status: 0 when all is done; 1 when something could not be read or written,\n"
-                          "or a report lacks a section or the identification; 2 when the options are wrong.\n"
+                          "or a report lacks a section, the identification or all that a summary tells; 2\n"
+                          "when the options are wrong.\n"
                           "Options that contradict each other are wrong, and so is a second file for the\n"
                           "same option. Of --compare: 0 when nothing differs, 1 when something does, 2 for\n"
                           "trouble or wrong options. A closed pipe ends the program without a message.\n");

@@ -82,20 +82,6 @@ DecodedText decode(const QByteArray& bytes)
     return decoded;
 }
 
-/// Whether the text begins as an object of JSON that has members: "{" and a name.
-bool isJson(const QString& text)
-{
-    const auto skipBlanks = [&text](int place) {
-        while (place < text.size() && text.at(place).isSpace()) {
-            ++place;
-        }
-        return place;
-    };
-    const int begin = skipBlanks(0);
-    const int next = skipBlanks(begin + 1);
-    return next < text.size() && text.at(begin) == QLatin1Char('{') && text.at(next) == QLatin1Char('"');
-}
-
 bool parseJson(const QByteArray& json, CReport& report, QString& errorMessage)
 {
     QJsonParseError error;
@@ -150,7 +136,7 @@ bool parseReport(const QByteArray& fileName, const QByteArray& bytes, CReport& r
                 .arg(line)
                 .arg(decoded.firstBadByte + 1));
     }
-    if (!isJson(decoded.text)) {
+    if (!CReport::isJson(decoded.text)) {
         report = CReport::fromText(decoded.text);
         return true;
     }

@@ -19,6 +19,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 
 namespace norvex::Tool {
@@ -30,6 +31,21 @@ namespace {
 
 using Action = Options::Action;
 using Form = Options::Form;
+
+/// While this lives, nothing is printed about sections that nobody asked for.
+class NoWarnings
+{
+public:
+    NoWarnings()
+        : before_(qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {}))
+    {}
+    NoWarnings(const NoWarnings&) = delete;
+    NoWarnings& operator=(const NoWarnings&) = delete;
+    ~NoWarnings() { qInstallMessageHandler(before_); }
+
+private:
+    const QtMessageHandler before_;
+};
 
 class ReportWork
 {
@@ -45,9 +61,11 @@ private:
     bool findSelected();
     bool startMachine();
     QVector<SectionInfo> askedSections() const;
+    QVector<SectionInfo> otherSections() const;
     QString machineReport() const;
     QString machineText() const;
     bool makeOutput(QByteArray& bytes);
+    bool makeSummary(QByteArray& bytes);
     bool makeIdentification(QByteArray& bytes);
     CReport redactedSelection(const CReport& report);
     int writeDifferences(const Output& output);
@@ -98,8 +116,8 @@ int ReportWork::run(const Output& output)
             redactor_.collect(report);
         }
         if (options_.asksMachine()) {
-            // Of this machine, what is left out is not asked for. This names its user, and is there without waiting.
-            redactor_.collect(CReport::fromText(sectionInTrueEnvironment(SystemInfo::qtSystemEnvironment)()));
+            const NoWarnings noWarnings;
+            redactor_.collect(CReport::fromText(reportOf(otherSections())));
         }
     }
     if (options_.action == Action::Compare) {
@@ -187,6 +205,26 @@ QVector<SectionInfo> ReportWork::askedSections() const
     return sections;
 }
 
+/// The sections that nobody asked for, but that may say what is private in the others. Not those that --without names,
+/// because they may be what does not answer; but user and host are known without waiting.
+QVector<SectionInfo> ReportWork::otherSections() const
+{
+    const QVector<SectionInfo> asked = askedSections();
+    QVector<SectionInfo> others = reportSections();
+    const auto isNeeded = [&](const SectionInfo& section) {
+        const bool isAsked = std::any_of(asked.begin(), asked.end(), [&section](const SectionInfo& each) {
+            return qstrcmp(each.name, section.name) == 0;
+        });
+        const QLatin1String name(section.name);
+        const bool isKnownAtOnce =
+            name == QLatin1String("qtSystemEnvironment") || name == QLatin1String("qtHostInfo");
+        return !isAsked && section.thread == SystemInfo::SectionThread::Any &&
+               (isKnownAtOnce || !selection_.leavesOut(section));
+    };
+    others.erase(std::remove_if(others.begin(), others.end(), std::not_fn(isNeeded)), others.end());
+    return others;
+}
+
 QString ReportWork::machineReport() const
 {
     return options_.action == Action::Identify ? identifyingReport() : reportOf(askedSections());
@@ -219,8 +257,7 @@ bool ReportWork::makeOutput(QByteArray& bytes)
         return makeIdentification(bytes);
     }
     if (options_.form == Form::Summary) {
-        bytes = toBytes(summaryOf(redactedSelection(report), options_.recording.has_value()));
-        return true;
+        return makeSummary(bytes);
     }
     SelectedReport selected = selectedSections(report, selection_);
     if (options_.redact) {
@@ -234,6 +271,17 @@ bool ReportWork::makeOutput(QByteArray& bytes)
     }
     bytes = toBytes(textOf(selected));
     return true;
+}
+
+bool ReportWork::makeSummary(QByteArray& bytes)
+{
+    bytes = toBytes(summaryOf(redactedSelection(reports_.first()), options_.recording.has_value()));
+    if (bytes.isEmpty()) {
+        const QString source =
+            options_.reportFile ? shownName(*options_.reportFile) : QStringLiteral("the selection");
+        errorMessage_ = QStringLiteral("%1 has nothing that a summary tells").arg(source);
+    }
+    return !bytes.isEmpty();
 }
 
 /// The selected sections as a report, without private values if that is wanted.

@@ -167,6 +167,11 @@ bool Selection::isLeftOut(const QString& name, bool isInMacintosh) const
     return without_.contains(name) || (isInMacintosh && without_.contains(QLatin1String(macintoshName)));
 }
 
+bool Selection::leavesOut(const SectionInfo& section) const
+{
+    return isLeftOut(QLatin1String(section.name), isMacintosh(section));
+}
+
 bool Selection::isWanted(const QString& name, bool isInMacintosh) const
 {
     const bool isNamed = sections_.isEmpty() || sections_.contains(name) ||

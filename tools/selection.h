@@ -30,6 +30,8 @@ public:
 
     /// The names to print in their order, for isOrdered(). "macintosh" is the whole half.
     const QStringList& sections() const { return sections_; }
+    /// Whether --without names the section.
+    bool leavesOut(const SystemInfo::SectionInfo& section) const;
     /// Which sections of the report's table are wanted, in its order.
     QVector<SystemInfo::SectionInfo> wantedSections() const;
     /// What --section names, but none of these reports has.

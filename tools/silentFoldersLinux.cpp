@@ -227,7 +227,7 @@ private:
 /// Makes the environment without silent folders the one of the process. What it is made of stays.
 void useEnvironmentWithoutSilentFolders()
 {
-    auto& avoidance = *new Avoidance;
+    static auto& avoidance = *new Avoidance;
     avoidance.avoid(home);
     for (const UserFolder& folder : foldersInHome) {
         avoidance.avoid(folder);
@@ -243,7 +243,7 @@ void useEnvironmentWithoutSilentFolders()
     // For its cache, Mesa finds the home folder in the list of users as well.
     avoidance.environment().set("MESA_SHADER_CACHE_DISABLE", "true");
     const char* const settings = foldersInHome[0].variable;
-    auto& folders = *new Environment;
+    static auto& folders = *new Environment;
     trueEnvironment = std::exchange(environ, avoidance.environment().pointers());
     if (qgetenv(settings) == noFolder) {
         folders.set(settings, noFolder);

@@ -86,20 +86,6 @@ bool replaceLoneSurrogates(QString& text)
     return hasAny;
 }
 
-/// Whether the text begins as an object of JSON that has members: "{" and a name.
-bool isJson(const QString& text)
-{
-    const auto skipBlanks = [&text](int place) {
-        while (place < text.size() && text.at(place).isSpace()) {
-            ++place;
-        }
-        return place;
-    };
-    const int begin = skipBlanks(0);
-    const int next = skipBlanks(begin + 1);
-    return next < text.size() && text.at(begin) == QLatin1Char('{') && text.at(next) == QLatin1Char('"');
-}
-
 void readJson(FileContent& content)
 {
     QJsonParseError error;
@@ -173,7 +159,7 @@ FileContent readReportFile(const QString& fileName, const JobControl& control)
         content.notices +=
             Reading::tr("The file is hardly a report: symbols stand for characters that do not print.");
     }
-    if (isJson(content.text)) {
+    if (SystemInfo::CReport::isJson(content.text)) {
         readJson(content);
     } else if (canReadRecordings() &&
                content.text.leftRef(longestPreamble).contains(QLatin1String("<plist"))) {

@@ -99,6 +99,16 @@ bool isDiskName(const QString& name)
     return disk.match(name).hasMatch();
 }
 
+bool isInterfaceName(const QString& name)
+{
+    static const QRegularExpression interface(
+        QStringLiteral("^(?:lo|en|em|eth|wl|wlan|ww|wwan|ib|sl|usb|ap|awdl|llw|utun|tun|tap|wg|ppp|gif|stf|"
+                       "fw|p|p2p|bridge|br|virbr|"
+                       "docker|veth|vmnet|vboxnet|bond|team|dummy|ifb|sit|ip6tnl|anpi|feth|ipsec|pdp_ip|can|"
+                       "vpn)(?:[a-z]?\\d+)*$"));
+    return interface.match(name).hasMatch();
+}
+
 bool isModelName(const QString& name)
 {
     static const Words common =

@@ -19,6 +19,8 @@ bool isCommonHome(const QString& path);
 bool isHomeFolder(const QString& folder);
 /// What the kernel calls a disk or its partition: "sda1", "nvme0n1", "disk2s1".
 bool isDiskName(const QString& name);
+/// What systems call a network interface: "en0", "wlp2s0", "wg0".
+bool isInterfaceName(const QString& name);
 /// Whether a device has its model's name: "Magic Keyboard".
 bool isModelName(const QString& name);
 /// Whether a word is the key of a property: "model".

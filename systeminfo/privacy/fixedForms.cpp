@@ -165,22 +165,23 @@ bool isHexDigit(QChar c)
 AddressText::AddressText(const QString& addressText) : text(addressText)
 {
     const bool isSeparated = std::any_of(text.begin(), text.end(), [](QChar c) { return !isHexDigit(c); });
+    const bool isInPairs = text.indexOf(QLatin1Char('.')) != 4; // unlike "3c15.c2d6.f03f"
     for (int i = 0; i < text.size();) {
         int end = i;
         while (end < text.size() && end < i + 2 && isHexDigit(text.at(end))) {
             ++end;
         }
         const bool isEnd = end == text.size();
+        const bool isBetween = isSeparated && (isInPairs || bytes.size() % 2 == 1);
         const bool goesOn =
-            !isEnd &&
-            (!isSeparated || (QStringLiteral(":-.").contains(text.at(end)) && end + 1 < text.size()));
+            !isEnd && (!isBetween || (QStringLiteral(":-.").contains(text.at(end)) && end + 1 < text.size()));
         if (end == i || !(isEnd || goesOn)) {
             places.clear();
             return;
         }
         places.push_back({i, end - i});
         bytes += static_cast<char>(text.midRef(i, end - i).toInt(nullptr, 16));
-        i = isEnd ? end : end + (isSeparated ? 1 : 0);
+        i = isEnd ? end : end + (isBetween ? 1 : 0);
     }
     const bool isWhole = text.size() == 2 * addressSize || text.size() == 2 * extendedAddressSize;
     if (!isSeparated && !isWhole) {
@@ -341,7 +342,9 @@ private:
 QString FixedForms::Reader::textWithForms(const QString& text, PrivateKind kind)
 {
     QString form = formOf(text, kind);
-    if (form != text || kind == PrivateKind::Token) {
+    // One of eight bytes looks like an IPv6 address.
+    const bool isAddress = kind == PrivateKind::Address && AddressText(text).isAddress();
+    if (form != text || kind == PrivateKind::Token || kind == PrivateKind::Interface || isAddress) {
         return form;
     }
     const std::vector<PrivatePart> parts = privatePartsOf(wellFormed(text), kind);
@@ -376,6 +379,8 @@ QString FixedForms::Reader::formOf(const QString& value, PrivateKind kind)
     case PrivateKind::Network: return formOfName(value, Family::Network);
     case PrivateKind::Printer:
         return value == QLatin1String("<None>") ? value : formOfName(value, Family::Printer);
+    case PrivateKind::Interface:
+        return textWithForms(value, isInterfaceName(value) ? PrivateKind::Model : PrivateKind::Product);
     case PrivateKind::Folder: return givenNameForm(value).family == Family::Count ? QString(ellipsis) : value;
     default: return value;
     }
@@ -504,7 +509,7 @@ protected:
     QString form(Family family, const QString& key, const QString& value) override
     {
         const ByteHash hash = keyHash(family, key);
-        if (!forms_.indices_.contains(hash)) {
+        if (forms_.indices_.find(hash) == nullptr) {
             const auto index = static_cast<std::uint32_t>(forms_.numbers_.size());
             forms_.numbers_.push_back(0);
             forms_.addLearned(family, index, value);
@@ -515,14 +520,14 @@ protected:
 
     void alsoKnownAs(Family family, const QString& key, const QString& other) override
     {
-        const auto known = forms_.indices_.constFind(keyHash(family, keyOf(family, key)));
+        const std::uint32_t* const known = forms_.indices_.find(keyHash(family, keyOf(family, key)));
         const bool isOther = family == Family::Address || keyOf(family, other) != keyOf(family, key);
-        if (known == forms_.indices_.constEnd() || !isOther) {
+        if (known == nullptr || !isOther) {
             return;
         }
         const ByteHash hash = keyHash(family, QLatin1Char('=') + other);
         const ByteHash own = keyHash(family, keyOf(family, other));
-        if (!forms_.indices_.contains(hash) && !forms_.indices_.contains(own)) {
+        if (forms_.indices_.find(hash) == nullptr && forms_.indices_.find(own) == nullptr) {
             const std::uint32_t index = *known;
             forms_.addLearned(family, index, other);
             forms_.indices_.insert(family == Family::Address ? hash : own, index);
@@ -557,8 +562,8 @@ public:
 protected:
     QString form(Family family, const QString& key, const QString&) override
     {
-        const std::uint32_t index = forms_.indices_.value(keyHash(family, key), unknown);
-        const std::uint32_t number = index < forms_.numbers_.size() ? forms_.numbers_[index] : 0;
+        const std::uint32_t* const index = forms_.indices_.find(keyHash(family, key));
+        const std::uint32_t number = index == nullptr ? 0 : forms_.numbers_[*index];
         if (number == 0) {
             return family == Family::Address ? QString() : QString(ellipsis);
         }
@@ -589,8 +594,6 @@ protected:
     }
 
 private:
-    static constexpr std::uint32_t unknown = UINT32_MAX;
-
     const FixedForms& forms_;
 };
 
@@ -613,7 +616,7 @@ QString FixedForms::replaced(const QString& text, PrivateKind kind) const
 
 void FixedForms::settle()
 {
-    for (const Learned& learned : learned_) {
+    for (Learned& learned : learned_) {
         const auto family = std::size_t(learned.family);
         std::uint32_t& number = numbers_[learned.index];
         if (number == 0) {
@@ -623,8 +626,9 @@ void FixedForms::settle()
             number = last_.at(family);
         }
         searchFor(learned, number);
+        learned.text = QString(); // its memory serves the next one
     }
-    learned_.clear();
+    learned_ = {};
 }
 
 /// Of either letter case.
@@ -677,7 +681,7 @@ void FixedForms::searchFor(const Learned& learned, std::uint32_t number)
 {
     const QString& text = learned.text;
     const QString form = nameForm(learned.family, number);
-    if (learned.word != 0 && !words_.contains(learned.word)) {
+    if (learned.word != 0) {
         words_.insert(learned.word, {learned.family, learned.isPlural, number});
     }
     if (text.isEmpty()) {
@@ -737,8 +741,8 @@ QString FixedForms::withoutWords(const QString& text, PrivateKind kind) const
         }
         if (isOfKind && end - begin >= shortestName && end - begin <= longestWord) {
             const QString word = text.mid(begin, end - begin);
-            const auto known = words_.constFind(wordHash(word));
-            if (known != words_.constEnd() && mayStandIn(known->family, word, kind)) {
+            const Word* const known = words_.find(wordHash(word));
+            if (known != nullptr && mayStandIn(known->family, word, kind)) {
                 result += text.midRef(copied, begin - copied);
                 result += formOfWord(word, *known);
                 copied = end;

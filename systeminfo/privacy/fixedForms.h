@@ -4,7 +4,6 @@
 #include "systeminfo/privacy/privateValues.h"
 #include "systeminfo/privacy/replacements.h"
 
-#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -74,12 +73,12 @@ private:
     QString withoutWords(const QString& text, PrivateKind kind) const;
     static QString formOfWord(const QString& word, const Word& known);
 
-    QHash<ByteHash, std::uint32_t> indices_;
+    HashTable<std::uint32_t> indices_;
     std::vector<std::uint32_t> numbers_; ///< 0 until settle()
     std::vector<Learned> learned_;       ///< since the last settle()
     std::array<QSet<std::uint32_t>, std::size_t(Family::Count)> taken_;
     std::array<std::uint32_t, std::size_t(Family::Count)> last_ = {};
-    QHash<ByteHash, Word> words_;
+    HashTable<Word> words_;
     Replacements models_;  ///< what stands where no name can, too
     Replacements tokens_;  ///< values of the environment
     Replacements names_;   ///< of all but volumes

@@ -63,6 +63,7 @@ class Finder
 public:
     explicit Finder(const QString& text) : text_(text), characters_(text) {}
 
+    /// Once.
     Parts parts(PrivateKind kind)
     {
         switch (kind) {
@@ -107,8 +108,14 @@ private:
         if (characters_.has(":-x")) {
             addNumbers();
         }
+        if (characters_.has(".") && characters_.has("abcdefABCDEF")) {
+            addDottedAddresses();
+        }
         if (characters_.has(".:") && characters_.has("0123456789") && kind != PrivateKind::Model) {
             addIpAddresses();
+        }
+        if (kind == PrivateKind::Addresses && characters_.has("%")) {
+            addZones();
         }
         if (characters_.has("/\\")) {
             addHomeFolders();
@@ -118,6 +125,12 @@ private:
         }
         if (characters_.has("@.\\")) {
             addHosts(kind);
+        }
+        if (characters_.has("=") && kind == PrivateKind::None) {
+            addAssigned();
+        }
+        if (characters_.has("@") && kind == PrivateKind::None) { // elsewhere a label may stand in front
+            addPasswords();
         }
         if (characters_.has("sS") && characters_.has("0123456789") && kind == PrivateKind::None) {
             addSerialNumbers();
@@ -132,13 +145,16 @@ private:
     {
         std::stable_sort(parts_.begin(), parts_.end(),
                          [](const PrivatePart& a, const PrivatePart& b) { return a.start < b.start; });
-        Parts separate;
-        for (const PrivatePart& part : parts_) {
-            if (separate.empty() || part.start >= separate.back().start + separate.back().length) {
-                separate.push_back(part);
+        std::size_t kept = 0;
+        int end = 0;
+        for (const PrivatePart part : parts_) {
+            if (part.start >= end) {
+                parts_[kept++] = part;
+                end = part.start + part.length;
             }
         }
-        return separate;
+        parts_.resize(kept);
+        return std::move(parts_);
     }
 
     template <typename Use>
@@ -179,9 +195,62 @@ private:
         // Linux names interfaces after their addresses.
         static const QRegularExpression interface(
             QStringLiteral("(?<![0-9A-Za-z])(?:en|wl|ww|ib|sl)x([0-9a-f]{12})(?![0-9A-Za-z])"));
+        // The part of a security identifier that tells the machine or domain; for a directory in the cloud, the user.
+        static const QRegularExpression securityId(
+            QStringLiteral("(?<![\\w\\-])S-1-(?|5-21-(\\d{1,10}(?:-\\d{1,10}){2}|SERIAL-\\d+)|"
+                           "12-1-(\\d{1,10}(?:-\\d{1,10}){3}|SERIAL-\\d+))(?!\\d)"));
         forEach(uuid, [this](const Match& found) { add(PrivateKind::Uuid, found, 0); });
         forEach(address, [this](const Match& found) { add(PrivateKind::Address, found, 0); });
         forEach(interface, [this](const Match& found) { add(PrivateKind::Address, found, 1); });
+        forEach(securityId, [this](const Match& found) { add(PrivateKind::Serial, found, 1); });
+    }
+
+    /// As switches write them: "3c15.c2d6.f03f". Digits alone are a version.
+    void addDottedAddresses()
+    {
+        static const QRegularExpression address(QStringLiteral(
+            "(?<![\\w.])(?=[\\d.]{0,13}[A-Fa-f])[0-9A-Fa-f]{4}(?:\\.[0-9A-Fa-f]{4}){2}(?![\\w]|\\.\\w)"));
+        forEach(address, [this](const Match& found) { add(PrivateKind::Address, found, 0); });
+    }
+
+    /// Behind an address stands the name of its interface: "fe80::1%en0".
+    void addZones()
+    {
+        static const QRegularExpression zone = expression(R"(%([^\s,/%]{1,255}))");
+        forEach(zone, [this](const Match& found) { add(PrivateKind::Interface, found, 1); });
+    }
+
+    /// In a sentence or a command: "hostname=turm8;user=otto", "?token=1x2y".
+    void addAssigned()
+    {
+        const auto assigned = [](const char* name) {
+            const std::string value =
+                R"~( {0,2}= {0,2}(?|"([^"]{1,255})"|'([^']{1,255})'|([^\s;,&"'<>()\[\]{}]{1,255})))~";
+            return expression((name + value).c_str());
+        };
+        static const struct
+        {
+            PrivateKind kind;
+            QRegularExpression shape;
+        } rows[] = {
+            {PrivateKind::Host,
+             assigned(
+                 R"((?<![\p{L}\p{N}])(?i:(?:host|computer|machine|node|server)[ _\-]?name|host|computer))")},
+            {PrivateKind::Person,
+             assigned(R"((?<![\p{L}\p{N}])(?i:(?:user|login|account|owner)[ _\-]?name|user|login|owner))")},
+            {PrivateKind::Serial,
+             assigned(
+                 R"((?i:pass(?:word|wd|phrase)|pwd|secret|token|signature|credential|[?&]key|(?:api|access|auth|private)[ _\-]?key))")},
+        };
+        static const QRegularExpression noName =
+            expression("^(?i:[\\d.]+|yes|no|on|off|true|false|none|null)$");
+        for (const auto& row : rows) {
+            forEach(row.shape, [this, &row](const Match& found) {
+                if (row.kind == PrivateKind::Serial || !find(noName, found.captured(1)).hasMatch()) {
+                    add(row.kind, found, 1);
+                }
+            });
+        }
     }
 
     /// A version has the same shape, and says so in front.
@@ -319,9 +388,13 @@ private:
         static const QRegularExpression url =
             expression(R"(://([^/@\s:]{1,255})(?::([^/@\s]{1,255}))?@([^/\s:?#]{1,255}))");
         static const QRegularExpression builder = expression(R"(\(([^()\s/]{1,128})@([^()\s/@]{1,255})\))");
+        // In sentences, what stands between parentheses is more than a name.
+        static const QRegularExpression builderWithBlanks =
+            expression(R"(\((?! )([^()/]{1,128})(?<! )@(?! )([^()/@]{1,255})(?<! )\))");
         static const QRegularExpression account =
             expression(R"((?<![\w\p{M}.+\-])([\w\p{M}.+\-]{1,64})@([\w\-][\w\p{M}.\-]{0,254}))");
-        static const QRegularExpression host = expression(R"([^\W\d_a-fA-F]|\.[A-Za-z]{2})");
+        static const QRegularExpression host =
+            expression(R"([^\W\d_a-fA-F]|\.[A-Za-z]{2}|^(?:\d{1,3}\.){3}\d)");
         static const QRegularExpression local = expression(
             R"((?<![\w.\-])([\w\-]{1,63})\.(?:local|lan|fritz\.box)(?![\w.\-])|(?:^|[/@])([^/@:;]{1,63})\._[a-z0-9\-]+\._(?:tcp|udp)\b)");
         forEach(server, [this](const Match& found) { add(PrivateKind::Host, found, 1); });
@@ -331,7 +404,7 @@ private:
                 add(PrivateKind::Person, found, 2); // a password
                 add(PrivateKind::Host, found, 3);
             });
-            forEach(builder, [this](const Match& found) {
+            forEach(kind == PrivateKind::Model ? builderWithBlanks : builder, [this](const Match& found) {
                 add(PrivateKind::Person, found, 1);
                 add(PrivateKind::Host, found, 2);
             });
@@ -344,6 +417,18 @@ private:
         }
         forEach(local, [this](const Match& found) {
             add(PrivateKind::Host, found, found.capturedLength(1) > 0 ? 1 : 2);
+        });
+    }
+
+    /// Without a protocol in front: "otto:geheim@lager".
+    void addPasswords()
+    {
+        static const QRegularExpression password = expression(
+            R"((?<![\w/:.\-])(?!(?i:mailto|sips?|xmpp|acct|git|ssh):)(?=[\d.\-]{0,63}[\p{L}_])([\w.\-]{1,64}):([^\s:@/]{1,255})@([\p{L}\d][\w.\-]{0,254}))");
+        forEach(password, [this](const Match& found) {
+            add(PrivateKind::Person, found, 1);
+            add(PrivateKind::Person, found, 2);
+            add(PrivateKind::Host, found, 3);
         });
     }
 

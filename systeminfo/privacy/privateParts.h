@@ -21,9 +21,9 @@ struct PrivatePart
 
 /// The private parts of a text, in order. They do not overlap. Where the search fails, all of the text is one, a Folder.
 /// @param kind of the text: MountSource, MountPoint, SerialPort, BluetoothPort and DisplayServer have parts of their
-/// own. The text of any kind has those that their shape gives away: hardware addresses, UUIDs, home folders and what is
-/// below them, `(user@host)`, `host.local`, volumes (`/Volumes/…`, `/dev/disk/by-label/…`). All but a model have owners
-/// (`Alice's Keyboard`) and IP addresses.
+/// own. The text of any kind has those that their shape gives away: hardware addresses, UUIDs, security identifiers, home
+/// folders and what is below them, `(user@host)`, `host.local`, volumes (`/Volumes/…`, `/dev/disk/by-label/…`). All but a
+/// model have owners (`Alice's Keyboard`) and IP addresses, and None has what is assigned to a name (`password=1x2y`).
 std::vector<PrivatePart> privatePartsOf(const QString& text, PrivateKind kind);
 
 /// Whether an IPv4 or IPv6 address is one machine's: no loopback, mask or well-known group.

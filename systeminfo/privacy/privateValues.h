@@ -25,7 +25,8 @@ enum class PrivateKind {
     Host,    ///< the name or address of a machine
     Domain,  ///< the name of a network's domain
     IpAddress,
-    Addresses,   ///< a list of IP addresses, where no name that people give can stand
+    Addresses,   ///< a list of IP addresses, where names can stand in those of interfaces alone
+    Interface,   ///< the name of a network interface, in which names that people give can stand
     Label,       ///< the name of a volume, a shared folder or a group of volumes
     Display,     ///< a display's identification data
     MountSource, ///< what a volume is mounted from

@@ -87,7 +87,8 @@ void Replacements::add(const QByteArray& sequence, const QByteArray& replacement
     const std::uint32_t node = nodeOf(walked, isExact ? exactRoot : foldedRoot);
     begins_[static_cast<unsigned char>(lower(walked.at(0)))] = true;
     if (nodes_[node].target == 0) {
-        targets_.push_back({replacement, where, letters});
+        const std::size_t begin = append(replacement.constData(), replacement.size());
+        targets_.push_back({begin, replacement.size(), where, letters});
         nodes_[node].target = static_cast<std::uint32_t>(targets_.size() - 1);
     }
 }
@@ -118,17 +119,22 @@ std::uint32_t Replacements::addBelow(std::uint32_t node, const QByteArray& seque
 {
     Node added;
     added.sibling = nodes_[node].child;
-    added.sequence = static_cast<std::uint32_t>(sequences_.size());
-    added.begin = begin;
     added.size = sequence.size() - begin;
     added.first = sequence.at(begin);
     if (added.size > manyBytes) {
         added.hash = hashOf(sequence.constData() + begin, added.size);
     }
-    sequences_.push_back(sequence);
+    added.begin = append(sequence.constData() + begin, added.size);
     nodes_.push_back(added);
     nodes_[node].child = static_cast<std::uint32_t>(nodes_.size() - 1);
     return nodes_[node].child;
+}
+
+std::size_t Replacements::append(const char* bytes, int size)
+{
+    const std::size_t begin = bytes_.size();
+    bytes_.append(bytes, static_cast<std::size_t>(size));
+    return begin;
 }
 
 /// Leaves a node its first bytes, and moves the others to one below it.
@@ -137,7 +143,7 @@ void Replacements::split(std::uint32_t node, int size)
     Node head = nodes_[node];
     Node tail = head;
     tail.sibling = 0;
-    tail.begin += size;
+    tail.begin += static_cast<std::size_t>(size);
     tail.size -= size;
     tail.first = bytesOf(tail)[0];
     const ByteHash headHash = hashOf(bytesOf(head), size);
@@ -209,7 +215,7 @@ QByteArray Replacements::replaced(const QByteArray& bytes) const
             continue;
         }
         result += bytes.mid(copied, i - copied);
-        result += inCaseOf(bytes.mid(i, found.length), found.target->replacement, found.target->letters);
+        result += inCaseOf(bytes.mid(i, found.length), replacementOf(*found.target), found.target->letters);
         i += found.length;
         copied = i;
     }
@@ -219,7 +225,7 @@ QByteArray Replacements::replaced(const QByteArray& bytes) const
 QString Replacements::replacedInText(const QString& text) const
 {
     const auto isAscii = [](QChar c) { return c.unicode() < 0x80; };
-    if (sequences_.empty() || text.isEmpty()) {
+    if (bytes_.empty() || text.isEmpty()) {
         return text;
     }
     if (std::all_of(text.begin(), text.end(), isAscii)) {

@@ -6,7 +6,9 @@
 #include <QString>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace norvex::Privacy {
@@ -43,7 +45,8 @@ public:
 private:
     struct Target
     {
-        QByteArray replacement;
+        std::size_t replacement = 0; ///< where it begins in bytes_
+        int size = 0;                ///< of the replacement
         Where where = Where::Anywhere;
         Letters letters = Letters::Exact;
     };
@@ -56,17 +59,21 @@ private:
     // Bytes in the tree of all sequences: what several begin with or go on with, or the rest of one.
     struct Node
     {
-        std::uint32_t child = 0;    ///< the first of the nodes that can follow, 0: none
-        std::uint32_t sibling = 0;  ///< the next node that can stand here; it begins with another byte
-        std::uint32_t target = 0;   ///< index in targets_ of the sequence that ends here
-        std::uint32_t sequence = 0; ///< index in sequences_ of one that contains the bytes
-        int begin = 0;              ///< of the bytes in that sequence
+        std::uint32_t child = 0;   ///< the first of the nodes that can follow, 0: none
+        std::uint32_t sibling = 0; ///< the next node that can stand here; it begins with another byte
+        std::uint32_t target = 0;  ///< index in targets_ of the sequence that ends here
         int size = 0;
-        char first = 0;    ///< of the bytes
-        ByteHash hash = 0; ///< of the bytes, if they are many
+        std::size_t begin = 0; ///< in bytes_
+        char first = 0;        ///< of the bytes
+        ByteHash hash = 0;     ///< of the bytes, if they are many
     };
 
-    const char* bytesOf(const Node& node) const { return sequences_[node.sequence].constData() + node.begin; }
+    const char* bytesOf(const Node& node) const { return bytes_.data() + node.begin; }
+    QByteArray replacementOf(const Target& target) const
+    {
+        return QByteArray(bytes_.data() + target.replacement, target.size);
+    }
+    std::size_t append(const char* bytes, int size);
     std::uint32_t nodeOf(const QByteArray& sequence, std::uint32_t root);
     std::uint32_t addBelow(std::uint32_t node, const QByteArray& sequence, int begin);
     void split(std::uint32_t node, int size);
@@ -78,7 +85,7 @@ private:
     static constexpr std::uint32_t exactRoot = 0;
     static constexpr std::uint32_t foldedRoot = 1;
     std::vector<Node> nodes_ = std::vector<Node>(2);
-    std::vector<QByteArray> sequences_;
+    std::string bytes_; ///< of nodes and replacements: an object for each would take more than they do
     std::vector<Target> targets_ = std::vector<Target>(1); ///< the first stands for no replacement
     std::array<bool, 256> begins_ = {}; ///< whether any sequence begins with the folded byte
 };

@@ -235,16 +235,11 @@ class Question
 public:
     Question(const QList<QByteArray>& paths, Subject subject, const QByteArray& point,
              const FileDescriptor& answerTo)
-        : process_(AskedProcesses::instance().add(point))
+        : names_(namesOf(paths)), process_(AskedProcesses::instance().add(point))
     {
         if (!answerTo) {
             return;
         }
-        std::vector<const char*> names;
-        for (const QByteArray& path : paths) {
-            names.push_back(path.constData());
-        }
-        names.push_back(nullptr);
         // No handler of the caller's may run in the other process.
         sigset_t all;
         sigset_t before;
@@ -253,7 +248,7 @@ public:
         // Unlike fork() this calls no handlers, and the caller receives no signal and no wait status of an unknown child.
         process_->number = pid_t(::syscall(SYS_clone, 0, nullptr, nullptr, nullptr, nullptr));
         if (process_->number == 0) {
-            answerAndEnd(names.data(), subject, answerTo.get());
+            answerAndEnd(names_.data(), subject, answerTo.get());
         }
         ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
     }
@@ -278,7 +273,18 @@ public:
     void setOver() { isOver_ = true; }
 
 private:
-    AskedProcesses::Place process_;
+    static std::vector<const char*> namesOf(const QList<QByteArray>& paths)
+    {
+        std::vector<const char*> names;
+        for (const QByteArray& path : paths) {
+            names.push_back(path.constData());
+        }
+        names.push_back(nullptr);
+        return names;
+    }
+
+    const std::vector<const char*> names_; // for the other process, which must not ask for memory
+    const AskedProcesses::Place process_;
     bool isOver_ = false;
 };
 

@@ -197,9 +197,12 @@ std::shared_ptr<const ServedMounts> ServedMounts::current()
     static auto& mounts = *new std::shared_ptr<const ServedMounts>;
     const std::lock_guard<std::mutex> lock(mutex);
     if (!watch || !watch->isUnchanged()) {
-        // In this order: what changes in between is met by the next call.
-        watch = std::make_unique<MountWatch>();
+        // It has told of the change and does not do so again, even where there is no memory for a new one.
+        watch.reset();
+        // Opened before the table is read: what changes in between is met by the next call.
+        auto newWatch = std::make_unique<MountWatch>();
         mounts = std::make_shared<ServedMounts>(norvex::mountInfo());
+        watch = std::move(newWatch);
     }
     return mounts;
 }
