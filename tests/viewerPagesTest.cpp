@@ -169,6 +169,8 @@ class ViewerPagesTest : public QObject
 
 private slots:
     void initTestCase() { qRegisterMetaType<ComparisonPage::Side>("Side"); }
+    /// What runs on must not meet static objects that are gone.
+    void cleanupTestCase() { QVERIFY(waitForJobs(mostMs)); }
 
     void overview_data()
     {

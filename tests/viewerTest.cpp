@@ -89,6 +89,8 @@ private slots:
     }
 
     void cleanup() { window_.reset(); }
+    /// What runs on must not meet static objects that are gone.
+    void cleanupTestCase() { QVERIFY(waitForJobs(20000)); }
 
     void files_data()
     {
