@@ -322,6 +322,9 @@ public:
     /// removed in front. Banners, separators, headings, line ends, and the numbers of blocks that have another name
     /// do not count. Of what was added or removed as a whole the parts are not listed.
     QVector<CReportDifference> compare(const CReport& newer) const;
+    /// The same for long reports, which take seconds.
+    /// @param goesOn is asked again and again whether to go on. When it returns false, the result is incomplete.
+    QVector<CReportDifference> compare(const CReport& newer, const std::function<bool()>& goesOn) const;
 
     /// The report without its private values: each is replaced by a visible, fixed form, such as "SERIAL-1". Everything
     /// else stays to the character, and so does the number of lines, so that two reports can be shown line by line. A

@@ -1,6 +1,7 @@
 #include "systeminfo/reportPrivate.h"
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 namespace norvex::SystemInfo {
@@ -28,16 +29,38 @@ struct Nodes
     QString lines;
 };
 
+/// Whether the caller still waits for the result.
+class Interest
+{
+public:
+    explicit Interest(const std::function<bool()>& goesOn) : goesOn_(goesOn) {}
+
+    /// Call it for each of many small steps: only one in a thousand asks the caller.
+    bool isLost()
+    {
+        constexpr unsigned stepsPerQuestion = 1000;
+        if (!isLost_ && ++steps_ % stepsPerQuestion == 0) {
+            isLost_ = !goesOn_();
+        }
+        return isLost_;
+    }
+
+private:
+    const std::function<bool()>& goesOn_;
+    unsigned steps_ = 0;
+    bool isLost_ = false;
+};
+
 QString withoutCarriageReturns(QString lines)
 {
     return lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
 }
 
-Nodes sectionNodes(const CReportPrivate& report)
+Nodes sectionNodes(const CReportPrivate& report, Interest& interest)
 {
     Nodes nodes;
     SiblingNames names(SiblingNames::Elsewhere);
-    for (int i = 0; i < report.parts.size(); ++i) {
+    for (int i = 0; i < report.parts.size() && !interest.isLost(); ++i) {
         const Part& part = report.parts.at(i);
         const int end = report.endOf(i);
         if (part.type == Part::Section) {
@@ -64,13 +87,13 @@ Container comparedContent(const QString& text, const Node& node)
     return content;
 }
 
-Nodes contentNodes(const QString& text, const Container& container)
+Nodes contentNodes(const QString& text, const Container& container, Interest& interest)
 {
     Nodes nodes;
     SiblingNames blocks(SiblingNames::InBrackets);
     SiblingNames entries(SiblingNames::Elsewhere);
     PieceReader reader(text, container);
-    for (Piece piece; reader.next(piece);) {
+    for (Piece piece; reader.next(piece) && !interest.isLost();) {
         if (piece.type == Piece::Lines) {
             const int end = withoutLineEnd(text, piece.begin, piece.end);
             nodes.lines +=
@@ -207,7 +230,10 @@ struct Place
 class ReportComparison
 {
 public:
-    ReportComparison(const CReportPrivate& older, const CReportPrivate& newer) : old_(older), new_(newer) {}
+    ReportComparison(const CReportPrivate& older, const CReportPrivate& newer,
+                     const std::function<bool()>& goesOn)
+        : old_(older), new_(newer), interest_(goesOn)
+    {}
 
     QVector<CReportDifference> differences();
 
@@ -220,6 +246,7 @@ private:
 
     const CReportPrivate& old_;
     const CReportPrivate& new_;
+    Interest interest_;
     QVector<CReportDifference> differences_;
 };
 
@@ -241,7 +268,7 @@ QString valueOfNode(const CReportPrivate& report, const Node& node)
 
 QVector<CReportDifference> ReportComparison::differences()
 {
-    compareNodes(sectionNodes(old_), sectionNodes(new_), {});
+    compareNodes(sectionNodes(old_, interest_), sectionNodes(new_, interest_), {});
     return differences_;
 }
 
@@ -249,7 +276,7 @@ void ReportComparison::compareNodes(const Nodes& oldNodes, const Nodes& newNodes
 {
     const Pairs pairs = pairsOf(oldNodes, newNodes);
     const std::vector<bool> isMoved = movedNodes(pairs);
-    for (std::size_t i = 0; i < oldNodes.all.size(); ++i) {
+    for (std::size_t i = 0; i < oldNodes.all.size() && !interest_.isLost(); ++i) {
         const Node& node = oldNodes.all[i];
         if (!pairs.isOldPaired[i]) {
             const Place removed = {place.oldPath + node.name, place.oldPath + node.name,
@@ -257,7 +284,7 @@ void ReportComparison::compareNodes(const Nodes& oldNodes, const Nodes& newNodes
             append(CReportDifference::Removed, removed, valueOfNode(old_, node), QString(), isVolatile(node));
         }
     }
-    for (std::size_t i = 0; i < newNodes.all.size(); ++i) {
+    for (std::size_t i = 0; i < newNodes.all.size() && !interest_.isLost(); ++i) {
         const Node& node = newNodes.all[i];
         if (pairs.oldOfNew[i] == -1) {
             append(CReportDifference::Added, place.in(node, node, false), QString(), valueOfNode(new_, node),
@@ -283,8 +310,8 @@ void ReportComparison::compareNodes(const Nodes& oldNodes, const Nodes& newNodes
 
 void ReportComparison::compareContent(const Node& oldNode, const Node& newNode, const Place& place)
 {
-    compareNodes(contentNodes(old_.text, comparedContent(old_.text, oldNode)),
-                 contentNodes(new_.text, comparedContent(new_.text, newNode)), place);
+    compareNodes(contentNodes(old_.text, comparedContent(old_.text, oldNode), interest_),
+                 contentNodes(new_.text, comparedContent(new_.text, newNode), interest_), place);
 }
 
 void ReportComparison::compareValues(const Node& oldNode, const Node& newNode, const Place& place)
@@ -366,10 +393,15 @@ bool CReportDifference::isVolatile() const
 
 QVector<CReportDifference> CReport::compare(const CReport& newer) const
 {
+    return compare(newer, [] { return true; });
+}
+
+QVector<CReportDifference> CReport::compare(const CReport& newer, const std::function<bool()>& goesOn) const
+{
     if (isNull() || newer.isNull()) {
-        return fromText(text()).compare(fromText(newer.text()));
+        return fromText(text()).compare(fromText(newer.text()), goesOn);
     }
-    return ReportComparison(*d, *newer.d).differences();
+    return ReportComparison(*d, *newer.d, goesOn).differences();
 }
 
 } // namespace norvex::SystemInfo

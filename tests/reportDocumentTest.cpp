@@ -128,6 +128,7 @@ private slots:
     void limits();
     void compare_data();
     void compare();
+    void endedComparison();
     void nullObjects();
 };
 
@@ -429,6 +430,21 @@ void ReportDocumentTest::compare()
     QFETCH(QString, older);
     QFETCH(QString, newer);
     QTEST(shown(CReport::fromText(older).compare(CReport::fromText(newer))), "expected");
+}
+
+void ReportDocumentTest::endedComparison()
+{
+    const QString begin = "###### System informations retrieved using Qt #######\nheading:\n";
+    const CReport older = CReport::fromText(begin + QString("a: old\n").repeated(5000));
+    const CReport newer = CReport::fromText(begin + QString("a: new\n").repeated(5000));
+    const int all = older.compare(newer).size();
+    QCOMPARE(all, 5000);
+    int questions = 0;
+    QCOMPARE(older.compare(newer, [&] { return ++questions > 0; }).size(), all);
+    // While the entries of both reports are read, and while they are compared.
+    for (const int last : {1, questions - 1}) {
+        QVERIFY(older.compare(newer, [&, left = last]() mutable { return --left > 0; }).size() < all);
+    }
 }
 
 void ReportDocumentTest::nullObjects()

@@ -223,10 +223,11 @@ void SilentMountTest::manyMounts()
 
     // Somebody closes the descriptor, and its number becomes another file's.
     for (const QString& name : QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System)) {
-        if (QFile::symLinkTarget(QStringLiteral("/proc/self/fd/") + name)
-                .endsWith(QStringLiteral("/mountinfo"))) {
+        const QString link = QStringLiteral("/proc/self/fd/") + name;
+        if (QFile::symLinkTarget(link).endsWith(QStringLiteral("/mountinfo"))) {
             QVERIFY(dup2(STDIN_FILENO, name.toInt()) != -1);
             QCOMPARE(ServedMounts::current()->points().size(), before->points().size() + 60);
+            QCOMPARE(QFile::symLinkTarget(link), QFile::symLinkTarget(QStringLiteral("/proc/self/fd/0")));
             QVERIFY(close(name.toInt()) == 0);
         }
     }

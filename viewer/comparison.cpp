@@ -214,7 +214,8 @@ void ComparisonBuilder::addExpected(const QVector<CReportDifference>& difference
 
 Comparison ComparisonBuilder::build()
 {
-    const QVector<CReportDifference> differences = older_.compare(newer_);
+    const QVector<CReportDifference> differences =
+        older_.compare(newer_, [this] { return !control_.isCancelled(); });
     QVector<CReportDifference> expected;
     int shown = 0;
     for (const CReportDifference& difference : differences) {
