@@ -373,6 +373,35 @@ private slots:
         QVERIFY(child<QLabel>("identificationMessage")->text().startsWith("No identification: "));
     }
 
+    /// The dialog asks about the name that is typed; a file that the ending makes of it is not lost, either.
+    void savingKeepsFiles()
+    {
+        openAndWait(macintosh);
+        const QString kept = write("mac-10.2.json", "old");
+        for (const QMessageBox::StandardButton answer : {QMessageBox::No, QMessageBox::Yes}) {
+            bool isAsked = false;
+            QTimer::singleShot(0, window_.get(), [&] {
+                auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+                QVERIFY(dialog != nullptr);
+                dialog->selectNameFilter("JSON (*.json)");
+                dialog->findChild<QLineEdit*>()->setText(folder_.filePath("mac-10.2"));
+                QTimer::singleShot(0, window_.get(), [&] {
+                    auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+                    isAsked = question != nullptr;
+                    if (isAsked) {
+                        QTest::mouseClick(question->button(answer), Qt::LeftButton);
+                    }
+                });
+                QMetaObject::invokeMethod(dialog, "accept");
+            });
+            trigger("save");
+            QVERIFY(isAsked);
+            QVERIFY(waitForJobs(20000));
+            QCOMPARE(contentOf(kept) == "old", answer == QMessageBox::No);
+        }
+        QCOMPARE(QDir(folder_.path()).entryList({"mac-10*"}), QStringList("mac-10.2.json"));
+    }
+
     /// A report that is long enough to wait for: until its private data is replaced nothing of it leaves the window.
     void waitsForReplacement()
     {

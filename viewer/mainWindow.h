@@ -82,6 +82,7 @@ private:
 
     void chooseFiles();
     void chooseSaveName();
+    QString withEnding(const QString& name, const QString& ending);
     void fillRecentFiles();
     void rememberFile(const QString& fileName);
     void showAbout();

@@ -70,11 +70,12 @@ void MainWindow::startPrinting(const QString& note,
 void MainWindow::choosePdfName()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    const QString name =
+    const QString chosen =
         QFileDialog::getSaveFileName(this,
                                      sharesRedacted() ? tr("Export With Placeholders for Private Data")
                                                       : tr("Export, Private Data Included"),
                                      folder + QStringLiteral("/system-information.pdf"), tr("PDF (*.pdf)"));
+    const QString name = withEnding(chosen, QStringLiteral(".pdf"));
     if (!name.isEmpty()) {
         exportPdf(name);
     }

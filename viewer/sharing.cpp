@@ -159,14 +159,35 @@ void MainWindow::chooseSaveName()
         this,
         sharesRedacted() ? tr("Save With Placeholders for Private Data") : tr("Save, Private Data Included"),
         folder + QStringLiteral("/system-information.txt"), text + QStringLiteral(";;") + json, &filter);
-    if (name.isEmpty()) {
-        return;
+    if (filter == json) {
+        name = withEnding(name, QStringLiteral(".json"));
     }
-    const QFileInfo info(name);
-    if (filter == json && info.suffix().compare(QLatin1String("json"), Qt::CaseInsensitive) != 0) {
-        name = info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral(".json");
+    if (!name.isEmpty()) {
+        save(name);
     }
-    save(name);
+}
+
+/// A chosen name with the ending of its kind of file, which the dialog leaves to us. The dialog has not asked about a file
+/// of the longer name.
+/// @return empty if the user chose nothing or keeps that file
+QString MainWindow::withEnding(const QString& name, const QString& ending)
+{
+    if (name.isEmpty() || name.endsWith(ending, Qt::CaseInsensitive)) {
+        return name;
+    }
+    const QString text = QStringLiteral(".txt");
+    const QString stem =
+        name.endsWith(text, Qt::CaseInsensitive) ? name.left(name.size() - text.size()) : name;
+    const QString ended = stem + ending;
+    if (!QFileInfo::exists(ended)) {
+        return ended;
+    }
+    QMessageBox question(QMessageBox::Question, tr("System Information"),
+                         tr("%1 already exists. Do you want to replace it?").arg(QFileInfo(ended).fileName()),
+                         QMessageBox::Yes | QMessageBox::No, this);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::No);
+    return question.exec() == QMessageBox::Yes ? ended : QString();
 }
 
 void MainWindow::save(const QString& fileName)

@@ -838,6 +838,10 @@ Version %1</translation>
         <source>Open one, drop files here, or show this machine.</source>
         <translation>Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
     </message>
+    <message>
+        <source>%1 already exists. Do you want to replace it?</source>
+        <translation>%1 gibt es schon. Möchten Sie die Datei ersetzen?</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::Overview</name>
