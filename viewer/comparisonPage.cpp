@@ -130,13 +130,18 @@ QWidget* ComparisonPage::makeResult()
 QWidget* ComparisonPage::makeBar()
 {
     auto* const bar = new QWidget;
-    auto* const layout = new QHBoxLayout(bar);
+    bar_ = new QBoxLayout(QBoxLayout::LeftToRight, bar);
     const int margin = bar->fontMetrics().averageCharWidth();
-    layout->setContentsMargins(margin, margin / 2, margin, margin / 2);
+    bar_->setContentsMargins(margin, margin / 2, margin, margin / 2);
     summary_ = wrappedLabel();
     summary_->setObjectName(QStringLiteral("summary"));
-    layout->addWidget(summary_, 1);
-    const auto add = [layout](const QString& text, const QString& toolTip, const QString& name) {
+    buttons_ = new QHBoxLayout;
+    bar_->addWidget(summary_, 1);
+    auto* const row = new QHBoxLayout;
+    row->addLayout(buttons_);
+    row->addStretch(1);
+    bar_->addLayout(row);
+    const auto add = [layout = buttons_](const QString& text, const QString& toolTip, const QString& name) {
         auto* const button = new QToolButton;
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         button->setText(text);
@@ -158,6 +163,21 @@ QWidget* ComparisonPage::makeBar()
     connect(add(tr("C&opy"), tr("Copy the differences (Ctrl+Shift+D)"), tr("Copy the differences")),
             &QToolButton::clicked, this, &ComparisonPage::copyRequested);
     return bar;
+}
+
+/// The summary stands beside the buttons, or above them where the page is too narrow for both.
+void ComparisonPage::arrangeBar()
+{
+    const int margins = 4 * fontMetrics().averageCharWidth();
+    const int needed =
+        fontMetrics().boundingRect(summary_->text()).width() + buttons_->sizeHint().width() + margins;
+    bar_->setDirection(needed <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+}
+
+void ComparisonPage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    arrangeBar();
 }
 
 QWidget* ComparisonPage::makeDetails()
@@ -286,6 +306,7 @@ int ComparisonPage::widestKind() const
 void ComparisonPage::showTree()
 {
     summary_->setText(comparison_->summary());
+    arrangeBar();
     // One by one, thousands of branches take seconds.
     tree_->expandAll();
     const QModelIndex last = model_->index(model_->rowCount() - 1, 0);
@@ -355,6 +376,8 @@ void ComparisonPage::step(Direction direction)
     const QModelIndex index = difference(direction);
     if (index.isValid()) {
         tree_->setCurrentIndex(index);
+        // First what it belongs to: a value alone does not say whose it is.
+        tree_->scrollTo(index.parent());
         tree_->scrollTo(index);
     }
 }
