@@ -373,6 +373,15 @@ private slots:
         QVERIFY(child<QLabel>("identificationMessage")->text().startsWith("No identification: "));
     }
 
+    void manyTabs()
+    {
+        for (int i = 0; i < 20; ++i) {
+            window_->openFile(write(qPrintable(QString("customer-%1.txt").arg(i)), "x"));
+        }
+        const QTabBar& bar = *window_->tabs()->tabBar();
+        QVERIFY(bar.tabRect(0).width() > bar.fontMetrics().boundingRect("customer-0.txt").width());
+    }
+
     /// The dialog asks about the name that is typed; a file that the ending makes of it is not lost, either.
     void savingKeepsFiles()
     {

@@ -113,7 +113,9 @@ void MainWindow::makeCentre()
     tabs_->setDocumentMode(true);
     tabs_->setMovable(true);
     tabs_->setTabsClosable(true);
-    tabs_->setElideMode(Qt::ElideMiddle);
+    // Titles are cut by the window: tabs of Qt's would shrink until nobody can tell them apart.
+    tabs_->setElideMode(Qt::ElideNone);
+    tabs_->setUsesScrollButtons(true);
     tabs_->setAccessibleName(tr("Reports"));
     tabs_->tabBar()->setAccessibleName(tr("Reports"));
     connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::currentTabChanged);
@@ -463,10 +465,13 @@ void MainWindow::update()
 
 void MainWindow::updateTabs()
 {
+    const int longestTitle = fontMetrics().averageCharWidth() * 30;
     for (int i = 0; i < tabs_->count(); ++i) {
         const Document& document = *tabAt(i)->document();
         // In the title of a tab "&" stands for a key.
-        tabs_->setTabText(i, document.title().replace(QLatin1Char('&'), QLatin1String("&&")));
+        tabs_->setTabText(i, fontMetrics()
+                                 .elidedText(document.title(), Qt::ElideMiddle, longestTitle)
+                                 .replace(QLatin1Char('&'), QLatin1String("&&")));
         tabs_->setTabToolTip(i, document.fileName().toHtmlEscaped());
         const bool isFailed = document.state() == Document::State::Failed;
         tabs_->setTabIcon(i, isFailed ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
