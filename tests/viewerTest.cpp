@@ -298,6 +298,13 @@ private slots:
         tab()->view()->setCursorAt(511, false);
         QTest::keyClick(tab()->view(), Qt::Key_Right, Qt::ShiftModifier);
         QCOMPARE(tab()->selectedText(false), QString::fromUtf8("e\xcc\x81"));
+
+        // A hit brings the begin of its line with it if both fit.
+        QScrollBar* const bar = tab()->view()->horizontalScrollBar();
+        tab()->view()->select(500, 501);
+        QVERIFY(bar->value() > 0);
+        tab()->view()->select(20, 21);
+        QCOMPARE(bar->value(), 0);
     }
 
     void find()
