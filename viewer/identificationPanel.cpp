@@ -33,7 +33,7 @@ QLabel* valueLabel(const char* name)
 IdentificationPanel::IdentificationPanel(QWidget* parent)
     : QWidget(parent), message_(wrappedLabel()), addresses_(valueLabel("macAddresses")),
       processors_(valueLabel("processors")), revision_(valueLabel("revision")), values_(new QWidget),
-      skipsBraced_(new QCheckBox(tr("Skip interfaces with names in &braces")))
+      skipsBraced_(new QCheckBox(tr("Skip names in &braces")))
 {
     message_->setObjectName(QStringLiteral("identificationMessage"));
     auto* const values = new QVBoxLayout(values_);
@@ -63,6 +63,7 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
     area->setFrameShape(QFrame::NoFrame);
     area->setAccessibleName(tr("Identification"));
 
+    skipsBraced_->setToolTip(tr("Network interfaces with a name in braces do not count."));
     QLabel* const note = wrappedLabel(tr("Read from the original text, private data included."));
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(area, 1);

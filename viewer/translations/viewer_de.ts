@@ -325,10 +325,6 @@
 <context>
     <name>norvex::Viewer::IdentificationPanel</name>
     <message>
-        <source>Skip interfaces with names in &amp;braces</source>
-        <translation>Schnittstellen mit Namen in &amp;Klammern auslassen</translation>
-    </message>
-    <message>
         <source>MAC addresses</source>
         <translation>MAC-Adressen</translation>
     </message>
@@ -370,6 +366,14 @@
     <message>
         <source>none</source>
         <translation>keine</translation>
+    </message>
+    <message>
+        <source>Skip names in &amp;braces</source>
+        <translation>Namen in &amp;Klammern auslassen</translation>
+    </message>
+    <message>
+        <source>Network interfaces with a name in braces do not count.</source>
+        <translation>Netzwerkschnittstellen mit einem Namen in geschweiften Klammern zählen nicht.</translation>
     </message>
 </context>
 <context>
