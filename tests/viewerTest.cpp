@@ -18,7 +18,10 @@
 #include <memory>
 
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace norvex;
 using namespace norvex::Viewer;
@@ -387,6 +390,31 @@ private slots:
         }
         const QTabBar& bar = *window_->tabs()->tabBar();
         QVERIFY(bar.tabRect(0).width() > bar.fontMetrics().boundingRect("customer-0.txt").width());
+    }
+
+    /// Qt's print dialog would keep the window waiting for as long as the server is silent.
+    void silentPrintServer()
+    {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        const QByteArray path = QFile::encodeName(folder_.filePath("server"));
+        std::copy(path.begin(), path.end(), address.sun_path);
+        const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+        QCOMPARE(bind(server, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        QCOMPARE(listen(server, 10), 0);
+        openAndWait(macintosh);
+        qputenv("CUPS_SERVER", path);
+        FreezeWatch watch;
+        trigger("print");
+        QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
+        trigger("print");
+        QTRY_VERIFY_WITH_TIMEOUT(window_->findChild<QMessageBox*>() != nullptr, 10000);
+        QVERIFY(watch.longest() < 200);
+        QVERIFY(window_->findChild<QMessageBox*>()->informativeText().contains("does not answer"));
+        qunsetenv("CUPS_SERVER");
+        close(server);
     }
 
     /// The dialog asks about the name that is typed; a file that the ending makes of it is not lost, either.

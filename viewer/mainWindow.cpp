@@ -4,6 +4,7 @@
 #include "viewer/identificationPanel.h"
 #include "viewer/keys.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 #include "viewer/statePages.h"
 #include "viewer/textSearch.h"
 
@@ -484,19 +485,21 @@ void MainWindow::updateBusyness()
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
     const bool isPrinting = working_ != nullptr;
-    const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
+    const bool isAsking = printers_ != nullptr;
+    const bool isWorking = isRefreshing || isReplacing || isPrinting || isAsking || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
-    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing || isPrinting));
+    cancelWork_->setVisible(isRefreshing || isReplacing || isPrinting || isAsking);
     if (!isWorking) {
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
                        : isPrinting   ? workingNote_
+                       : isAsking     ? tr("Asking the print server…")
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, isRefreshing || isPrinting || isReplacing ? 100 : 0);
+    workProgress_->setRange(0, !isAsking && (isRefreshing || isPrinting || isReplacing) ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()

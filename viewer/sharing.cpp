@@ -4,6 +4,7 @@
 
 #include "viewer/comparisonPage.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 
 #include <QAction>
 #include <QApplication>
@@ -239,6 +240,9 @@ void MainWindow::cancelWork()
         say(tr("Cancelled: nothing is copied or saved."));
     } else if (working_ != nullptr) {
         delete working_;
+        say(tr("Cancelled: nothing is printed or copied."));
+    } else if (printers_ != nullptr) {
+        delete printers_;
         say(tr("Cancelled: nothing is printed or copied."));
     } else if (ReportTab* const tab = currentTab()) {
         tab->document()->cancel();

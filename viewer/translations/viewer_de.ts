@@ -846,6 +846,14 @@ Version %1</translation>
         <source>%1 already exists. Do you want to replace it?</source>
         <translation>%1 gibt es schon. Möchten Sie die Datei ersetzen?</translation>
     </message>
+    <message>
+        <source>Asking the print server…</source>
+        <translation>Der Druckserver wird gefragt …</translation>
+    </message>
+    <message>
+        <source>The print server does not answer. You can export the report as PDF.</source>
+        <translation>Der Druckserver antwortet nicht. Sie können den Bericht als PDF exportieren.</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::Overview</name>
