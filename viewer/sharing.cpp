@@ -179,7 +179,7 @@ QString MainWindow::withEnding(const QString& name, const QString& ending)
     const QString text = QStringLiteral(".txt");
     const QString stem =
         name.endsWith(text, Qt::CaseInsensitive) ? name.left(name.size() - text.size()) : name;
-    const QString ended = stem + ending;
+    QString ended = stem + ending;
     if (!QFileInfo::exists(ended)) {
         return ended;
     }
