@@ -444,6 +444,15 @@ private slots:
             QCOMPARE(contentOf(kept) == "old", answer == QMessageBox::No);
         }
         QCOMPARE(QDir(folder_.path()).entryList({"mac-10*"}), QStringList("mac-10.2.json"));
+
+        const QString pipe = folder_.filePath("pipeToKeep");
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        window_->save(pipe);
+        window_->exportPdf(pipe);
+        QVERIFY(waitForJobs(20000));
+        QTest::qWait(100);
+        QVERIFY(!QFileInfo(pipe).isFile());
+        QCOMPARE(window_->findChildren<QMessageBox*>().size(), 2);
     }
 
     /// A report that is long enough to wait for: until its private data is replaced nothing of it leaves the window.

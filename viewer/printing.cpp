@@ -88,7 +88,7 @@ void MainWindow::choosePdfName()
 void MainWindow::exportPdf(const QString& fileName)
 {
     const ReportTab* const tab = currentTab();
-    if (tab == nullptr) {
+    if (tab == nullptr || !canReplace(fileName, tr("The report is not exported."))) {
         return;
     }
     const QString title = titleToShare(*tab);

@@ -191,8 +191,23 @@ QString MainWindow::withEnding(const QString& name, const QString& ending)
     return question.exec() == QMessageBox::Yes ? ended : QString();
 }
 
+/// A pipe or a device would be replaced by a file, and be lost.
+bool MainWindow::canReplace(const QString& fileName, const QString& failedNote)
+{
+    const QFileInfo info(fileName);
+    if (info.exists() && !info.isFile()) {
+        showFailure(failedNote, QDir::toNativeSeparators(fileName) + QStringLiteral(": ") +
+                                    tr("This is no regular file."));
+        return false;
+    }
+    return true;
+}
+
 void MainWindow::save(const QString& fileName)
 {
+    if (!canReplace(fileName, tr("The report is not saved."))) {
+        return;
+    }
     withReport([this, fileName](ReportTab& tab, bool isRedacted) {
         const ShownReport& report = isRedacted ? tab.document()->redacted() : tab.document()->original();
         startSaving(report.report.isNull() ? CReport::fromText(report.lines->text()) : report.report,

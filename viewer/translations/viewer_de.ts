@@ -854,6 +854,10 @@ Version %1</translation>
         <source>The print server does not answer. You can export the report as PDF.</source>
         <translation>Der Druckserver antwortet nicht. Sie können den Bericht als PDF exportieren.</translation>
     </message>
+    <message>
+        <source>This is no regular file.</source>
+        <translation>Das ist keine gewöhnliche Datei.</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::Overview</name>
