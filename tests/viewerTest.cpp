@@ -15,6 +15,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <csignal>
 #include <memory>
 
 #include <sys/resource.h>
@@ -444,6 +445,18 @@ private slots:
             QCOMPARE(contentOf(kept) == "old", answer == QMessageBox::No);
         }
         QCOMPARE(QDir(folder_.path()).entryList({"mac-10*"}), QStringList("mac-10.2.json"));
+
+        // A full disk has its own words for it.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit most = {};
+        getrlimit(RLIMIT_FSIZE, &most);
+        const rlimit small = {4096, most.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        window_->save(kept);
+        QTRY_VERIFY(window_->findChild<QMessageBox*>() != nullptr);
+        setrlimit(RLIMIT_FSIZE, &most);
+        QVERIFY(!window_->findChild<QMessageBox*>()->informativeText().contains("Unknown"));
+        delete window_->findChild<QMessageBox*>();
 
         const QString pipe = folder_.filePath("pipeToKeep");
         QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);

@@ -27,6 +27,20 @@ namespace {
 /// Other programs get a longer selection when it is copied, not while it is made.
 const int longestOffer = 1 << 20;
 
+/// Writes all or fails with a reason: a disk that becomes full takes a part first, and says why when it gets the rest.
+bool writeAll(QIODevice& device, const QByteArray& bytes)
+{
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 more = device.write(bytes.constData() + written, bytes.size() - written);
+        if (more <= 0) {
+            return false;
+        }
+        written += more;
+    }
+    return true;
+}
+
 /// @return the reason of a failure; empty on success
 QString saveReport(const CReport& report, const QString& fileName)
 {
@@ -43,8 +57,8 @@ QString saveReport(const CReport& report, const QString& fileName)
     }
     // Unbuffered, because only then QSaveFile notices a write that a full disk cuts short.
     QSaveFile file(fileName);
-    const bool isSaved = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-                         file.write(bytes) == bytes.size() && file.commit();
+    const bool isSaved =
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(file, bytes) && file.commit();
     return isSaved ? QString() : file.errorString();
 }
 
