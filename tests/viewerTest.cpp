@@ -425,20 +425,19 @@ private slots:
         const QString kept = write("mac-10.2.json", "old");
         for (const QMessageBox::StandardButton answer : {QMessageBox::No, QMessageBox::Yes}) {
             bool isAsked = false;
-            QTimer::singleShot(0, window_.get(), [&] {
-                auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-                QVERIFY(dialog != nullptr);
-                dialog->selectNameFilter("JSON (*.json)");
-                dialog->findChild<QLineEdit*>()->setText(folder_.filePath("mac-10.2"));
-                QTimer::singleShot(0, window_.get(), [&] {
-                    auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-                    isAsked = question != nullptr;
-                    if (isAsked) {
-                        QTest::mouseClick(question->button(answer), Qt::LeftButton);
-                    }
-                });
-                QMetaObject::invokeMethod(dialog, "accept");
+            QTimer answering;
+            connect(&answering, &QTimer::timeout, this, [&] {
+                QWidget* const modal = QApplication::activeModalWidget();
+                if (auto* const question = qobject_cast<QMessageBox*>(modal)) {
+                    isAsked = true;
+                    QTest::mouseClick(question->button(answer), Qt::LeftButton);
+                } else if (auto* const dialog = qobject_cast<QFileDialog*>(modal)) {
+                    dialog->selectNameFilter("JSON (*.json)");
+                    dialog->findChild<QLineEdit*>()->setText(folder_.filePath("mac-10.2"));
+                    QMetaObject::invokeMethod(dialog, "accept");
+                }
             });
+            answering.start(10);
             trigger("save");
             QVERIFY(isAsked);
             QVERIFY(waitForJobs(20000));
