@@ -104,7 +104,11 @@ QWidget* ComparisonPage::makeResult()
     tree_->setAllColumnsShowFocus(true);
     tree_->setTextElideMode(Qt::ElideRight);
     tree_->setModel(model_);
-    tree_->header()->setStretchLastSection(true);
+    // Both sides are always seen; the details below have what the columns cut off.
+    tree_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (const int side : {ComparisonModel::OldColumn, ComparisonModel::NewColumn}) {
+        tree_->header()->setSectionResizeMode(side, QHeaderView::Stretch);
+    }
     tree_->installEventFilter(this);
     connect(tree_, &QTreeView::doubleClicked, this, &ComparisonPage::activate);
     connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -165,19 +169,22 @@ QWidget* ComparisonPage::makeBar()
     return bar;
 }
 
-/// The summary stands beside the buttons, or above them where the page is too narrow for both.
-void ComparisonPage::arrangeBar()
+/// The summary stands beside the buttons, or above them where the page is too narrow for both. The names leave room for
+/// the values.
+void ComparisonPage::arrange()
 {
-    const int margins = 4 * fontMetrics().averageCharWidth();
+    const int unit = fontMetrics().averageCharWidth();
+    const int margins = 4 * unit;
     const int needed =
         fontMetrics().boundingRect(summary_->text()).width() + buttons_->sizeHint().width() + margins;
     bar_->setDirection(needed <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    tree_->setColumnWidth(ComparisonModel::NameColumn, qMin(unit * 40, width() * 2 / 5));
 }
 
 void ComparisonPage::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    arrangeBar();
+    arrange();
 }
 
 QWidget* ComparisonPage::makeDetails()
@@ -306,7 +313,7 @@ int ComparisonPage::widestKind() const
 void ComparisonPage::showTree()
 {
     summary_->setText(comparison_->summary());
-    arrangeBar();
+    arrange();
     // One by one, thousands of branches take seconds.
     tree_->expandAll();
     const QModelIndex last = model_->index(model_->rowCount() - 1, 0);
@@ -314,10 +321,7 @@ void ComparisonPage::showTree()
         tree_->collapse(last);
     }
     const int unit = fontMetrics().averageCharWidth();
-    tree_->setColumnWidth(ComparisonModel::NameColumn, unit * 40);
     tree_->setColumnWidth(ComparisonModel::KindColumn, widestKind() + unit * 2);
-    tree_->setColumnWidth(ComparisonModel::OldColumn,
-                          qMax((width() - unit * 42 - widestKind()) / 2, unit * 20));
     tree_->setCurrentIndex(QModelIndex());
     states_->setCurrentIndex(Result);
     showDetails();

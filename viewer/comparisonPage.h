@@ -74,7 +74,7 @@ private:
     QWidget* makeMessage();
     QWidget* makeResult();
     QWidget* makeBar();
-    void arrangeBar();
+    void arrange();
     QWidget* makeDetails();
     void makeActions();
     void showComparison(const std::shared_ptr<Comparison>& comparison);
