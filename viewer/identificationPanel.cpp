@@ -92,8 +92,10 @@ void IdentificationPanel::update()
     values_->setVisible(false);
     message_->setVisible(true);
     if (!isKnown) {
-        const bool isLoading = document_ != nullptr && document_->state() != Document::State::Failed;
-        message_->setText(isLoading ? tr("The report is being read…") : tr("No report is open."));
+        const bool isFailed = document_ != nullptr && document_->state() == Document::State::Failed;
+        message_->setText(document_ == nullptr ? tr("No report is open.")
+                          : isFailed           ? tr("There is no report to read from.")
+                                               : tr("The report is being read…"));
         return;
     }
     const Identification& found = document_->identification(skipsBraced_->isChecked());

@@ -375,6 +375,10 @@
         <source>Network interfaces with a name in braces do not count.</source>
         <translation>Netzwerkschnittstellen mit einem Namen in geschweiften Klammern zählen nicht.</translation>
     </message>
+    <message>
+        <source>There is no report to read from.</source>
+        <translation>Es gibt keinen Bericht, aus dem sich lesen lässt.</translation>
+    </message>
 </context>
 <context>
     <name>norvex::Viewer::InterfaceItem</name>
