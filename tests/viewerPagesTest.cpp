@@ -360,6 +360,16 @@ private slots:
         QVERIFY(page.nextAction()->isEnabled());
         QTest::keyClick(tree, Qt::Key_F7);
         QCOMPARE(current(), QStringLiteral("Kernel information › Boottime"));
+
+        // In a small page the summary has a row of its own, both sides are seen, and the first value of a section comes with its heading.
+        page.resize(page.minimumSizeHint().width(), 300);
+        QVERIFY(page.findChild<QLabel*>(QStringLiteral("summary"))->width() > page.width() * 3 / 4);
+        page.resize(500, 300);
+        QCOMPARE(tree->horizontalScrollBar()->maximum(), 0);
+        while (page.previousAction()->isEnabled()) {
+            page.previousAction()->trigger();
+        }
+        QVERIFY(tree->visualRect(tree->currentIndex().parent()).top() >= 0);
     }
 
     void noDifference()

@@ -15,10 +15,14 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <csignal>
 #include <memory>
 
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 using namespace norvex;
 using namespace norvex::Viewer;
@@ -298,6 +302,13 @@ private slots:
         tab()->view()->setCursorAt(511, false);
         QTest::keyClick(tab()->view(), Qt::Key_Right, Qt::ShiftModifier);
         QCOMPARE(tab()->selectedText(false), QString::fromUtf8("e\xcc\x81"));
+
+        // A hit brings the begin of its line with it if both fit.
+        QScrollBar* const bar = tab()->view()->horizontalScrollBar();
+        tab()->view()->select(500, 501);
+        QVERIFY(bar->value() > 0);
+        tab()->view()->select(20, 21);
+        QCOMPARE(bar->value(), 0);
     }
 
     void find()
@@ -371,6 +382,89 @@ private slots:
         QCOMPARE(child<QLabel>("revision")->text(), QString("1633 = 0x0661"));
         openAndWait(write("none", "nothing"));
         QVERIFY(child<QLabel>("identificationMessage")->text().startsWith("No identification: "));
+    }
+
+    void manyTabs()
+    {
+        for (int i = 0; i < 20; ++i) {
+            window_->openFile(write(qPrintable(QString("customer-%1.txt").arg(i)), "x"));
+        }
+        const QTabBar& bar = *window_->tabs()->tabBar();
+        QVERIFY(bar.tabRect(0).width() > bar.fontMetrics().boundingRect("customer-0.txt").width());
+    }
+
+    /// Qt's print dialog would keep the window waiting for as long as the server is silent.
+    void silentPrintServer()
+    {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        const QByteArray path = QFile::encodeName(folder_.filePath("server"));
+        std::copy(path.begin(), path.end(), address.sun_path);
+        const int server = socket(AF_UNIX, SOCK_STREAM, 0);
+        QCOMPARE(bind(server, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        QCOMPARE(listen(server, 10), 0);
+        openAndWait(macintosh);
+        qputenv("CUPS_SERVER", path);
+        FreezeWatch watch;
+        trigger("print");
+        QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
+        QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
+        trigger("print");
+        QTRY_VERIFY_WITH_TIMEOUT(window_->findChild<QMessageBox*>() != nullptr, 10000);
+        QVERIFY(watch.longest() < 200);
+        QVERIFY(window_->findChild<QMessageBox*>()->informativeText().contains("does not answer"));
+        qunsetenv("CUPS_SERVER");
+        close(server);
+    }
+
+    /// The dialog asks about the name that is typed; a file that the ending makes of it is not lost, either.
+    void savingKeepsFiles()
+    {
+        openAndWait(macintosh);
+        const QString kept = write("mac-10.2.json", "old");
+        for (const QMessageBox::StandardButton answer : {QMessageBox::No, QMessageBox::Yes}) {
+            bool isAsked = false;
+            QTimer answering;
+            connect(&answering, &QTimer::timeout, this, [&] {
+                QWidget* const modal = QApplication::activeModalWidget();
+                if (auto* const question = qobject_cast<QMessageBox*>(modal)) {
+                    isAsked = true;
+                    QTest::mouseClick(question->button(answer), Qt::LeftButton);
+                } else if (auto* const dialog = qobject_cast<QFileDialog*>(modal)) {
+                    dialog->selectNameFilter("JSON (*.json)");
+                    dialog->findChild<QLineEdit*>()->setText(folder_.filePath("mac-10.2"));
+                    QMetaObject::invokeMethod(dialog, "accept");
+                }
+            });
+            answering.start(10);
+            trigger("save");
+            QVERIFY(isAsked);
+            QVERIFY(waitForJobs(20000));
+            QCOMPARE(contentOf(kept) == "old", answer == QMessageBox::No);
+        }
+        QCOMPARE(QDir(folder_.path()).entryList({"mac-10*"}), QStringList("mac-10.2.json"));
+
+        // A full disk has its own words for it.
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit most = {};
+        getrlimit(RLIMIT_FSIZE, &most);
+        const rlimit small = {4096, most.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        window_->save(kept);
+        QTRY_VERIFY(window_->findChild<QMessageBox*>() != nullptr);
+        setrlimit(RLIMIT_FSIZE, &most);
+        QVERIFY(!window_->findChild<QMessageBox*>()->informativeText().contains("Unknown"));
+        delete window_->findChild<QMessageBox*>();
+
+        const QString pipe = folder_.filePath("pipeToKeep");
+        QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+        window_->save(pipe);
+        window_->exportPdf(pipe);
+        QVERIFY(waitForJobs(20000));
+        QTest::qWait(100);
+        QVERIFY(!QFileInfo(pipe).isFile());
+        QCOMPARE(window_->findChildren<QMessageBox*>().size(), 2);
     }
 
     /// A report that is long enough to wait for: until its private data is replaced nothing of it leaves the window.

@@ -80,7 +80,8 @@ void MainWindow::fillCompareMenu()
         if (tab == currentTab()) {
             continue;
         }
-        QAction* const action = compareMenu_->addAction(tabs_->tabText(i));
+        QAction* const action =
+            compareMenu_->addAction(tab->document()->title().replace(QLatin1Char('&'), QLatin1String("&&")));
         connect(action, &QAction::triggered, tab, [this, tab] { compareWith(tab); });
     }
     compareMenu_->addSeparator();

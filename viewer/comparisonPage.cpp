@@ -104,7 +104,11 @@ QWidget* ComparisonPage::makeResult()
     tree_->setAllColumnsShowFocus(true);
     tree_->setTextElideMode(Qt::ElideRight);
     tree_->setModel(model_);
-    tree_->header()->setStretchLastSection(true);
+    // Both sides are always seen; the details below have what the columns cut off.
+    tree_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    for (const int side : {ComparisonModel::OldColumn, ComparisonModel::NewColumn}) {
+        tree_->header()->setSectionResizeMode(side, QHeaderView::Stretch);
+    }
     tree_->installEventFilter(this);
     connect(tree_, &QTreeView::doubleClicked, this, &ComparisonPage::activate);
     connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
@@ -130,13 +134,18 @@ QWidget* ComparisonPage::makeResult()
 QWidget* ComparisonPage::makeBar()
 {
     auto* const bar = new QWidget;
-    auto* const layout = new QHBoxLayout(bar);
+    bar_ = new QBoxLayout(QBoxLayout::LeftToRight, bar);
     const int margin = bar->fontMetrics().averageCharWidth();
-    layout->setContentsMargins(margin, margin / 2, margin, margin / 2);
+    bar_->setContentsMargins(margin, margin / 2, margin, margin / 2);
     summary_ = wrappedLabel();
     summary_->setObjectName(QStringLiteral("summary"));
-    layout->addWidget(summary_, 1);
-    const auto add = [layout](const QString& text, const QString& toolTip, const QString& name) {
+    buttons_ = new QHBoxLayout;
+    bar_->addWidget(summary_, 1);
+    auto* const row = new QHBoxLayout;
+    row->addLayout(buttons_);
+    row->addStretch(1);
+    bar_->addLayout(row);
+    const auto add = [layout = buttons_](const QString& text, const QString& toolTip, const QString& name) {
         auto* const button = new QToolButton;
         button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
         button->setText(text);
@@ -158,6 +167,24 @@ QWidget* ComparisonPage::makeBar()
     connect(add(tr("C&opy"), tr("Copy the differences (Ctrl+Shift+D)"), tr("Copy the differences")),
             &QToolButton::clicked, this, &ComparisonPage::copyRequested);
     return bar;
+}
+
+/// The summary stands beside the buttons, or above them where the page is too narrow for both. The names leave room for
+/// the values.
+void ComparisonPage::arrange()
+{
+    const int unit = fontMetrics().averageCharWidth();
+    const int margins = 4 * unit;
+    const int needed =
+        fontMetrics().boundingRect(summary_->text()).width() + buttons_->sizeHint().width() + margins;
+    bar_->setDirection(needed <= width() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    tree_->setColumnWidth(ComparisonModel::NameColumn, qMin(unit * 40, width() * 2 / 5));
+}
+
+void ComparisonPage::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    arrange();
 }
 
 QWidget* ComparisonPage::makeDetails()
@@ -286,6 +313,7 @@ int ComparisonPage::widestKind() const
 void ComparisonPage::showTree()
 {
     summary_->setText(comparison_->summary());
+    arrange();
     // One by one, thousands of branches take seconds.
     tree_->expandAll();
     const QModelIndex last = model_->index(model_->rowCount() - 1, 0);
@@ -293,10 +321,7 @@ void ComparisonPage::showTree()
         tree_->collapse(last);
     }
     const int unit = fontMetrics().averageCharWidth();
-    tree_->setColumnWidth(ComparisonModel::NameColumn, unit * 40);
     tree_->setColumnWidth(ComparisonModel::KindColumn, widestKind() + unit * 2);
-    tree_->setColumnWidth(ComparisonModel::OldColumn,
-                          qMax((width() - unit * 42 - widestKind()) / 2, unit * 20));
     tree_->setCurrentIndex(QModelIndex());
     states_->setCurrentIndex(Result);
     showDetails();
@@ -355,6 +380,8 @@ void ComparisonPage::step(Direction direction)
     const QModelIndex index = difference(direction);
     if (index.isValid()) {
         tree_->setCurrentIndex(index);
+        // First what it belongs to: a value alone does not say whose it is.
+        tree_->scrollTo(index.parent());
         tree_->scrollTo(index);
     }
 }

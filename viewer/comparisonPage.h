@@ -9,6 +9,8 @@
 #include <functional>
 
 class QAction;
+class QBoxLayout;
+class QHBoxLayout;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -63,6 +65,7 @@ signals:
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     enum class Direction { Forward, Backward };
@@ -71,6 +74,7 @@ private:
     QWidget* makeMessage();
     QWidget* makeResult();
     QWidget* makeBar();
+    void arrange();
     QWidget* makeDetails();
     void makeActions();
     void showComparison(const std::shared_ptr<Comparison>& comparison);
@@ -88,6 +92,8 @@ private:
     ComparisonModel* const model_;
     QAction* next_ = nullptr;
     QAction* previous_ = nullptr;
+    QBoxLayout* bar_ = nullptr;
+    QHBoxLayout* buttons_ = nullptr;
     QLabel* summary_ = nullptr;
     QLabel* messageTitle_ = nullptr;
     QLabel* messageText_ = nullptr;

@@ -42,9 +42,12 @@ FindBar::FindBar(QWidget* parent)
     edit_->setAccessibleName(tr("Find"));
     edit_->setClearButtonEnabled(true);
     edit_->setMaxLength(longestSought);
-    edit_->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
+    edit_->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
+    edit_->setMaximumWidth(fontMetrics().averageCharWidth() * 36);
     result_->setObjectName(QStringLiteral("findResult"));
     result_->setTextFormat(Qt::PlainText);
+    // A longer result does not make the window wider.
+    result_->setMinimumWidth(fontMetrics().averageCharWidth() * 10);
     stop_->setObjectName(QStringLiteral("stopCounting"));
     progress_->setMaximumWidth(fontMetrics().averageCharWidth() * 16);
     progress_->setAccessibleName(tr("Progress of counting"));
@@ -58,7 +61,7 @@ FindBar::FindBar(QWidget* parent)
     for (QWidget* const widget :
          {static_cast<QWidget*>(label), static_cast<QWidget*>(edit_), static_cast<QWidget*>(previous),
           static_cast<QWidget*>(next), static_cast<QWidget*>(matchCase_)}) {
-        layout->addWidget(widget);
+        layout->addWidget(widget, widget == edit_ ? 2 : 0);
     }
     layout->addSpacing(8);
     layout->addWidget(result_);

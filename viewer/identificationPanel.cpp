@@ -33,7 +33,7 @@ QLabel* valueLabel(const char* name)
 IdentificationPanel::IdentificationPanel(QWidget* parent)
     : QWidget(parent), message_(wrappedLabel()), addresses_(valueLabel("macAddresses")),
       processors_(valueLabel("processors")), revision_(valueLabel("revision")), values_(new QWidget),
-      skipsBraced_(new QCheckBox(tr("Skip interfaces with names in &braces")))
+      skipsBraced_(new QCheckBox(tr("Skip names in &braces")))
 {
     message_->setObjectName(QStringLiteral("identificationMessage"));
     auto* const values = new QVBoxLayout(values_);
@@ -63,6 +63,7 @@ IdentificationPanel::IdentificationPanel(QWidget* parent)
     area->setFrameShape(QFrame::NoFrame);
     area->setAccessibleName(tr("Identification"));
 
+    skipsBraced_->setToolTip(tr("Network interfaces with a name in braces do not count."));
     QLabel* const note = wrappedLabel(tr("Read from the original text, private data included."));
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(area, 1);
@@ -91,8 +92,10 @@ void IdentificationPanel::update()
     values_->setVisible(false);
     message_->setVisible(true);
     if (!isKnown) {
-        const bool isLoading = document_ != nullptr && document_->state() != Document::State::Failed;
-        message_->setText(isLoading ? tr("The report is being read…") : tr("No report is open."));
+        const bool isFailed = document_ != nullptr && document_->state() == Document::State::Failed;
+        message_->setText(document_ == nullptr ? tr("No report is open.")
+                          : isFailed           ? tr("There is no report to read from.")
+                                               : tr("The report is being read…"));
         return;
     }
     const Identification& found = document_->identification(skipsBraced_->isChecked());

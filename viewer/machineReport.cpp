@@ -18,7 +18,6 @@ using namespace SystemInfo;
 
 namespace {
 
-const char printerSection[] = "qtPrinterInfo";
 const char openGLSection[] = "openGL";
 
 // The first lines of the halves, as every report has them.
@@ -31,6 +30,8 @@ bool isNamed(const SectionInfo& section, const char* name)
 }
 
 } // namespace
+
+const char* const MachineReport::printerSection = "qtPrinterInfo";
 
 /// The sections that are made, by their place in the table; two threads fill them in.
 class MachineReport::Results

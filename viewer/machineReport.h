@@ -28,6 +28,7 @@ public:
     /// How long the printers, OpenGL and the sections beside the window may take. Without an answer the report lacks
     /// them.
     static const int printerPatienceMs = 3000;
+    static const char* const printerSection;
     static const int openGLPatienceMs = 10000;
     static const int patienceMs = 30000;
 

@@ -4,6 +4,7 @@
 #include "viewer/identificationPanel.h"
 #include "viewer/keys.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 #include "viewer/statePages.h"
 #include "viewer/textSearch.h"
 
@@ -113,7 +114,9 @@ void MainWindow::makeCentre()
     tabs_->setDocumentMode(true);
     tabs_->setMovable(true);
     tabs_->setTabsClosable(true);
-    tabs_->setElideMode(Qt::ElideMiddle);
+    // Titles are cut by the window: tabs of Qt's would shrink until nobody can tell them apart.
+    tabs_->setElideMode(Qt::ElideNone);
+    tabs_->setUsesScrollButtons(true);
     tabs_->setAccessibleName(tr("Reports"));
     tabs_->tabBar()->setAccessibleName(tr("Reports"));
     connect(tabs_, &QTabWidget::currentChanged, this, &MainWindow::currentTabChanged);
@@ -463,10 +466,13 @@ void MainWindow::update()
 
 void MainWindow::updateTabs()
 {
+    const int longestTitle = fontMetrics().averageCharWidth() * 30;
     for (int i = 0; i < tabs_->count(); ++i) {
         const Document& document = *tabAt(i)->document();
         // In the title of a tab "&" stands for a key.
-        tabs_->setTabText(i, document.title().replace(QLatin1Char('&'), QLatin1String("&&")));
+        tabs_->setTabText(i, fontMetrics()
+                                 .elidedText(document.title(), Qt::ElideMiddle, longestTitle)
+                                 .replace(QLatin1Char('&'), QLatin1String("&&")));
         tabs_->setTabToolTip(i, document.fileName().toHtmlEscaped());
         const bool isFailed = document.state() == Document::State::Failed;
         tabs_->setTabIcon(i, isFailed ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
@@ -479,19 +485,21 @@ void MainWindow::updateBusyness()
     const bool isRefreshing = tab != nullptr && tab->document()->isBusy() && !tab->shown().isNull();
     const bool isReplacing = sharing_ != nullptr;
     const bool isPrinting = working_ != nullptr;
-    const bool isWorking = isRefreshing || isReplacing || isPrinting || saving_ != nullptr;
+    const bool isAsking = printers_ != nullptr;
+    const bool isWorking = isRefreshing || isReplacing || isPrinting || isAsking || saving_ != nullptr;
     workNote_->setVisible(isWorking);
     workProgress_->setVisible(isWorking);
-    cancelWork_->setVisible(isWorking && (isRefreshing || isReplacing || isPrinting));
+    cancelWork_->setVisible(isRefreshing || isReplacing || isPrinting || isAsking);
     if (!isWorking) {
         return;
     }
     workNote_->setText(isReplacing    ? tr("Replacing private data…")
                        : isPrinting   ? workingNote_
+                       : isAsking     ? tr("Asking the print server…")
                        : isRefreshing ? tr("Refreshing…")
                                       : tr("Saving…"));
     // What cannot tell how far it is has a bar without a measure.
-    workProgress_->setRange(0, isRefreshing || isPrinting || isReplacing ? 100 : 0);
+    workProgress_->setRange(0, !isAsking && (isRefreshing || isPrinting || isReplacing) ? 100 : 0);
 }
 
 void MainWindow::updatePrivacyNote()

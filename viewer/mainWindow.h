@@ -21,6 +21,7 @@ namespace Viewer {
 
 class FindBar;
 class IdentificationPanel;
+class SectionProcess;
 
 /// The window: reports in tabs, and what can be done with them.
 class MainWindow : public QMainWindow
@@ -82,6 +83,8 @@ private:
 
     void chooseFiles();
     void chooseSaveName();
+    QString withEnding(const QString& name, const QString& ending);
+    bool canReplace(const QString& fileName, const QString& failedNote);
     void fillRecentFiles();
     void rememberFile(const QString& fileName);
     void showAbout();
@@ -101,6 +104,7 @@ private:
     void startSaving(const SystemInfo::CReport& report, const QString& fileName);
     void choosePdfName();
     void print();
+    void showPrintDialog();
     QString titleToShare(const ReportTab& tab) const;
     void copyDifferences();
     bool canStartWork();
@@ -150,6 +154,7 @@ private:
     QLabel* workNote_ = nullptr;
     QProgressBar* workProgress_ = nullptr;
     QPushButton* cancelWork_ = nullptr;
+    QPointer<SectionProcess> printers_; // while it is unknown whether the print server answers
     QPointer<Job> saving_;
     QPointer<Job> working_; // on what is printed, exported or copied
     QString workingNote_;

@@ -1,7 +1,9 @@
 // Paper and PDF files, without private data unless the user wants it.
 
+#include "viewer/machineReport.h"
 #include "viewer/mainWindow.h"
 #include "viewer/reportPrinting.h"
+#include "viewer/statePages.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -10,6 +12,8 @@
 #include <QPrinter>
 #include <QProgressBar>
 #include <QStandardPaths>
+#include <QTabWidget>
+#include <QTimer>
 
 namespace norvex {
 namespace Viewer {
@@ -70,11 +74,12 @@ void MainWindow::startPrinting(const QString& note,
 void MainWindow::choosePdfName()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    const QString name =
+    const QString chosen =
         QFileDialog::getSaveFileName(this,
                                      sharesRedacted() ? tr("Export With Placeholders for Private Data")
                                                       : tr("Export, Private Data Included"),
                                      folder + QStringLiteral("/system-information.pdf"), tr("PDF (*.pdf)"));
+    const QString name = withEnding(chosen, QStringLiteral(".pdf"));
     if (!name.isEmpty()) {
         exportPdf(name);
     }
@@ -83,7 +88,7 @@ void MainWindow::choosePdfName()
 void MainWindow::exportPdf(const QString& fileName)
 {
     const ReportTab* const tab = currentTab();
-    if (tab == nullptr) {
+    if (tab == nullptr || !canReplace(fileName, tr("The report is not exported."))) {
         return;
     }
     const QString title = titleToShare(*tab);
@@ -97,12 +102,34 @@ void MainWindow::exportPdf(const QString& fileName)
         tr("Exported as %1.").arg(QFileInfo(fileName).fileName()), tr("The report is not exported."));
 }
 
+/// Shows the dialog when the print server answers: Qt's dialog keeps the window waiting for minutes if it does not.
 void MainWindow::print()
 {
-    const ReportTab* const tab = currentTab();
-    if (tab == nullptr) {
+    const QPointer<ReportTab> tab = currentTab();
+    if (tab == nullptr || printers_ != nullptr) {
         return;
     }
+    printers_ = new SectionProcess(this, MachineReport::printerSection, MachineReport::printerPatienceMs);
+    connect(printers_, &SectionProcess::ended, this, [this, tab] {
+        const bool isAnswered = printers_->outcome() == SectionProcess::Outcome::Answered;
+        printers_->deleteLater();
+        printers_.clear();
+        updateBusyness();
+        if (!isAnswered) {
+            showFailure(tr("The report is not printed."),
+                        tr("The print server does not answer. You can export the report as PDF."));
+        } else if (tab != nullptr) {
+            tabs_->setCurrentWidget(tab);
+            showPrintDialog();
+        }
+    });
+    printers_->start();
+    QTimer::singleShot(patienceMs, this, &MainWindow::updateBusyness);
+}
+
+void MainWindow::showPrintDialog()
+{
+    const ReportTab* const tab = currentTab();
     const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
     const QString title = titleToShare(*tab);
     printer->setDocName(title);

@@ -371,6 +371,11 @@ void ReportTextView::select(int begin, int end)
     if (line < firstVisibleLine() || line >= firstVisibleLine() + rows()) {
         verticalScrollBar()->setValue(line - rows() / 3);
     }
+    // The begins of the lines show if they can: the labels stand there.
+    QScrollBar* const bar = horizontalScrollBar();
+    if (std::max(xOf(begin), xOf(end)) < (bar->pageStep() - 2) * columnWidth_) {
+        bar->setValue(0);
+    }
     ensureVisible(begin);
     ensureVisible(end);
     viewport()->update();

@@ -4,6 +4,7 @@
 
 #include "viewer/comparisonPage.h"
 #include "viewer/reportTextView.h"
+#include "viewer/sectionProcess.h"
 
 #include <QAction>
 #include <QApplication>
@@ -26,6 +27,20 @@ namespace {
 /// Other programs get a longer selection when it is copied, not while it is made.
 const int longestOffer = 1 << 20;
 
+/// Writes all or fails with a reason: a disk that becomes full takes a part first, and says why when it gets the rest.
+bool writeAll(QIODevice& device, const QByteArray& bytes)
+{
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 more = device.write(bytes.constData() + written, bytes.size() - written);
+        if (more <= 0) {
+            return false;
+        }
+        written += more;
+    }
+    return true;
+}
+
 /// @return the reason of a failure; empty on success
 QString saveReport(const CReport& report, const QString& fileName)
 {
@@ -42,8 +57,8 @@ QString saveReport(const CReport& report, const QString& fileName)
     }
     // Unbuffered, because only then QSaveFile notices a write that a full disk cuts short.
     QSaveFile file(fileName);
-    const bool isSaved = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
-                         file.write(bytes) == bytes.size() && file.commit();
+    const bool isSaved =
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(file, bytes) && file.commit();
     return isSaved ? QString() : file.errorString();
 }
 
@@ -159,18 +174,54 @@ void MainWindow::chooseSaveName()
         this,
         sharesRedacted() ? tr("Save With Placeholders for Private Data") : tr("Save, Private Data Included"),
         folder + QStringLiteral("/system-information.txt"), text + QStringLiteral(";;") + json, &filter);
-    if (name.isEmpty()) {
-        return;
+    if (filter == json) {
+        name = withEnding(name, QStringLiteral(".json"));
     }
-    const QFileInfo info(name);
-    if (filter == json && info.suffix().compare(QLatin1String("json"), Qt::CaseInsensitive) != 0) {
-        name = info.path() + QLatin1Char('/') + info.completeBaseName() + QStringLiteral(".json");
+    if (!name.isEmpty()) {
+        save(name);
     }
-    save(name);
+}
+
+/// A chosen name with the ending of its kind of file, which the dialog leaves to us. The dialog has not asked about a file
+/// of the longer name.
+/// @return empty if the user chose nothing or keeps that file
+QString MainWindow::withEnding(const QString& name, const QString& ending)
+{
+    if (name.isEmpty() || name.endsWith(ending, Qt::CaseInsensitive)) {
+        return name;
+    }
+    const QString text = QStringLiteral(".txt");
+    const QString stem =
+        name.endsWith(text, Qt::CaseInsensitive) ? name.left(name.size() - text.size()) : name;
+    QString ended = stem + ending;
+    if (!QFileInfo::exists(ended)) {
+        return ended;
+    }
+    QMessageBox question(QMessageBox::Question, tr("System Information"),
+                         tr("%1 already exists. Do you want to replace it?").arg(QFileInfo(ended).fileName()),
+                         QMessageBox::Yes | QMessageBox::No, this);
+    question.setTextFormat(Qt::PlainText);
+    question.setDefaultButton(QMessageBox::No);
+    return question.exec() == QMessageBox::Yes ? ended : QString();
+}
+
+/// A pipe or a device would be replaced by a file, and be lost.
+bool MainWindow::canReplace(const QString& fileName, const QString& failedNote)
+{
+    const QFileInfo info(fileName);
+    if (info.exists() && !info.isFile()) {
+        showFailure(failedNote, QDir::toNativeSeparators(fileName) + QStringLiteral(": ") +
+                                    tr("This is no regular file."));
+        return false;
+    }
+    return true;
 }
 
 void MainWindow::save(const QString& fileName)
 {
+    if (!canReplace(fileName, tr("The report is not saved."))) {
+        return;
+    }
     withReport([this, fileName](ReportTab& tab, bool isRedacted) {
         const ShownReport& report = isRedacted ? tab.document()->redacted() : tab.document()->original();
         startSaving(report.report.isNull() ? CReport::fromText(report.lines->text()) : report.report,
@@ -218,6 +269,9 @@ void MainWindow::cancelWork()
         say(tr("Cancelled: nothing is copied or saved."));
     } else if (working_ != nullptr) {
         delete working_;
+        say(tr("Cancelled: nothing is printed or copied."));
+    } else if (printers_ != nullptr) {
+        delete printers_;
         say(tr("Cancelled: nothing is printed or copied."));
     } else if (ReportTab* const tab = currentTab()) {
         tab->document()->cancel();

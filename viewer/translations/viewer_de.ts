@@ -325,10 +325,6 @@
 <context>
     <name>norvex::Viewer::IdentificationPanel</name>
     <message>
-        <source>Skip interfaces with names in &amp;braces</source>
-        <translation>Schnittstellen mit Namen in &amp;Klammern auslassen</translation>
-    </message>
-    <message>
         <source>MAC addresses</source>
         <translation>MAC-Adressen</translation>
     </message>
@@ -370,6 +366,18 @@
     <message>
         <source>none</source>
         <translation>keine</translation>
+    </message>
+    <message>
+        <source>Skip names in &amp;braces</source>
+        <translation>Namen in &amp;Klammern auslassen</translation>
+    </message>
+    <message>
+        <source>Network interfaces with a name in braces do not count.</source>
+        <translation>Netzwerkschnittstellen mit einem Namen in geschweiften Klammern zählen nicht.</translation>
+    </message>
+    <message>
+        <source>There is no report to read from.</source>
+        <translation>Es gibt keinen Bericht, aus dem sich lesen lässt.</translation>
     </message>
 </context>
 <context>
@@ -837,6 +845,22 @@ Version %1</translation>
     <message>
         <source>Open one, drop files here, or show this machine.</source>
         <translation>Öffnen Sie einen, ziehen Sie Dateien hierher, oder zeigen Sie diesen Rechner.</translation>
+    </message>
+    <message>
+        <source>%1 already exists. Do you want to replace it?</source>
+        <translation>%1 gibt es schon. Möchten Sie die Datei ersetzen?</translation>
+    </message>
+    <message>
+        <source>Asking the print server…</source>
+        <translation>Der Druckserver wird gefragt …</translation>
+    </message>
+    <message>
+        <source>The print server does not answer. You can export the report as PDF.</source>
+        <translation>Der Druckserver antwortet nicht. Sie können den Bericht als PDF exportieren.</translation>
+    </message>
+    <message>
+        <source>This is no regular file.</source>
+        <translation>Das ist keine gewöhnliche Datei.</translation>
     </message>
 </context>
 <context>
