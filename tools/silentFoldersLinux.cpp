@@ -62,6 +62,7 @@ constexpr const char* otherVariables[] = {
     "QT_QPA_FONTDIR",
     "QT_XKB_CONFIG_ROOT",
     "QT_QPA_PLATFORM_PLUGIN_PATH",
+    "RESOLV_HOST_CONF",
     "TMPDIR",
     "TZ",
     "TZDIR",
