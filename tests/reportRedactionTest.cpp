@@ -72,6 +72,7 @@ void shapeRows()
     other("version 10.1.2.3, v10.1.2.3 1.2.3.4.5 12:30:00 x::y",
           "version 10.1.2.3, v10.1.2.3 1.2.3.4.5 12:30:00 x::y");
     other("Driver version: 10.1.2.3", "Driver version: 10.1.2.3");
+    other("Serial number: AB12CD34\r\r", "Serial number: SERIAL-1\r\r"); // "\r\r\n"
     other("::ffff:10.1.2.3 ff02::1:ffd6:f03f", "2001:db8::1 2001:db8::2");
     other("in /Users/al/Documents/Steuer 25/x and on", "in /Users/user1/Documents/…/… and on");
     other("/home/FIRMA/hugo/x\n/root/x\n/Users/Shared/x", "/home/user1/user2/…\n/root/…\n/Users/Shared/x");
