@@ -577,7 +577,7 @@ private:
             expression(R"(^([^/@=]+)@[0-9a-fA-F\-]*\.([^/@=]+)=(/.*)?$)");
         static const QRegularExpression remote =
             expression(R"(^(?:\w+#)?(?!map |/|\.)(.+?):(?=/)|^(?:\w+#)?(?!map |/|\.)([^/:]{2,}):)");
-        static const QRegularExpression pool = expression(R"(^[\w.\- ]+(?:/[\w.\- ]+)*$)");
+        static const QRegularExpression pool = expression(R"(^(?:\w+#)?[\w.\- ]+(?:/[\w.\- ]+)*$)");
         const Match address = find(url, text_);
         const Match ceph = find(cluster, text_);
         const Match exported = find(remote, text_);
