@@ -203,14 +203,14 @@ void PartParser::closeChunk(bool hasSeparator)
     section_ = nullptr;
 }
 
-/// Cuts the blanks at both ends off.
+/// Cuts the blanks at both ends off, and what is left of a damaged line end.
 void trim(const QString& text, int& begin, int& end)
 {
     const QLatin1Char blank(' ');
     while (begin < end && text.at(begin) == blank) {
         ++begin;
     }
-    while (begin < end && text.at(end - 1) == blank) {
+    while (begin < end && (text.at(end - 1) == blank || text.at(end - 1) == QLatin1Char('\r'))) {
         --end;
     }
 }

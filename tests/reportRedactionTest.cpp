@@ -72,6 +72,8 @@ void shapeRows()
     other("version 10.1.2.3, v10.1.2.3 1.2.3.4.5 12:30:00 x::y",
           "version 10.1.2.3, v10.1.2.3 1.2.3.4.5 12:30:00 x::y");
     other("Driver version: 10.1.2.3", "Driver version: 10.1.2.3");
+    other("Serial number: AB12CD34\r\r", "Serial number: SERIAL-1\r\r"); // "\r\r\n"
+    row("Volumes\n/\n  Mount from: s3fs#akten\n", "Volumes\n/\n  Mount from: Volume 1\n");
     other("::ffff:10.1.2.3 ff02::1:ffd6:f03f", "2001:db8::1 2001:db8::2");
     other("in /Users/al/Documents/Steuer 25/x and on", "in /Users/user1/Documents/…/… and on");
     other("/home/FIRMA/hugo/x\n/root/x\n/Users/Shared/x", "/home/user1/user2/…\n/root/…\n/Users/Shared/x");
@@ -136,6 +138,7 @@ void nameRows()
     variable("  A=1\n  B=1\n  C=\n  D= ", "  A=VALUE-1\n  B=VALUE-1\n  C=\n  D=VALUE-2");
     variable("  A=x\n\n y=z\n  TERM=xterm\nB=2", "  A=VALUE-1\n…\n…\n  TERM=xterm\nB=2");
     variable("  HOME=/data/al\n  lc_all=C\n  DISPLAY=:0", "  HOME=VALUE-1\n  lc_all=C\n  DISPLAY=:0");
+    variable("  QT_ACME_TOKEN=a7\n  QT_SCALE_FACTOR=2", "  QT_ACME_TOKEN=VALUE-1\n  QT_SCALE_FACTOR=2");
     variable("x y=secret\n  USER=a\nb", "…\n  USER=VALUE-1\n…");
     variable("  QT_X=/home/al/my:/opt jane@turm9", "  QT_X=/home/user1/…:/opt user2@host1");
     row("Other\nhas tok12345678\n" + environment + "  A=tok12345678\n",

@@ -341,6 +341,8 @@ void SilentMountTest::environment_data()
                               << QStringLiteral("XDG_CONFIG_HOME=%1");
     QTest::newRow("list") << QStringLiteral("XDG_CONFIG_DIRS=/etc/xdg:%1")
                           << QStringLiteral("XDG_CONFIG_DIRS=/etc/xdg:%1");
+    QTest::newRow("temporary files") << QStringLiteral("TMPDIR=%1/x") << QStringLiteral("TMPDIR=%1/x");
+    QTest::newRow("time zone") << QStringLiteral("TZ=:%1/zone") << QStringLiteral("TZ=:%1/zone");
     QTest::newRow("plug-ins") << QStringLiteral("QT_PLUGIN_PATH=%1") << QStringLiteral("QT_PLUGIN_PATH=%1");
 }
 
@@ -358,9 +360,10 @@ void SilentMountTest::environment()
     }
     QElapsedTimer timer;
     timer.start();
-    const QByteArray text = toolOutput(QStringLiteral("env ") + settings,
-                                       "defaultEmailApp --section qtDesktop --section qtDesktopServices "
-                                       "--section qtSystemEnvironment 2>&1");
+    const QByteArray text =
+        toolOutput(QStringLiteral("env ") + settings,
+                   "defaultEmailApp --section qtDateTime --section qtDesktop --section qtDesktopServices "
+                   "--section qtSystemEnvironment 2>&1");
     QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
     QStringList lines = settings.split(QLatin1Char(' '));
     const QString home = lines.first().startsWith(QStringLiteral("HOME=")) ? lines.first().mid(5) : QString();

@@ -145,6 +145,8 @@ QString noticeAbout(DisplayState state)
 GuiPlatform chooseGuiPlatform(bool withOpenGL)
 {
     const Clock::time_point deadline = Clock::now() + totalTimeout;
+    // Qt waits for a session manager without a limit, and no session is to know of this program.
+    QCoreApplication::setAttribute(Qt::AA_DisableSessionManager);
     const auto held = std::make_shared<Held>();
     GuiPlatform platform;
     platform.held = held;

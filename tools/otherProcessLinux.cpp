@@ -14,11 +14,14 @@ namespace {
 
 const char answerEnd = '\0';
 
-[[noreturn]] void runAndEnd(OtherProcess::Work work, int answerTo)
+[[noreturn]] void runAndEnd(OtherProcess::Work work, int answerTo, pid_t tool)
 {
-    // A failure leaves no core file, and nothing outlives the tool.
+    // A failure leaves no core file, and nothing outlives the tool, which may have ended before it could be watched.
     prctl(PR_SET_DUMPABLE, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != tool) {
+        _exit(1);
+    }
     try {
         work(answerTo);
     } catch (...) {
@@ -42,9 +45,10 @@ OtherProcess::OtherProcess(Work work)
     if (pipe2(ends, O_CLOEXEC) != 0) {
         return;
     }
+    const pid_t tool = getpid();
     process_ = fork();
     if (process_ == 0) {
-        runAndEnd(work, ends[1]);
+        runAndEnd(work, ends[1], tool);
     }
     close(ends[1]);
     answerFrom_ = ends[0];

@@ -67,6 +67,7 @@ private:
     bool makeOutput(QByteArray& bytes);
     bool makeSummary(QByteArray& bytes);
     bool makeIdentification(QByteArray& bytes);
+    bool failForFile();
     CReport redactedSelection(const CReport& report);
     int writeDifferences(const Output& output);
     int fail() const;
@@ -262,12 +263,12 @@ bool ReportWork::makeOutput(QByteArray& bytes)
     SelectedReport selected = selectedSections(report, selection_);
     if (options_.redact) {
         if (!redact(selected, redactor_, errorMessage_)) {
-            return false;
+            return failForFile();
         }
         printUnjudged(selected);
     }
     if (options_.form == Form::Json) {
-        return jsonOf(selected, bytes, errorMessage_);
+        return jsonOf(selected, bytes, errorMessage_) || failForFile();
     }
     bytes = toBytes(textOf(selected));
     return true;
@@ -294,9 +295,14 @@ CReport ReportWork::redactedSelection(const CReport& report)
 bool ReportWork::makeIdentification(QByteArray& bytes)
 {
     const QString report = selectedReport(reports_.first(), selection_).text();
-    if (identify(report, options_.skipBraced, options_.form == Form::Json, bytes, errorMessage_)) {
-        return true;
-    }
+    return identify(report, options_.skipBraced, options_.form == Form::Json, bytes, errorMessage_) ||
+           failForFile();
+}
+
+/// Names the file that a reason is about.
+/// @return false, as the functions do that fail
+bool ReportWork::failForFile()
+{
     if (options_.reportFile) {
         errorMessage_.prepend(shownName(*options_.reportFile) + QStringLiteral(": "));
     }

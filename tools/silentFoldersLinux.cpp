@@ -50,11 +50,29 @@ const UserFolder foldersInHome[] = {
 
 /// Other variables that name a folder or file, or several behind colons. Without them there are the system's own.
 constexpr const char* otherVariables[] = {
-    "CUPS_SERVERROOT", "FONTCONFIG_FILE",    "FONTCONFIG_PATH",    "FONTCONFIG_SYSROOT",
-    "ICEAUTHORITY",    "LIBGL_DRIVERS_PATH", "QT_LOGGING_CONF",    "MESA_SHADER_CACHE_DIR",
-    "QT_PLUGIN_PATH",  "QT_QPA_FONTDIR",     "QT_XKB_CONFIG_ROOT", "QT_QPA_PLATFORM_PLUGIN_PATH",
-    "TMPDIR",          "XAUTHORITY",         "XCURSOR_PATH",       "XDG_CONFIG_DIRS",
-    "XDG_DATA_DIRS",   "XDG_RUNTIME_DIR",    "XKB_CONFIG_ROOT",    "XLOCALEDIR",
+    "CUPS_SERVERROOT",
+    "FONTCONFIG_FILE",
+    "FONTCONFIG_PATH",
+    "FONTCONFIG_SYSROOT",
+    "ICEAUTHORITY",
+    "LIBGL_DRIVERS_PATH",
+    "QT_LOGGING_CONF",
+    "MESA_SHADER_CACHE_DIR",
+    "QT_PLUGIN_PATH",
+    "QT_QPA_FONTDIR",
+    "QT_XKB_CONFIG_ROOT",
+    "QT_QPA_PLATFORM_PLUGIN_PATH",
+    "RESOLV_HOST_CONF",
+    "TMPDIR",
+    "TZ",
+    "TZDIR",
+    "XAUTHORITY",
+    "XCURSOR_PATH",
+    "XDG_CONFIG_DIRS",
+    "XDG_DATA_DIRS",
+    "XDG_RUNTIME_DIR",
+    "XKB_CONFIG_ROOT",
+    "XLOCALEDIR",
 };
 
 /// Folders of the system that no variable replaces.
@@ -93,6 +111,14 @@ Paths pathsIn(const UserFolder& folder)
     return paths;
 }
 
+Paths pathsIn(const char* variable)
+{
+    const QByteArray value = qgetenv(variable);
+    // A time zone has a name, or stands in a file.
+    const bool isZoneName = qstrcmp(variable, "TZ") == 0 && !value.startsWith('/') && !value.startsWith(":/");
+    return value.isEmpty() || isZoneName ? Paths() : value.split(':');
+}
+
 /// All that the environment names.
 Paths namedPaths()
 {
@@ -101,8 +127,7 @@ Paths namedPaths()
         paths += pathsIn(folder);
     }
     for (const char* variable : otherVariables) {
-        const QByteArray value = qgetenv(variable);
-        paths += value.isEmpty() ? Paths() : value.split(':');
+        paths += pathsIn(variable);
     }
     return paths;
 }
@@ -153,7 +178,8 @@ private:
 
 /// What the process was started with; null while that is the environment.
 char** trueEnvironment = nullptr;
-/// The same, but without settings that cannot be read. They tell where some of the user's folders are.
+/// The same, but without what the section on folders would look at: settings, which tell where some of the user's
+/// folders are, and the folder of temporary files.
 char** foldersEnvironment = nullptr;
 
 /// While there is one, the environment is another one.
@@ -191,18 +217,18 @@ public:
 
     void avoid(const char* variable)
     {
-        const QByteArray value = qgetenv(variable);
+        const Paths paths = pathsIn(variable);
         Paths answering;
-        for (const QByteArray& path : value.split(':')) {
+        for (const QByteArray& path : paths) {
             if (fileSystemsAnswer({path})) {
                 answering.append(path);
             }
         }
-        const QByteArray rest = answering.join(':');
-        if (rest == value) {
+        if (answering == paths) {
             return;
         }
-        name(variable, value);
+        name(variable, qgetenv(variable));
+        const QByteArray rest = answering.join(':');
         if (rest.isEmpty()) {
             environment_.remove(variable);
         } else {
@@ -247,6 +273,10 @@ void useEnvironmentWithoutSilentFolders()
     trueEnvironment = std::exchange(environ, avoidance.environment().pointers());
     if (qgetenv(settings) == noFolder) {
         folders.set(settings, noFolder);
+    }
+    // Qt follows the links on the way to the folder of temporary files.
+    if (!qEnvironmentVariableIsSet("TMPDIR")) {
+        folders.remove("TMPDIR");
     }
     foldersEnvironment = folders.pointers();
 }

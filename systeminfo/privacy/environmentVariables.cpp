@@ -122,7 +122,9 @@ PrivateKind kindOfVariable(const QString& name)
     }
     const bool isHarmless = std::any_of(variables.harmlessBegins.begin(), variables.harmlessBegins.end(),
                                         [&upper](const QString& begin) { return upper.startsWith(begin); });
-    return isHarmless ? PrivateKind::None : PrivateKind::Token;
+    // An application has variables of its own there: "QT_ACME_TOKEN".
+    const bool isSecret = privateKindOf(name.toUtf8()) == PrivateKind::Serial;
+    return isHarmless && !isSecret ? PrivateKind::None : PrivateKind::Token;
 }
 
 } // namespace norvex::Privacy

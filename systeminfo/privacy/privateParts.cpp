@@ -391,6 +391,8 @@ private:
         // In sentences, what stands between parentheses is more than a name.
         static const QRegularExpression builderWithBlanks =
             expression(R"(\((?! )([^()/]{1,128})(?<! )@(?! )([^()/@]{1,255})(?<! )\))");
+        // macOS names the user in front of the kernel as well: "; root:xnu-4570.71.2~1/RELEASE_X86_64".
+        static const QRegularExpression kernel = expression(R"(; ([^\s:;/]{1,128}):xnu-\d)");
         static const QRegularExpression account =
             expression(R"((?<![\w\p{M}.+\-])([\w\p{M}.+\-]{1,64})@([\w\-][\w\p{M}.\-]{0,254}))");
         static const QRegularExpression host =
@@ -408,6 +410,7 @@ private:
                 add(PrivateKind::Person, found, 1);
                 add(PrivateKind::Host, found, 2);
             });
+            forEach(kernel, [this](const Match& found) { add(PrivateKind::Person, found, 1); });
             forEach(account, [this](const Match& found) {
                 if (find(host, found.captured(2)).hasMatch()) {
                     add(PrivateKind::Person, found, 1);
@@ -574,7 +577,7 @@ private:
             expression(R"(^([^/@=]+)@[0-9a-fA-F\-]*\.([^/@=]+)=(/.*)?$)");
         static const QRegularExpression remote =
             expression(R"(^(?:\w+#)?(?!map |/|\.)(.+?):(?=/)|^(?:\w+#)?(?!map |/|\.)([^/:]{2,}):)");
-        static const QRegularExpression pool = expression(R"(^[\w.\- ]+(?:/[\w.\- ]+)*$)");
+        static const QRegularExpression pool = expression(R"(^(?:\w+#)?[\w.\- ]+(?:/[\w.\- ]+)*$)");
         const Match address = find(url, text_);
         const Match ceph = find(cluster, text_);
         const Match exported = find(remote, text_);
