@@ -479,6 +479,12 @@ private slots:
         const QString pdf = folder_.filePath("cancelled.pdf");
         window_->exportPdf(pdf);
         QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
+        QTimer::singleShot(50, this, [] {
+            auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QVERIFY(question != nullptr);
+            QTest::mouseClick(question->button(QMessageBox::No), Qt::LeftButton);
+        });
+        QVERIFY(!window_->close());
         QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
         QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
         QVERIFY(waitForJobs(20000));

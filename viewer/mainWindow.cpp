@@ -326,6 +326,12 @@ void MainWindow::restore()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    const bool isWorking = saving_ != nullptr || working_ != nullptr || sharing_ != nullptr;
+    if (isWorking && !isConfirmed(tr("A report is still being copied, saved or printed. "
+                                     "Do you want to close the window all the same?"))) {
+        event->ignore();
+        return;
+    }
     QSettings settings;
     settings.setValue(QLatin1String(geometryKey), saveGeometry());
     settings.setValue(QLatin1String(stateKey), saveState());

@@ -84,6 +84,7 @@ private:
     void chooseFiles();
     void chooseSaveName();
     QString withEnding(const QString& name, const QString& ending);
+    bool isConfirmed(const QString& question);
     bool canReplace(const QString& fileName, const QString& failedNote);
     void fillRecentFiles();
     void rememberFile(const QString& fileName);

@@ -106,6 +106,11 @@ void MainWindow::copy(const QString& text, bool isRedacted)
 
 void MainWindow::copySelection()
 {
+    const ReportTab* const front = currentTab();
+    if (front != nullptr && front->page() == ReportTab::ComparisonPageNumber) {
+        copyDifferences(); // the selection of the text is not in sight
+        return;
+    }
     withReport([this](ReportTab& tab, bool isRedacted) { copy(tab.selectedText(isRedacted), isRedacted); });
 }
 
@@ -197,12 +202,17 @@ QString MainWindow::withEnding(const QString& name, const QString& ending)
     if (!QFileInfo::exists(ended)) {
         return ended;
     }
-    QMessageBox question(QMessageBox::Question, tr("System Information"),
-                         tr("%1 already exists. Do you want to replace it?").arg(QFileInfo(ended).fileName()),
-                         QMessageBox::Yes | QMessageBox::No, this);
-    question.setTextFormat(Qt::PlainText);
-    question.setDefaultButton(QMessageBox::No);
-    return question.exec() == QMessageBox::Yes ? ended : QString();
+    const QString question = tr("%1 already exists. Do you want to replace it?");
+    return isConfirmed(question.arg(QFileInfo(ended).fileName())) ? ended : QString();
+}
+
+bool MainWindow::isConfirmed(const QString& question)
+{
+    QMessageBox box(QMessageBox::Question, tr("System Information"), question,
+                    QMessageBox::Yes | QMessageBox::No, this);
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
 }
 
 /// A pipe or a device would be replaced by a file, and be lost.

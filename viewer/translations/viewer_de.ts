@@ -851,6 +851,10 @@ Version %1</translation>
         <translation>%1 gibt es schon. Möchten Sie die Datei ersetzen?</translation>
     </message>
     <message>
+        <source>A report is still being copied, saved or printed. Do you want to close the window all the same?</source>
+        <translation>Ein Bericht wird noch kopiert, gesichert oder gedruckt. Möchten Sie das Fenster trotzdem schließen?</translation>
+    </message>
+    <message>
         <source>Asking the print server…</source>
         <translation>Der Druckserver wird gefragt …</translation>
     </message>
