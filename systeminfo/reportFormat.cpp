@@ -279,21 +279,6 @@ const SectionFormat* FirstLines::find(const QString& text, const Line& line, Hal
     return nullptr;
 }
 
-/// The first line feed from a position on; -1 without one. The C library searches for its byte several times faster than
-/// Qt for the character, and hardly any other character has that byte.
-int lineFeedFrom(const QString& text, int begin)
-{
-    const QChar* const first = text.constData() + begin;
-    const std::size_t bytes = static_cast<std::size_t>(text.size() - begin) * sizeof(QChar);
-    const auto* const found = static_cast<const char*>(std::memchr(first, '\n', bytes));
-    if (found == nullptr) {
-        return -1;
-    }
-    const int position = begin + static_cast<int>((found - reinterpret_cast<const char*>(first)) / 2);
-    const bool isLineFeed = text.at(position) == QLatin1Char('\n');
-    return isLineFeed ? position : text.indexOf(QLatin1Char('\n'), position + 1);
-}
-
 bool isNameCharacter(QChar character)
 {
     static const char others[] = "_.-%()";
@@ -309,16 +294,6 @@ const char* halfName(Half half)
     const auto found = std::find_if(std::begin(halves), std::end(halves),
                                     [half](const auto& each) { return each.half == half; });
     return found == std::end(halves) ? "" : found->name;
-}
-
-Line lineAt(const QString& text, int begin)
-{
-    const int lineFeed = lineFeedFrom(text, begin);
-    if (lineFeed == -1) {
-        return {begin, text.size(), text.size()};
-    }
-    const bool hasReturn = lineFeed > begin && text.at(lineFeed - 1) == QLatin1Char('\r');
-    return {begin, hasReturn ? lineFeed - 1 : lineFeed, lineFeed + 1};
 }
 
 bool isSeparator(const QString& text, const Line& line)
