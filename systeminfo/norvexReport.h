@@ -249,6 +249,10 @@ public:
     /// that stands in one of them already gets a second meaning. After a std::bad_alloc the redactor still replaces
     /// what it knew before.
     void collect(const CReport& report);
+    /// The same of a long report, with progress.
+    /// @param goesOn is called with the percent that are done, in ascending order. When it returns false, the redactor
+    ///        knows what stands up to there.
+    void collect(const CReport& report, const std::function<bool(int percent)>& goesOn);
 
 private:
     Q_DISABLE_COPY(CRedactor)

@@ -542,9 +542,13 @@ CRedactor::~CRedactor() = default;
 
 void CRedactor::collect(const CReport& report)
 {
+    collect(report, [](int) { return true; });
+}
+
+void CRedactor::collect(const CReport& report, const std::function<bool(int percent)>& goesOn)
+{
     if (!report.isNull()) {
-        const Progress::GoesOn always = [](int) { return true; };
-        Progress progress(always);
+        Progress progress(goesOn);
         learn(*report.d, d->forms, progress, {0, 1});
     }
 }

@@ -479,12 +479,15 @@ private slots:
         const QString pdf = folder_.filePath("cancelled.pdf");
         window_->exportPdf(pdf);
         QTRY_VERIFY(child<QPushButton>("cancelWork")->isVisible());
-        QTimer::singleShot(50, this, [] {
-            auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            QVERIFY(question != nullptr);
-            QTest::mouseClick(question->button(QMessageBox::No), Qt::LeftButton);
+        QTimer answering;
+        connect(&answering, &QTimer::timeout, this, [] {
+            if (auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                QTest::mouseClick(question->button(QMessageBox::No), Qt::LeftButton);
+            }
         });
+        answering.start(10);
         QVERIFY(!window_->close());
+        answering.stop();
         QTest::mouseClick(child<QPushButton>("cancelWork"), Qt::LeftButton);
         QVERIFY(!child<QPushButton>("cancelWork")->isVisible());
         QVERIFY(waitForJobs(20000));

@@ -249,9 +249,9 @@ Comparison Comparison::of(const CReport& older, const CReport& newer, const JobC
 Comparison Comparison::redacted(const CReport& older, const CReport& newer, const JobControl& control)
 {
     CRedactor redactor;
-    redactor.collect(older);
-    redactor.collect(newer);
     const auto goesOn = [&control](int) { return !control.isCancelled(); };
+    redactor.collect(older, goesOn);
+    redactor.collect(newer, goesOn);
     return of(older.redacted(&redactor, goesOn), newer.redacted(&redactor, goesOn), control);
 }
 
