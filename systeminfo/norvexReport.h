@@ -310,8 +310,8 @@ public:
     ///         than the QJsonDocument of a Qt before 5.15 can hold
     QJsonDocument toJson(QString* errorMessage = nullptr) const;
 
-    /// Whether a text is to be read by QJsonDocument and fromJson() rather than by fromText(): it begins as an object of
-    /// JSON that has members, with "{" and a quotation mark. No report does. Blanks and line ends in front do not count.
+    /// Whether a text looks like JSON, so that QJsonDocument and fromJson() should read it, not fromText(). Such a text
+    /// begins with "{" and a quotation mark; white space around "{" does not matter. No report begins like that.
     static bool isJson(const QString& text);
 
     /// The report that a JSON document holds, to the character: its texts one behind the other. Names, labels,

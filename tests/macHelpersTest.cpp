@@ -1,4 +1,4 @@
-// The helpers' decisions, over services that answer as they are told and write down what they were asked.
+// What the helpers decide. Scripted services stand in for the system's, and record each call.
 
 #include "machelpers/applicationServices.h"
 #include "machelpers/norvexMacHelpers.h"

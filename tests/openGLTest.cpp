@@ -42,7 +42,7 @@ void verifyNothingAsked(const Answers& answers)
 
 const QString driverHeading = "#### Direct OpenGL calls (using QGLWidget with default QGLFormat) ####\n";
 
-/// A surface that throws std::bad_alloc, when it is told to, as it becomes current again.
+/// A surface that can throw std::bad_alloc when it becomes current again.
 struct OwnSurface : QOffscreenSurface
 {
     SurfaceType surfaceType() const override

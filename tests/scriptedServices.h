@@ -10,7 +10,7 @@
 
 #include <unistd.h>
 
-/// Services that answer as they are told, write down what they were asked, and count what they hand out.
+/// Services that give the answers that a test sets, record each call, and count what they hand out.
 class ScriptedServices : public norvex::ApplicationServices
 {
 public:

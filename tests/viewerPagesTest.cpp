@@ -23,6 +23,15 @@ namespace {
 const char data[] = NORVEX_TEST_DATA "/viewer/";
 const int mostMs = 20000;
 
+/// Two reports of a laptop, the later one in front.
+void openLaptops(MainWindow& window)
+{
+    window.show();
+    for (const char* name : {"laptop.txt", "laptopLater.txt"}) {
+        window.openFile(QLatin1String(data) + QLatin1String(name));
+    }
+}
+
 QString contentOf(const QString& name)
 {
     QFile file(QLatin1String(data) + name);
@@ -516,9 +525,7 @@ private slots:
     {
         QSettings().clear();
         MainWindow window;
-        window.show();
-        window.openFile(QLatin1String(data) + QStringLiteral("laptop.txt"));
-        window.openFile(QLatin1String(data) + QStringLiteral("laptopLater.txt"));
+        openLaptops(window);
         ReportTab* const older = qobject_cast<ReportTab*>(window.tabs()->widget(0));
         ReportTab* const newer = window.currentTab();
         window.activateWindow();
@@ -557,9 +564,7 @@ private slots:
     {
         QSettings().clear();
         MainWindow window;
-        window.show();
-        window.openFile(QLatin1String(data) + QStringLiteral("laptop.txt"));
-        window.openFile(QLatin1String(data) + QStringLiteral("laptopLater.txt"));
+        openLaptops(window);
         ReportTab* const older = qobject_cast<ReportTab*>(window.tabs()->widget(0));
         ReportTab* const newer = window.currentTab();
         window.compareWith(older);

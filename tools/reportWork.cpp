@@ -57,6 +57,7 @@ public:
 private:
     bool isFileAsItIs() const;
     bool isMachineTextAsItIs() const;
+    void collectPrivateValues();
     bool readReport(const std::optional<QByteArray>& fileName);
     bool findSelected();
     bool startMachine();
@@ -112,19 +113,24 @@ int ReportWork::run(const Output& output)
         reports_.append(CReport::fromText(machineReport()));
     }
     if (options_.redact) {
-        // From whole reports: what is left out may say what is private in the rest.
-        for (const CReport& report : reports_) {
-            redactor_.collect(report);
-        }
-        if (options_.asksMachine()) {
-            const NoWarnings noWarnings;
-            redactor_.collect(CReport::fromText(reportOf(otherSections())));
-        }
+        collectPrivateValues();
     }
     if (options_.action == Action::Compare) {
         return writeDifferences(output);
     }
     return makeOutput(bytes) ? output.write(bytes) : fail();
+}
+
+/// From whole reports: what is left out may say what is private in the rest.
+void ReportWork::collectPrivateValues()
+{
+    for (const CReport& report : reports_) {
+        redactor_.collect(report);
+    }
+    if (options_.asksMachine()) {
+        const NoWarnings noWarnings;
+        redactor_.collect(CReport::fromText(reportOf(otherSections())));
+    }
 }
 
 /// Whether what is printed is just what is in the file, be that a report or not.

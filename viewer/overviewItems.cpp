@@ -14,7 +14,7 @@ namespace {
 
 const int cornerRadius = 3;
 
-/// A color between two.
+/// A colour between two.
 QColor mixed(const QColor& one, const QColor& other, double partOfOther)
 {
     const auto channel = [partOfOther](int from, int to) {
@@ -389,7 +389,7 @@ void InterfaceItem::paintItem(QPainter& painter, const QRect& area)
     const Row row = rowIn(area, false);
     drawElided(painter, row.name, interface_.name, Qt::AlignLeft, Qt::ElideMiddle);
 
-    // The state is told by form and word, not by color alone.
+    // Shape and text show the state as well, for those who cannot tell the colours apart.
     QRect state = row.picture;
     const double diameter = fontMetrics().ascent() * 0.6;
     const QRectF dot(state.left(), state.center().y() - diameter / 2 + 0.5, diameter, diameter);

@@ -5,8 +5,8 @@ class QLocale;
 
 namespace norvex::Viewer {
 
-/// Lets the application speak the locale's language, as far as it is translated, with Qt's own texts where the system
-/// has them. The translations live as long as the application.
+/// Installs the translations for the locale's language: the viewer's own, and Qt's if the system has them. Without any,
+/// the texts are English. The translations live as long as the application.
 void installTranslations(QCoreApplication& application, const QLocale& locale);
 
 } // namespace norvex::Viewer

@@ -33,8 +33,8 @@ public:
     /// Where they are mounted.
     const QList<QByteArray>& points() const { return points_; }
 
-    /// Where the served mount is that a path leads to or through; empty when it stays on local ones. Symbolic links are
-    /// followed as far as they reach, and no served file system is asked.
+    /// The mount point of the served file system that a path leads to or through; empty when there is none. Follows
+    /// symbolic links, and asks no served file system.
     QByteArray pointOnWayTo(const QByteArray& path) const;
 
 private:
